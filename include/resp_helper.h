@@ -1,0 +1,107 @@
+// Instrument responses as StationXML: the cache of parsed response files, the writer of one stage row, and the
+// writers of the filter blocks.
+#ifndef TRIGLUB_RESP_HELPER_H
+#define TRIGLUB_RESP_HELPER_H
+
+#include <map>
+#include <string>
+
+#include "platform/database.h"
+#include "platform/export.h"
+#include "platform/response.h"
+
+// The file name of a stage row that names no response file: null directory, slash, null file.
+TRIGLUB_API extern const std::string EMPTYFILENAME;
+
+// "DIR/DFILE", as they are.
+TRIGLUB_API std::string simplefile(std::string dir, std::string dfile);
+
+// The text of a field of the handle's record, or `fallback` when it cannot be read. Never fails.
+TRIGLUB_API std::string dbget_stringv(Dbptr db, std::string field, std::string fallback);
+
+// The parsed response files of a stage table, one entry a distinct file, by "DIR/DFILE". Owns the responses.
+class TRIGLUB_API ResponseCache {
+ public:
+  // Reads every distinct response file that the rows of `table` name (in practice "stage"; the fields read are always
+  // stage.dir and stage.dfile). Files that cannot be read are left out without a word. `table` must not be empty
+  // (assertion). Throws dbquery_error when the table's records cannot be counted.
+  ResponseCache(Dbptr db, std::string table);
+  ~ResponseCache();
+  ResponseCache(const ResponseCache&) = delete;
+  ResponseCache& operator=(const ResponseCache&) = delete;
+
+  // The table's directory, a slash, the name; an unknown directory leaves the slash.
+  std::string fullfile(std::string name) const;
+  bool exists(std::string dir, std::string dfile) const;
+  bool exists(std::string name) const;
+  // The response, which belongs to the cache; null when there is none.
+  Response* get(std::string dir, std::string dfile) const;
+  Response* get(std::string name) const;
+  // Reads fullfile(name) and keeps it. False for EMPTYFILENAME, a name already there, a file that cannot be read.
+  bool add(std::string name);
+
+ private:
+  std::map<std::string, Response*> responses_;
+  std::string base_directory_;
+};
+
+// The StationXML of one stage row. Made at a record, asked for its texts, destroyed:
+//
+//     XmlResponse writer(record, "stage");
+//     out << writer.stage2xml(-1) << writer.stagegain_as_xml();
+//
+// The units chain across writers: a null input unit is the output unit of the writer made before. That chain, and the
+// buffers that units and gain type are read into, are shared by the whole process and never reset by the library.
+class TRIGLUB_API XmlResponse {
+ public:
+  // REQUIRES: set_cache was called, if the row names a file. Throws std::runtime_error
+  // 'problems with response file "NAME"' when the row names a file that the cache does not hold.
+  XmlResponse(Dbptr db, std::string table);
+  ~XmlResponse();
+
+  // The cache must outlive every later use; it stays until the next call.
+  static void set_cache(ResponseCache& cache);
+  // Puts the unit chain and the field buffers back to where a new process has them, for programs that write
+  // documents which must not depend on each other.
+  static void forget_units();
+
+  // Sets the file name from the row; true when it names a file.
+  bool record_to_filename(Dbptr db, std::string table);
+  // Finds the file in the cache; true when it is there.
+  bool load_response();
+  // 0 without a response, else its group count, which must be 1:
+  // throws std::runtime_error "expected single group. instead got N".
+  int stagecount() const;
+  // The filter block and the decimation block; -1 means the one stage there is.
+  std::string stage2xml(int stage);
+  std::string stagegain_as_xml();
+  std::string decimation_as_xml();
+  std::string decimation_as_xml(Fir* fir);
+
+ private:
+  std::string filename_;
+  Response* response_ = nullptr;  // belongs to the cache
+  int stageid_ = -1;
+  std::string input_units_;
+  std::string output_units_;
+  std::string gain_type_;
+  double nominal_gain_ = 0.0;
+  double calibration_frequency_ = -1.0;  // Hz
+  int decimation_factor_ = -1;           // -1: none
+  int izero_ = -1;
+  double sample_rate_ = -1.0;  // samples per second; the stage's input rate once a response is loaded
+
+  static ResponseCache* resp_cache;
+};
+
+// The blocks <PolesZeros> and <Coefficients>. Units are inserted as they are.
+TRIGLUB_API std::string paz_as_xml(Paz* paz, std::string input_units, std::string output_units);
+TRIGLUB_API std::string fir_as_xml(Fir* fir, std::string input_units, std::string output_units);
+// A fixed comment: tables are not converted.
+TRIGLUB_API std::string fap2_as_xml(Fap2* fap2, std::string input_units, std::string output_units);
+
+// The delay of the filter in seconds: the stated one, else that of a symmetric filter (half its length), else its
+// whole length. 0 for a filter without numerators and without a stated delay.
+TRIGLUB_API double get_fir_delay(Fir* fir);
+
+#endif

@@ -1,0 +1,52 @@
+// The error log: every message of the library and of the platform passes through here.
+//
+//     elog_init("triglub");
+//     elog_complain(0, "cannot use row %d", 17);    // triglub: warning: cannot use row 17
+//     elog_die(0, "no such database");              // triglub: fatal: no such database; exit status 1
+//
+// Texts go to standard error unless a sink is set. Texts of any length arrive whole. What standard error
+// receives has its control characters and invalid UTF-8 made visible (\x1b), so that a data file cannot drive
+// a terminal; a line end inside a text stays one, the lines after it indented by four blanks.
+//
+// The first argument of the four operations is kept for callers of the classic interface and not looked at.
+#ifndef TRIGLUB_PLATFORM_ELOG_H
+#define TRIGLUB_PLATFORM_ELOG_H
+
+#include <string>
+#include <string_view>
+
+#include "platform/export.h"
+
+enum class ElogLevel { debug, notify, complain, fatal };
+
+// Receives each message: its level, its text (without program name and level word, not made printable, no line
+// end added; valid only during the call) and the context given with the sink.
+using ElogSink = void (*)(ElogLevel level, const char* text, void* context);
+
+// Sets the program name that leads every line on standard error ("triglub" until set). The name is copied.
+TRIGLUB_API void elog_init(const char* program);
+
+// Sends every later message to `sink` instead of standard error; a null sink restores standard error.
+TRIGLUB_API void elog_set_sink(ElogSink sink, void* context);
+
+// Writes one message the way standard error gets it, whatever sink is set: for a sink that passes messages on.
+TRIGLUB_API void elog_to_stderr(ElogLevel level, const char* text);
+
+// The text with control characters (line ends but) and invalid UTF-8 shown as \xNN, tabs as one blank, and
+// lines after the first indented.
+TRIGLUB_API std::string elog_printable(std::string_view text);
+
+// "PROGRAM: fatal: TEXT", then ends the process with exit status 1 (through std::exit, so that exit handlers run).
+// Never returns, also when the sink does.
+[[noreturn]] TRIGLUB_API void elog_die(int reserved, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+// "PROGRAM: warning: TEXT".
+TRIGLUB_API void elog_complain(int reserved, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+// "PROGRAM: TEXT".
+TRIGLUB_API void elog_notify(int reserved, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+// "PROGRAM: debug: TEXT".
+TRIGLUB_API void elog_debug(int reserved, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+#endif

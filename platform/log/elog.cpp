@@ -1,0 +1,158 @@
+#include "platform/elog.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "platform/text.h"
+
+namespace {
+
+// The log's process-wide state: who speaks, and where to.
+struct Log {
+  std::string program = "triglub";
+  ElogSink sink = nullptr;
+  void* context = nullptr;
+};
+
+Log& the_log() {
+  // Never destroyed: exit handlers and static destructors may still have something to say.
+  static Log* log = new Log;
+  return *log;
+}
+
+const char* level_word(ElogLevel level) {
+  switch (level) {
+    case ElogLevel::debug:
+      return "debug: ";
+    case ElogLevel::notify:
+      return "";
+    case ElogLevel::complain:
+      return "warning: ";
+    case ElogLevel::fatal:
+      return "fatal: ";
+  }
+  return "";
+}
+
+std::string formatted(const char* format, va_list args) {
+  va_list again;
+  va_copy(again, args);
+  const int length = std::vsnprintf(nullptr, 0, format, args);
+  std::string text;
+  if (length > 0) {
+    text.resize(static_cast<std::size_t>(length));
+    std::vsnprintf(text.data(), text.size() + 1, format, again);
+  }
+  va_end(again);
+  return text;
+}
+
+void report(ElogLevel level, const std::string& text) {
+  const Log& log = the_log();
+  if (log.sink != nullptr) {
+    log.sink(level, text.c_str(), log.context);
+    return;
+  }
+  elog_to_stderr(level, text.c_str());
+}
+
+void append_escaped(std::string& out, unsigned char byte) {
+  char buffer[8];
+  std::snprintf(buffer, sizeof buffer, "\\x%02x", byte);
+  out += buffer;
+}
+
+// The number of bytes of the UTF-8 character at the start of `text`, 0 when there is none.
+std::size_t character_length(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (length > text.size() || !triglub::is_utf8(text.substr(0, length))) return 0;
+  return length;
+}
+
+// U+0080 to U+009F, which terminals may take as control functions, stand in UTF-8 as C2 80 to C2 9F.
+bool is_control(std::string_view character) {
+  const auto first = static_cast<unsigned char>(character[0]);
+  if (character.size() == 1) return first < 0x20 || first == 0x7F;
+  return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+}
+
+}  // namespace
+
+void elog_init(const char* program) { the_log().program = program == nullptr ? "" : program; }
+
+void elog_set_sink(ElogSink sink, void* context) {
+  the_log().sink = sink;
+  the_log().context = context;
+}
+
+std::string elog_printable(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  while (!text.empty()) {
+    if (text[0] == '\n') {
+      // Indented, so that a line inside a text cannot pass for a message of its own.
+      out += text.size() > 1 ? "\n    " : "";
+      text.remove_prefix(1);
+      continue;
+    }
+    if (text[0] == '\t') {
+      out += ' ';
+      text.remove_prefix(1);
+      continue;
+    }
+    const std::size_t length = character_length(text);
+    if (length == 0) {
+      append_escaped(out, static_cast<unsigned char>(text[0]));
+      text.remove_prefix(1);
+      continue;
+    }
+    const std::string_view character = text.substr(0, length);
+    if (is_control(character)) {
+      for (const char byte : character) append_escaped(out, static_cast<unsigned char>(byte));
+    } else {
+      out += character;
+    }
+    text.remove_prefix(length);
+  }
+  return out;
+}
+
+void elog_to_stderr(ElogLevel level, const char* text) {
+  // One write for the whole line, so that lines of several processes do not mix.
+  const std::string line = the_log().program + ": " + level_word(level) + elog_printable(text) + "\n";
+  std::fwrite(line.data(), 1, line.size(), stderr);
+  std::fflush(stderr);
+}
+
+void elog_die(int /*reserved*/, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  report(ElogLevel::fatal, formatted(format, args));
+  va_end(args);
+  std::fflush(nullptr);
+  std::exit(1);
+}
+
+void elog_complain(int /*reserved*/, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  report(ElogLevel::complain, formatted(format, args));
+  va_end(args);
+}
+
+void elog_notify(int /*reserved*/, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  report(ElogLevel::notify, formatted(format, args));
+  va_end(args);
+}
+
+void elog_debug(int /*reserved*/, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  report(ElogLevel::debug, formatted(format, args));
+  va_end(args);
+}
