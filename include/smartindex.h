@@ -43,7 +43,7 @@ class TRIGLUB_API SmartIndex {
 
   // Sets flag i and moves the borders. Clearing the first of exactly two selected positions leaves first() at size();
   // reset_borders() mends it. Throws std::range_error "SmartIndex::set value out of range" for i > size(); i == size()
-  // is let through by that test and has no effect on the flags.
+  // is let through by that test and changes nothing.
   void set(unsigned long i, bool value);
 
   // The neighbouring selected position strictly between the borders, or first() from below them (last() from above);

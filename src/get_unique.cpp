@@ -1,0 +1,36 @@
+// The distinct texts of a field over the selected records: one pass, an ordered set.
+#include <array>
+#include <set>
+#include <string_view>
+
+#include "dbhelper.h"
+#include "platform/text.h"
+#include "smartindex.h"
+
+std::vector<std::string> get_unique(Dbptr db, std::string field, SmartIndex index) {
+  constexpr std::size_t kLongestValue = 1024;  // with its zero byte; what dbget writes at most
+  db = db_setfield(db, std::move(field));
+  db_getfieldtype(db);  // only for its failure: a field without a type has no values to list
+  const auto record_count = static_cast<unsigned long>(db_nrecs(db));
+
+  // With exact borders no record outside them is selected, so the walk between them meets every selected one. set()
+  // can leave them otherwise, but the index is the caller's copy.
+  index.reset_borders();
+
+  std::set<std::string, std::less<>> values;
+  std::array<char, kLongestValue> buffer{};
+  std::string_view latest;
+  for (unsigned long record = index.first(); record < record_count && record <= index.last(); ++record) {
+    db.record = static_cast<std::int64_t>(record);
+    if (!index.includes(db)) continue;
+    // A value that cannot be read leaves the text of the record before it, which is in the set already (or is the
+    // empty text, at the first record): one bad value never stops the listing.
+    dbget(db, buffer.data());
+    const std::string_view value = strtrim(buffer.data());
+    if (!values.empty() && value == latest) continue;  // records of one station stand together
+    auto place = values.find(value);
+    if (place == values.end()) place = values.emplace(value).first;
+    latest = *place;
+  }
+  return {values.begin(), values.end()};
+}

@@ -1,0 +1,436 @@
+#include "smartindex.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <random>
+#include <stdexcept>
+
+namespace {
+
+constexpr unsigned long kHighest = std::numeric_limits<unsigned long>::max();
+
+// An index from "0110".
+SmartIndex index_of(const std::string& digits) {
+  std::vector<bool> flags;
+  for (const char digit : digits) flags.push_back(digit == '1');
+  return SmartIndex(flags);
+}
+
+Dbptr at_record(std::int64_t record) {
+  Dbptr db;
+  db.record = record;
+  return db;
+}
+
+template <typename Operation>
+std::string range_error_of(Operation operation) {
+  try {
+    operation();
+  } catch (const std::range_error& error) {
+    return error.what();
+  }
+  return "nothing thrown";
+}
+
+TEST(SmartIndex, IsEmptyWithoutRecords) {
+  const SmartIndex index(0, false);
+  EXPECT_EQ(index.first(), 0);
+  EXPECT_EQ(index.last(), 0);
+  EXPECT_EQ(index.size(), 0);
+  EXPECT_EQ(index.count(), 0);
+  EXPECT_FALSE(index.includes(at_record(0)));
+  EXPECT_EQ(index.as_string(), "([],0,0)");
+}
+
+TEST(SmartIndex, WrapsItsUpperBorderWhenMadeFullOfNothing) {
+  SmartIndex index(0, true);
+  EXPECT_EQ(index.first(), 0);
+  EXPECT_EQ(index.last(), kHighest);
+  EXPECT_EQ(index.size(), 0);
+  EXPECT_EQ(index.count(), 0);
+  EXPECT_FALSE(index.includes(at_record(0)));
+  EXPECT_EQ(index.as_string(), "([],0,18446744073709551615)");
+  EXPECT_EQ(index.next(0), 0);
+  EXPECT_EQ(index.next(5), 0);
+  EXPECT_EQ(index.prev(5), 0);
+  EXPECT_EQ(index.prev(kHighest), 0);
+  index.set(0, true);
+  EXPECT_EQ(index.count(), 0);
+  index.limit_to(SmartIndex(0, true));
+  EXPECT_EQ(index.as_string(), "([],0,0)");
+  SmartIndex other(3, true);
+  other.remove(SmartIndex(0, true));
+  EXPECT_EQ(other.as_string(), "([111],0,2)");
+}
+
+TEST(SmartIndex, HoldsEveryRecordOrNone) {
+  EXPECT_EQ(SmartIndex(5, true).as_string(), "([11111],0,4)");
+  EXPECT_EQ(SmartIndex(5, true).count(), 5);
+  EXPECT_EQ(SmartIndex(5, false).as_string(), "([00000],5,5)");
+  EXPECT_EQ(SmartIndex(5, false).count(), 0);
+}
+
+TEST(SmartIndex, FindsItsBordersInTheFlags) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", "([],0,0)"},         {"0", "([0],1,1)"},     {"1", "([1],0,0)"},     {"000", "([000],3,3)"},
+      {"0110", "([0110],1,2)"}, {"100", "([100],0,0)"}, {"001", "([001],2,2)"}, {"101", "([101],0,2)"},
+  };
+  for (const auto& [digits, text] : cases) EXPECT_EQ(index_of(digits).as_string(), text);
+}
+
+TEST(SmartIndex, IncludesSelectedRecordsOnly) {
+  const SmartIndex index = index_of("0110");
+  const std::pair<std::int64_t, bool> cases[] = {
+      {0, false},
+      {1, true},
+      {2, true},
+      {3, false},
+      {4, false},
+      {5, false},
+      {-1, false},
+      {dbALL, false},
+      {dbNULL, false},
+      {dbINVALID, false},
+      {std::numeric_limits<std::int64_t>::min(), false},
+      {std::numeric_limits<std::int64_t>::max(), false},
+  };
+  for (const auto& [record, included] : cases) EXPECT_EQ(index.includes(at_record(record)), included) << record;
+}
+
+TEST(SmartIndex, StepsBetweenItsBordersWithoutGivingThem) {
+  const SmartIndex full(5, true);
+  EXPECT_EQ(full.next(0), 1);
+  EXPECT_EQ(full.next(2), 3);
+  EXPECT_EQ(full.next(3), 5);
+  EXPECT_EQ(full.next(4), 5);
+  EXPECT_EQ(full.next(5), 5);
+  EXPECT_EQ(full.next(6), 5);
+  EXPECT_EQ(full.prev(4), 3);
+  EXPECT_EQ(full.prev(2), 1);
+  EXPECT_EQ(full.prev(1), 5);
+  EXPECT_EQ(full.prev(0), 5);
+  EXPECT_EQ(full.prev(5), 4);
+  EXPECT_EQ(full.prev(100), 4);
+}
+
+TEST(SmartIndex, StepsIntoItsRangeByTheNearBorder) {
+  const SmartIndex index = index_of("00101010");
+  EXPECT_EQ(index.next(0), 2);
+  EXPECT_EQ(index.next(1), 2);
+  EXPECT_EQ(index.next(2), 4);
+  EXPECT_EQ(index.next(3), 4);
+  EXPECT_EQ(index.next(4), 8);
+  EXPECT_EQ(index.prev(7), 6);
+  EXPECT_EQ(index.prev(6), 4);
+  EXPECT_EQ(index.prev(4), 8);
+  EXPECT_EQ(index.prev(3), 8);
+  EXPECT_EQ(index.prev(2), 8);
+}
+
+TEST(SmartIndex, HasNoStepsWithoutSelection) {
+  const SmartIndex index(4, false);
+  for (unsigned long i = 0; i < 6; ++i) {
+    EXPECT_EQ(index.next(i), 4) << i;  // below the borders next gives first(), which is size()
+    EXPECT_EQ(index.prev(i), 4) << i;
+  }
+}
+
+TEST(SmartIndex, MovesItsBordersWhenAFlagIsSet) {
+  SmartIndex index(6, false);
+  index.set(3, true);
+  EXPECT_EQ(index.as_string(), "([000100],3,3)");
+  index.set(1, true);
+  EXPECT_EQ(index.as_string(), "([010100],1,3)");
+  index.set(5, true);
+  EXPECT_EQ(index.as_string(), "([010101],1,5)");
+  index.set(3, true);
+  EXPECT_EQ(index.as_string(), "([010101],1,5)");
+}
+
+TEST(SmartIndex, MovesItsBordersWhenAFlagIsCleared) {
+  SmartIndex index(5, true);
+  index.set(2, false);
+  EXPECT_EQ(index.as_string(), "([11011],0,4)");
+  index.set(0, false);
+  EXPECT_EQ(index.as_string(), "([01011],1,4)");
+  index.set(4, false);
+  EXPECT_EQ(index.as_string(), "([01010],1,3)");
+  index.set(0, false);
+  EXPECT_EQ(index.as_string(), "([01010],1,3)");
+}
+
+TEST(SmartIndex, LosesALowerBorderClearedWithOneOtherLeft) {
+  SmartIndex index = index_of("0010000100");
+  index.set(2, false);
+  EXPECT_EQ(index.as_string(), "([0000000100],10,7)");
+  EXPECT_EQ(index.count(), 1);
+  EXPECT_TRUE(index.includes(at_record(7)));
+  index.reset_borders();
+  EXPECT_EQ(index.as_string(), "([0000000100],7,7)");
+}
+
+TEST(SmartIndex, LosesAnUpperBorderClearedWithOneOtherLeft) {
+  SmartIndex index = index_of("0010000100");
+  index.set(7, false);
+  EXPECT_EQ(index.as_string(), "([0010000000],2,10)");
+  index.set(4, true);  // an index without upper border takes the new one
+  EXPECT_EQ(index.as_string(), "([0010100000],2,4)");
+}
+
+TEST(SmartIndex, HasNoBordersOnceTheOnlyFlagIsCleared) {
+  SmartIndex index = index_of("0010");
+  index.set(2, false);
+  EXPECT_EQ(index.as_string(), "([0000],4,4)");
+  index.set(1, true);
+  EXPECT_EQ(index.as_string(), "([0100],1,1)");
+}
+
+TEST(SmartIndex, RefusesToSetBeyondTheEnd) {
+  SmartIndex index(4, false);
+  EXPECT_EQ(range_error_of([&] { index.set(5, true); }), "SmartIndex::set value out of range");
+  EXPECT_EQ(range_error_of([&] { index.set(kHighest, false); }), "SmartIndex::set value out of range");
+  EXPECT_EQ(index.as_string(), "([0000],4,4)");
+}
+
+TEST(SmartIndex, LetsTheEndItselfThroughWithoutEffect) {
+  for (const char* digits : {"", "0000", "0110", "1111"}) {
+    for (const bool value : {true, false}) {
+      SmartIndex index = index_of(digits);
+      index.set(index.size(), value);
+      EXPECT_EQ(index.as_string(), index_of(digits).as_string());
+    }
+  }
+}
+
+struct Pair {
+  const char* left;
+  const char* right;
+  const char* result;
+};
+
+TEST(SmartIndex, LimitsToWhatTheOtherSelectsFromTheLargerLowerBorderOn) {
+  const Pair cases[] = {
+      {"1111", "0110", "([1110],0,2)"},        // 0 lies below the other's lower border and stays
+      {"0110", "1111", "([0110],1,2)"},        //
+      {"010001", "000101", "([010001],1,5)"},  // 1 stays
+      {"0110", "0000", "([0110],1,2)"},        // all lies below the border that an empty index has
+      {"0000", "0110", "([0000],4,4)"},        //
+      {"0111", "0101", "([0101],1,3)"},        //
+      {"1100", "0011", "([1100],0,1)"},        // all below
+      {"0011", "1100", "([0000],4,4)"},        //
+      {"", "", "([],0,0)"},
+  };
+  for (const Pair& item : cases) {
+    SmartIndex index = index_of(item.left);
+    const SmartIndex other = index_of(item.right);
+    index.limit_to(other);
+    EXPECT_EQ(index.as_string(), item.result) << item.left << " limited to " << item.right;
+    EXPECT_EQ(other.as_string(), index_of(item.right).as_string());
+  }
+}
+
+TEST(SmartIndex, RefusesToBeLimitedToAnotherSize) {
+  for (const unsigned long size : {0, 3, 5}) {
+    SmartIndex index = index_of("0110");
+    SmartIndex other(size, true);
+    EXPECT_EQ(range_error_of([&] { index.limit_to(other); }), "AandB: vectors are not the same size!");
+    EXPECT_EQ(index.as_string(), "([0110],1,2)");
+    EXPECT_EQ(other.as_string(), SmartIndex(size, true).as_string());
+  }
+}
+
+TEST(SmartIndex, RemovesWhatTheOtherSelects) {
+  const Pair cases[] = {
+      {"1111", "0110", "([1001],0,3)"},
+      {"0110", "1111", "([0000],4,4)"},
+      {"0110", "0000", "([0110],1,2)"},
+      {"0000", "1111", "([0000],4,4)"},
+      {"1010", "0101", "([1010],0,2)"},
+      {"1111", "1000", "([0111],1,3)"},
+      {"1111", "0001", "([1110],0,2)"},
+      {"1100", "0011", "([1100],0,1)"},
+      {"", "", "([],0,0)"},
+      // The sizes need not be the same.
+      {"1111", "11", "([0011],2,3)"},
+      {"1111", "", "([1111],0,3)"},
+      {"1111", "00", "([1111],0,3)"},
+      {"11", "0111", "([10],0,0)"},
+      {"11", "0000", "([11],0,1)"},
+      {"", "11", "([],0,0)"},
+  };
+  for (const Pair& item : cases) {
+    SmartIndex index = index_of(item.left);
+    const SmartIndex other = index_of(item.right);
+    index.remove(other);
+    EXPECT_EQ(index.as_string(), item.result) << item.left << " without " << item.right;
+    EXPECT_EQ(other.as_string(), index_of(item.right).as_string());
+  }
+}
+
+TEST(SmartIndex, TakesItselfAsTheOther) {
+  SmartIndex index = index_of("0110");
+  index.limit_to(index);
+  EXPECT_EQ(index.as_string(), "([0110],1,2)");
+  index.remove(index);
+  EXPECT_EQ(index.as_string(), "([0000],4,4)");
+}
+
+TEST(SmartIndex, FindsItsLowerBorderAloneAgain) {
+  SmartIndex index = index_of("0010000100");
+  index.set(2, false);
+  index.reset_first();
+  EXPECT_EQ(index.as_string(), "([0000000100],7,7)");
+  SmartIndex empty(3, false);
+  empty.reset_first();
+  EXPECT_EQ(empty.first(), 3);
+}
+
+TEST(SmartIndex, IsCopiedWithItsBordersAndIndependentOfTheCopy) {
+  SmartIndex index = index_of("0010000100");
+  index.set(2, false);
+  SmartIndex copy = index;
+  EXPECT_EQ(copy.as_string(), index.as_string());
+  copy.set(1, true);
+  EXPECT_EQ(index.count(), 1);
+  SmartIndex assigned(2, true);
+  assigned = index;
+  EXPECT_EQ(assigned.as_string(), "([0000000100],10,7)");
+}
+
+TEST(SmartIndex, IsMovedWithItsBorders) {
+  SmartIndex index = index_of("0110");
+  SmartIndex moved = std::move(index);
+  EXPECT_EQ(moved.as_string(), "([0110],1,2)");
+  // NOLINTBEGIN(bugprone-use-after-move,clang-analyzer-cplusplus.Move): what a move leaves behind is promised
+  EXPECT_EQ(index.as_string(), "([],1,2)");
+  EXPECT_FALSE(index.includes(at_record(1)));
+  index.limit_to(SmartIndex(0, false));
+  // NOLINTEND(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+  EXPECT_EQ(index.as_string(), "([],0,0)");
+  index = std::move(moved);
+  EXPECT_EQ(index.as_string(), "([0110],1,2)");
+}
+
+TEST(SmartIndex, SurvivesBeingMovedToItself) {
+  SmartIndex index = index_of("0110");
+  SmartIndex& same = index;
+  index = std::move(same);
+  EXPECT_EQ(index.as_string(), "([0110],1,2)");
+}
+
+TEST(SmartIndex, HasAFormerSelfTestThatDoesNothing) { test_SmartIndex(); }
+
+// The operations as they are defined, one position at a time, without a thought for speed.
+struct PlainIndex {
+  std::vector<bool> flags;
+  unsigned long first, last;
+
+  bool flag(unsigned long p) const { return p < flags.size() && flags[p]; }
+  unsigned long size() const { return flags.size(); }
+
+  unsigned long next(unsigned long i) const {
+    if (i >= last) return size();
+    if (i < first) return first;
+    for (unsigned long p = i + 1;; ++p) {
+      if (p == last) return size();
+      if (flag(p)) return p;
+    }
+  }
+  unsigned long prev(unsigned long i) const {
+    if (i <= first) return size();
+    if (i > last) return last;
+    for (unsigned long p = i - 1;; --p) {
+      if (p == first) return size();
+      if (flag(p)) return p;
+    }
+  }
+  void set(unsigned long i, bool value) {
+    flags[i] = value;
+    if (value) {
+      if (i < first) first = i;
+      if (i > last || last == size()) last = i;
+    } else {
+      if (first == i) first = next(i);
+      if (last == i) last = prev(i);
+    }
+  }
+  void limit_to(const PlainIndex& other) {
+    for (unsigned long p = std::max(first, other.first); p != size(); ++p) {
+      if (flags[p]) flags[p] = other.flag(p);
+      if (p == last) break;
+    }
+    reset_borders();
+  }
+  void remove(const PlainIndex& other) {
+    const unsigned long end = std::min(last, other.last);
+    for (unsigned long p = std::max(first, other.first); p < size(); ++p) {
+      if (other.flag(p)) flags[p] = false;
+      if (p == end) break;
+    }
+    reset_borders();
+  }
+  void reset_borders() {
+    first = 0;
+    while (first != size() && !flags[first]) ++first;
+    last = first;
+    for (unsigned long p = first; p < size(); ++p) {
+      if (flags[p]) last = p;
+    }
+  }
+  std::string as_string() const {
+    std::string text = "([";
+    for (const bool flag : flags) text += flag ? '1' : '0';
+    return text + "]," + std::to_string(first) + "," + std::to_string(last) + ")";
+  }
+};
+
+TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
+  const unsigned seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
+  for (int round = 0; round < 300; ++round) {
+    const unsigned long size = 1 + below(round % 10 == 0 ? 200 : 9);
+    std::vector<SmartIndex> indexes;
+    std::vector<PlainIndex> plain_ones;
+    for (int i = 0; i < 3; ++i) {
+      const bool value = below(2) == 0;
+      indexes.emplace_back(size, value);
+      plain_ones.push_back({std::vector<bool>(size, value), value ? 0 : size, value ? size - 1 : size});
+    }
+    for (int step = 0; step < 60; ++step) {
+      const unsigned long at = below(3);
+      const unsigned long other = below(3);
+      switch (below(8)) {
+        case 0:
+          indexes[at].limit_to(indexes[other]);
+          plain_ones[at].limit_to(plain_ones[other]);
+          break;
+        case 1:
+          indexes[at].remove(indexes[other]);
+          plain_ones[at].remove(plain_ones[other]);
+          break;
+        case 2:
+          indexes[at].reset_borders();
+          plain_ones[at].reset_borders();
+          break;
+        default:
+          const unsigned long i = below(size);
+          const bool value = below(3) != 0;
+          indexes[at].set(i, value);
+          plain_ones[at].set(i, value);
+      }
+      ASSERT_EQ(indexes[at].as_string(), plain_ones[at].as_string());
+      ASSERT_EQ(indexes[at].count(),
+                static_cast<unsigned long>(std::count(plain_ones[at].flags.begin(), plain_ones[at].flags.end(), true)));
+      for (unsigned long i = 0; i < size + 2; ++i) {
+        ASSERT_EQ(indexes[at].next(i), plain_ones[at].next(i)) << i;
+        ASSERT_EQ(indexes[at].prev(i), plain_ones[at].prev(i)) << i;
+      }
+    }
+  }
+}
+
+}  // namespace
