@@ -23,7 +23,8 @@ enum class ElogLevel { debug, notify, complain, fatal };
 // end added; valid only during the call) and the context given with the sink.
 using ElogSink = void (*)(ElogLevel level, const char* text, void* context);
 
-// Sets the program name that leads every line on standard error ("triglub" until set, and for null). The name is copied.
+// Sets the program name that leads every message on standard error ("triglub" until set, and again for null). The
+// name is copied.
 TRIGLUB_API void elog_init(const char* program);
 
 // Sends every later message to `sink` instead of standard error; a null sink restores standard error.
