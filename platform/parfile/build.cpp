@@ -1,4 +1,5 @@
 // Building objects in memory.
+#include <algorithm>
 #include <utility>
 
 #include "parfile/grammar.h"
@@ -26,12 +27,7 @@ bool is_string(std::string_view value) {
   return is_bare(value) && value_fault(value) == nullptr && value != TABLE_OPENER && value != LIST_OPENER;
 }
 
-bool are_lines(const std::vector<std::string>& lines) {
-  for (const std::string& line : lines) {
-    if (!is_bare(line) || is_skipped(line) || line == CLOSER) return false;
-  }
-  return true;
-}
+bool is_line(std::string_view line) { return is_bare(line) && !is_skipped(line) && line != CLOSER; }
 
 // Puts a value at a key, making the tables on the way. REQUIRES: is_key.
 void put(Pf& pf, std::string_view key, Value value) {
@@ -59,7 +55,7 @@ int pfput_string(Pf* pf, const char* key, std::string_view value) {
 }
 
 int pfput_tbl(Pf* pf, const char* key, const std::vector<std::string>& lines) {
-  if (pf == nullptr || key == nullptr || !is_key(key, 1) || !are_lines(lines)) return -1;
+  if (pf == nullptr || key == nullptr || !is_key(key, 1) || !std::ranges::all_of(lines, is_line)) return -1;
   put(*pf, key, std::make_unique<Lines>(lines));
   return 0;
 }

@@ -21,7 +21,7 @@ struct CloseFile {
 Status load(const std::string& path, std::string& text) {
   const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rbe"));
   if (file == nullptr) return errno == ENOENT || errno == ENOTDIR ? NOT_FOUND : NOT_READABLE;
-  std::array<char, 64 * 1024> chunk;
+  std::array<char, 65536> chunk;
   for (std::size_t got = 0; (got = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0;) {
     text.append(chunk.data(), got);
     if (text.size() > triglub::parfile::MAX_BYTES) return MALFORMED;

@@ -1,7 +1,6 @@
 // Times as text: the instant is taken apart once, then the format is copied with its letters replaced.
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <string_view>
 
 #include "platform/timeconv.h"
@@ -53,77 +52,78 @@ bool take_apart(double seconds, bool milliseconds, Shown& shown) {
   return true;
 }
 
+// Each of these writes at `to` and returns the place behind what it wrote.
+
 template <int width>
-void append_number(std::string& text, int number) {
-  std::array<char, width> digits;
-  for (int i = width; i-- > 0; number /= 10) digits[static_cast<std::size_t>(i)] = static_cast<char>('0' + number % 10);
-  text.append(digits.data(), digits.size());
+char* put_number(char* to, int number) {
+  for (int i = width; i-- > 0; number /= 10) to[i] = static_cast<char>('0' + number % 10);
+  return to + width;
 }
 
-void append_date(std::string& text, const calendar::Date& date) {
-  append_number<4>(text, date.year);
-  text += '-';
-  append_number<2>(text, date.month);
-  text += '-';
-  append_number<2>(text, date.day);
+char* put_date(char* to, const calendar::Date& date) {
+  to = put_number<4>(to, date.year);
+  *to++ = '-';
+  to = put_number<2>(to, date.month);
+  *to++ = '-';
+  return put_number<2>(to, date.day);
 }
 
-// Appends what a format letter stands for; false when it stands for nothing.
-bool append_field(std::string& text, char letter, const Shown& shown) {
+// What a format letter stands for: at most LONGEST_FIELD bytes; none for a letter that stands for nothing.
+constexpr std::size_t LONGEST_FIELD = 10;
+
+char* put_field(char* to, char letter, const Shown& shown) {
   switch (letter) {
     case 'Y':
-      append_number<4>(text, shown.date.year);
-      return true;
+      return put_number<4>(to, shown.date.year);
     case 'm':
-      append_number<2>(text, shown.date.month);
-      return true;
+      return put_number<2>(to, shown.date.month);
     case 'd':
-      append_number<2>(text, shown.date.day);
-      return true;
+      return put_number<2>(to, shown.date.day);
     case 'H':
-      append_number<2>(text, shown.second_of_day / 3600);
-      return true;
+      return put_number<2>(to, shown.second_of_day / 3600);
     case 'M':
-      append_number<2>(text, shown.second_of_day / 60 % 60);
-      return true;
+      return put_number<2>(to, shown.second_of_day / 60 % 60);
     case 'S':
-      append_number<2>(text, shown.second_of_day % 60);
-      return true;
+      return put_number<2>(to, shown.second_of_day % 60);
     case 'j':
-      append_number<3>(text, shown.date.day_of_year);
-      return true;
+      return put_number<3>(to, shown.date.day_of_year);
     case 'G':
-      append_date(text, shown.date);
-      return true;
+      return put_date(to, shown.date);
     case 'u':
-      append_number<3>(text, shown.millisecond);
-      return true;
+      return put_number<3>(to, shown.millisecond);
     case '%':
-      text += '%';
-      return true;
+      *to = '%';
+      return to + 1;
     default:
-      return false;
+      return to;
   }
 }
 
-void append_time(std::string& text, double seconds, std::string_view format) {
+// Makes `text` the time in that format, in the memory that it has as far as that goes.
+void write_time(std::string& text, double seconds, std::string_view format) {
+  text.clear();
   Shown shown;
   if (!take_apart(seconds, shows_milliseconds(format), shown)) return;
+  text.resize(format.size() / 2 * LONGEST_FIELD + 1);  // a field takes two characters of the format
+  char* to = text.data();
   for (std::size_t at = 0; at < format.size(); ++at) {
-    const bool is_letter = format[at] == '%' && at + 1 < format.size();
-    if (is_letter && append_field(text, format[at + 1], shown)) {
+    char* behind = to;
+    if (format[at] == '%' && at + 1 < format.size()) behind = put_field(to, format[at + 1], shown);
+    if (behind != to) {
       ++at;
+      to = behind;
     } else {
-      text += format[at];
+      *to++ = format[at];
     }
   }
+  text.resize(static_cast<std::size_t>(to - text.data()));
 }
 
 }  // namespace
 
 std::string format_epoch(double seconds, const char* format) {
   std::string text;
-  append_time(text, seconds, format);
+  write_time(text, seconds, format);
   return text;
 }
 
@@ -136,7 +136,6 @@ const char* epoch2str(double seconds, const char* format) {
   thread_local std::size_t next = 0;
   std::string& text = texts[next];
   next = (next + 1) % TEXTS;
-  text.clear();
-  triglub::append_time(text, seconds, format);
+  triglub::write_time(text, seconds, format);
   return text.c_str();
 }
