@@ -1,5 +1,6 @@
 #include "platform/elog.h"
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -9,9 +10,11 @@
 
 namespace {
 
+constexpr const char* DEFAULT_PROGRAM = "triglub";
+
 // The log's process-wide state: who speaks, and where to.
 struct Log {
-  std::string program = "triglub";
+  std::string program = DEFAULT_PROGRAM;
   ElogSink sink = nullptr;
   void* context = nullptr;
 };
@@ -81,7 +84,7 @@ bool is_control(std::string_view character) {
 
 }  // namespace
 
-void elog_init(const char* program) { the_log().program = program == nullptr ? "" : program; }
+void elog_init(const char* program) { the_log().program = program == nullptr ? DEFAULT_PROGRAM : program; }
 
 void elog_set_sink(ElogSink sink, void* context) {
   the_log().sink = sink;
@@ -91,10 +94,11 @@ void elog_set_sink(ElogSink sink, void* context) {
 std::string elog_printable(std::string_view text) {
   std::string out;
   out.reserve(text.size());
+  while (text.ends_with('\n')) text.remove_suffix(1);  // the message ends its line itself
   while (!text.empty()) {
     if (text[0] == '\n') {
       // Indented, so that a line inside a text cannot pass for a message of its own.
-      out += text.size() > 1 ? "\n    " : "";
+      out += "\n    ";
       text.remove_prefix(1);
       continue;
     }
@@ -133,6 +137,9 @@ void elog_die(int /*reserved*/, const char* format, ...) {
   report(ElogLevel::fatal, formatted(format, args));
   va_end(args);
   std::fflush(nullptr);
+  // std::exit must not be entered twice, neither by an exit handler that fails nor by a second thread.
+  static std::atomic_flag exiting;
+  if (exiting.test_and_set()) std::_Exit(1);
   std::exit(1);
 }
 

@@ -77,6 +77,8 @@ char* strtrim(char* text) {
 
 char* copystrip(char* to, const char* from, std::size_t n) {
   const std::string_view kept = triglub::trimmed(std::string_view(from, strnlen(from, n)));
+  // A text that is bare already is not written to: threads may trim a text that they share.
+  if (to == kept.data() && to[kept.size()] == '\0') return to;
   std::memmove(to, kept.data(), kept.size());
   to[kept.size()] = '\0';
   return to;

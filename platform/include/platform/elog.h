@@ -23,7 +23,8 @@ enum class ElogLevel { debug, notify, complain, fatal };
 // end added; valid only during the call) and the context given with the sink.
 using ElogSink = void (*)(ElogLevel level, const char* text, void* context);
 
-// Sets the program name that leads every line on standard error ("triglub" until set). The name is copied.
+// Sets the program name that leads every message on standard error ("triglub" until set, and again for null). The
+// name is copied.
 TRIGLUB_API void elog_init(const char* program);
 
 // Sends every later message to `sink` instead of standard error; a null sink restores standard error.
@@ -32,8 +33,8 @@ TRIGLUB_API void elog_set_sink(ElogSink sink, void* context);
 // Writes one message the way standard error gets it, whatever sink is set: for a sink that passes messages on.
 TRIGLUB_API void elog_to_stderr(ElogLevel level, const char* text);
 
-// The text with control characters (line ends but) and invalid UTF-8 shown as \xNN, tabs as one blank, and
-// lines after the first indented.
+// The text with control characters (line ends but) and invalid UTF-8 shown as \xNN, tabs as one blank, lines after
+// the first indented, and without line ends at its end.
 TRIGLUB_API std::string elog_printable(std::string_view text);
 
 // "PROGRAM: fatal: TEXT", then ends the process with exit status 1 (through std::exit, so that exit handlers run).

@@ -9,11 +9,12 @@
 #include "platform/export.h"
 
 // Removes white space (blank, \t \n \v \f \r) at both ends, in place, moving the rest to the front; returns `text`.
-// A null text gives null.
+// A null text gives null. A text without white space at its ends is only read.
 TRIGLUB_API char* strtrim(char* text);
 
 // Copies at most n bytes of `from` (up to its end), trims white space at both ends and ends the copy with a zero
-// byte. `to` needs room for n + 1 bytes and may be the same as `from`. Returns `to`.
+// byte. `to` needs room for n + 1 bytes and may be the same as `from`; what is bare already is then only read.
+// Returns `to`.
 TRIGLUB_API char* copystrip(char* to, const char* from, std::size_t n);
 
 namespace triglub {

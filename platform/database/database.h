@@ -1,0 +1,63 @@
+// An open database: its source, the tables loaded so far, and the views made of them. Handles are resolved here.
+#ifndef TRIGLUB_DATABASE_DATABASE_H
+#define TRIGLUB_DATABASE_DATABASE_H
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "database/source.h"
+#include "database/view.h"
+#include "platform/database.h"
+
+namespace triglub {
+
+class Database {
+ public:
+  Database(Source source, std::int64_t id);
+
+  std::int64_t id() const { return id_; }
+  const Source& source() const { return source_; }
+
+  // The number of a table of the schema, loaded if need be, or of a named view; dbINVALID when there is none or it
+  // refuses to load.
+  std::int64_t find_view(std::string_view name);
+  // Keeps a view under the next number; a name that is taken moves to it.
+  std::int64_t add_view(std::unique_ptr<View> view, const char* name);
+  // Null for a number of no view.
+  const View* view(std::int64_t number) const;
+  void release_view(std::int64_t number);
+
+ private:
+  std::int64_t load_table(std::size_t index);
+
+  Source source_;
+  std::int64_t id_;
+  std::vector<std::unique_ptr<Table>> tables_;  // by number in the schema; null: not loaded
+  std::vector<bool> refused_;                   // by number in the schema
+  std::vector<std::unique_ptr<View>> views_;    // the schema's tables first
+  std::map<std::string, std::int64_t, std::less<>> view_by_name_;
+};
+
+// The open database of a handle, its view, and the handle of a view; null and all dbINVALID where there is none.
+Database* database_of(const Dbptr& db);
+const View* view_of(const Dbptr& db);
+Dbptr handle_of(const Database& database, std::int64_t view);
+inline constexpr Dbptr INVALID_HANDLE{};
+
+// True when the handle's record is one of the view's.
+bool has_record(const View& view, const Dbptr& db);
+
+// Adds the view that results from an operation and gives its handle.
+Dbptr result_view(Database& database, std::vector<ViewTable> tables, std::uint32_t record_count, std::string operations,
+                  const char* name);
+// A view of chosen records of a view.
+Dbptr selected_records(Database& database, const View& view, const std::vector<std::uint32_t>& records,
+                       std::string operation, const char* name);
+
+}  // namespace triglub
+
+#endif

@@ -1,0 +1,99 @@
+#include <cstdarg>
+#include <cstring>
+
+#include "database/database.h"
+#include "platform/text.h"
+
+namespace triglub {
+
+namespace {
+
+constexpr std::size_t MAX_TEXT = 1023;  // dbget's buffers have 1024 bytes
+
+void copy_text(std::string_view text, std::size_t limit, char* to) {
+  const std::string_view kept = utf8_prefix(text, limit);
+  std::memcpy(to, kept.data(), kept.size());
+  to[kept.size()] = '\0';
+}
+
+bool is_field_number(const View& view, std::int64_t number) {
+  return number >= 0 && static_cast<std::size_t>(number) < view.fields().size();
+}
+
+// A field of the view by name, seen as a field of `table` when that is given.
+int find_named(const View& view, const char* table, const char* name) {
+  if (table == nullptr || *table == '\0' || std::strchr(name, '.') != nullptr) return view.find_field(name);
+  return view.find_field(std::string(table) + "." + name);
+}
+
+void fill(const View& view, const ViewField& field, std::uint32_t record, void* variable) {
+  const FieldSchema& schema = view.schema_of(field);
+  switch (schema.storage()) {
+    case Storage::text:
+      copy_text(view.text(field, record), static_cast<std::size_t>(schema.width), static_cast<char*>(variable));
+      break;
+    case Storage::integer:
+      *static_cast<std::int64_t*>(variable) = view.integer(field, record);
+      break;
+    case Storage::real:
+      *static_cast<double*>(variable) = view.real(field, record);
+      break;
+  }
+}
+
+void fill_null(const FieldSchema& schema, void* variable) {
+  switch (schema.storage()) {
+    case Storage::text:
+      copy_text(schema.null_text, static_cast<std::size_t>(schema.width), static_cast<char*>(variable));
+      break;
+    case Storage::integer:
+      *static_cast<std::int64_t*>(variable) = schema.null_integer;
+      break;
+    case Storage::real:
+      *static_cast<double*>(variable) = schema.null_real;
+      break;
+  }
+}
+
+}  // namespace
+
+}  // namespace triglub
+
+int dbget(Dbptr db, char* buffer) {
+  using namespace triglub;
+  const View* view = view_of(db);
+  if (view == nullptr || !is_field_number(*view, db.field)) return static_cast<int>(dbINVALID);
+  const ViewField& field = view->fields()[static_cast<std::size_t>(db.field)];
+  if (db.record == dbNULL) {
+    copy_text(view->schema_of(field).null_text, MAX_TEXT, buffer);
+    return 0;
+  }
+  if (!has_record(*view, db)) return static_cast<int>(dbINVALID);
+  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), MAX_TEXT, buffer);
+  return 0;
+}
+
+int dbgetv(Dbptr db, const char* table, ...) {
+  using namespace triglub;
+  const View* view = view_of(db);
+  if (view == nullptr || (db.record != dbNULL && !has_record(*view, db))) return static_cast<int>(dbINVALID);
+  va_list pairs;
+  va_start(pairs, table);
+  int status = 0;
+  for (const char* name = va_arg(pairs, const char*); name != nullptr; name = va_arg(pairs, const char*)) {
+    void* variable = va_arg(pairs, void*);
+    const int index = find_named(*view, table, name);
+    if (index < 0) {
+      status = static_cast<int>(dbINVALID);
+      break;
+    }
+    const ViewField& field = view->fields()[static_cast<std::size_t>(index)];
+    if (db.record == dbNULL) {
+      fill_null(view->schema_of(field), variable);
+    } else {
+      fill(*view, field, static_cast<std::uint32_t>(db.record), variable);
+    }
+  }
+  va_end(pairs);
+  return status;
+}

@@ -1,0 +1,140 @@
+// Step lists: each step is an operation on the view that the steps before it made.
+#include <cstdlib>
+#include <cstring>
+
+#include "database/database.h"
+#include "platform/elog.h"
+#include "platform/text.h"
+
+namespace triglub {
+
+namespace {
+
+// A list of texts for the classic interface, freed with it.
+class TextList {
+ public:
+  explicit TextList(const std::vector<std::string>& texts) : list_(newtbl(static_cast<int>(texts.size()))) {
+    for (const std::string& text : texts) pushtbl(list_, strdup(text.c_str()));
+  }
+  ~TextList() { freetbl(list_, std::free); }
+  TextList(const TextList&) = delete;
+  TextList& operator=(const TextList&) = delete;
+  Tbl* get() { return list_; }
+
+ private:
+  Tbl* list_;
+};
+
+struct Step {
+  std::string text;
+  std::string verb;
+  std::string rest;                // what follows the verb, trimmed
+  std::vector<std::string> words;  // of the rest
+};
+
+Step parse_step(const char* text) {
+  Step step;
+  step.text = trimmed(text);
+  const std::size_t blank = std::min(step.text.find_first_of(" \t"), step.text.size());
+  step.verb = step.text.substr(0, blank);
+  step.rest = trimmed(std::string_view(step.text).substr(blank));
+  std::string_view rest = step.rest;
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find_first_of(" \t"), rest.size());
+    step.words.emplace_back(rest.substr(0, end));
+    rest = trimmed(rest.substr(end));
+  }
+  return step;
+}
+
+Dbptr fail(const Step& step, const char* fault) {
+  elog_complain(0, "dbprocess: '%s': %s", step.text.c_str(), fault);
+  return INVALID_HANDLE;
+}
+
+Dbptr open_table(Dbptr db, const Step& step) {
+  if (step.words.size() != 1) return fail(step, "expected one table");
+  const Dbptr table = dblookup(db, nullptr, step.words[0].c_str(), nullptr, nullptr);
+  return table.table < 0 ? fail(step, "there is no such table") : table;
+}
+
+// The first of `words` when it is the flag, which is then taken away.
+bool take_flag(std::vector<std::string>* words, const char* flag) {
+  if (words->empty() || words->front() != flag) return false;
+  words->erase(words->begin());
+  return true;
+}
+
+Dbptr join_table(Dbptr db, const Step& step) {
+  std::vector<std::string> words = step.words;
+  const bool outer = take_flag(&words, "-o");
+  if (words.empty()) return fail(step, "expected a table");
+  const Dbptr table = dblookup(db, nullptr, words[0].c_str(), nullptr, nullptr);
+  if (table.table < 0) return fail(step, "there is no such table");
+  std::vector<std::string> view_keys;
+  std::vector<std::string> table_keys;
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    // A range key has two colons, a pair of names one: ondate::offdate, snet:net.
+    const std::size_t colon = words[i].find("::") == std::string::npos ? words[i].find(':') : std::string::npos;
+    view_keys.push_back(words[i].substr(0, colon));
+    table_keys.push_back(colon == std::string::npos ? words[i] : words[i].substr(colon + 1));
+  }
+  TextList first(view_keys);
+  TextList second(table_keys);
+  Tbl* first_keys = first.get();
+  Tbl* second_keys = second.get();
+  const bool natural = view_keys.empty();
+  return dbjoin(db, table, natural ? nullptr : &first_keys, natural ? nullptr : &second_keys, outer ? 1 : 0, nullptr,
+                nullptr);
+}
+
+Dbptr sort_view(Dbptr db, const Step& step) {
+  std::vector<std::string> words = step.words;
+  const bool unique = take_flag(&words, "-u");
+  if (words.empty()) return fail(step, "expected keys");
+  TextList keys(words);
+  return dbsort(db, keys.get(), unique ? dbSORT_UNIQUE : 0, nullptr);
+}
+
+Dbptr apply(Dbptr db, const Step& step, DbprocessHandler handler) {
+  if (step.verb == "dbopen") return open_table(db, step);
+  if (step.verb == "dbjoin") return join_table(db, step);
+  if (step.verb == "dbsubset") return dbsubset(db, step.rest.c_str(), nullptr);
+  if (step.verb == "dbsort") return sort_view(db, step);
+  return handler == nullptr ? fail(step, "there is no such operation") : handler(db, step.text.c_str());
+}
+
+void trace(const Step& step, Dbptr view) {
+  long records = 0;
+  dbquery(view, dbRECORD_COUNT, &records);
+  elog_debug(0, "dbprocess: %s: %ld records", step.text.c_str(), records);
+}
+
+}  // namespace
+
+}  // namespace triglub
+
+Dbptr dbprocess(Dbptr db, Tbl* steps, DbprocessHandler handler) {
+  using namespace triglub;
+  bool verbose = false;
+  std::int64_t made_here = dbINVALID;  // the view of the step before, if a step of this list made it
+  for (long i = 0; i < maxtbl(steps); ++i) {
+    const Step step = parse_step(static_cast<const char*>(gettbl(steps, i)));
+    if (step.verb == "verbose") {
+      verbose = true;
+      continue;
+    }
+    const Dbptr view = apply(db, step, handler);
+    if (view_of(view) == nullptr) {
+      elog_complain(0, "dbprocess: the step '%s' failed", step.text.c_str());
+      return INVALID_HANDLE;
+    }
+    if (verbose) trace(step, view);
+    // Nobody else has a handle of a view in the middle of the list. (release_view leaves base tables alone.)
+    if (view.table != made_here && made_here != dbINVALID) release_view({db.database, made_here, dbALL, dbALL});
+    const bool made = step.verb == "dbjoin" || step.verb == "dbsubset" || step.verb == "dbsort";
+    made_here = made ? view.table : dbINVALID;
+    db = view;
+  }
+  return db;
+}

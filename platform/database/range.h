@@ -1,0 +1,29 @@
+// Ranges of validity and when two of them meet.
+#ifndef TRIGLUB_DATABASE_RANGE_H
+#define TRIGLUB_DATABASE_RANGE_H
+
+#include "database/schema.h"
+
+namespace triglub {
+
+// Half-open, in days or in seconds; open to one side where the value is infinite.
+struct Range {
+  double begin;
+  double end;
+};
+
+// True when the two overlap. Ranges are half-open, so one that ends when the other begins does not touch it. A range of
+// length zero is a point and belongs to the range that begins at it or holds it. A range whose end lies before its
+// begin meets nothing.
+bool overlap(const Range& a, const Range& b);
+
+// The unit in which two ranges are compared.
+enum class RangeUnit { as_stored, days };
+
+// What a begin or end stands for: its value in the unit, or, when null, the infinity on its side.
+double range_begin(const FieldSchema& field, double value, bool is_null, RangeUnit unit);
+double range_end(const FieldSchema& field, double value, bool is_null, RangeUnit unit);
+
+}  // namespace triglub
+
+#endif

@@ -1,0 +1,45 @@
+// The records at which a condition holds, in order.
+#include "database/compile.h"
+#include "platform/elog.h"
+
+namespace triglub {
+
+namespace {
+
+template <typename Condition>
+std::vector<std::uint32_t> records_where(const View& view, Condition holds) {
+  std::vector<std::uint32_t> records;
+  for (std::uint32_t record = 0; record < view.record_count(); ++record) {
+    if (holds(record)) records.push_back(record);
+  }
+  return records;
+}
+
+std::vector<std::uint32_t> matching_records(const View& view, Expression& expression) {
+  if (expression.compiled->field_match()) {
+    CodeCondition condition(view, expression);
+    return records_where(view, [&](std::uint32_t record) { return condition.is_true(record); });
+  }
+  ViewRecord at(view, 0);
+  return records_where(view, [&](std::uint32_t record) {
+    at.move_to(record);
+    return expression.compiled->is_true(at);
+  });
+}
+
+}  // namespace
+
+}  // namespace triglub
+
+Dbptr dbsubset(Dbptr view, const char* expression, const char* name) {
+  using namespace triglub;
+  const View* from = view_of(view);
+  if (from == nullptr) {
+    elog_complain(0, "dbsubset: there is no view to take records from");
+    return INVALID_HANDLE;
+  }
+  const auto compiled = compile_expression(*from, expression, dbINTEGER);
+  if (compiled == nullptr) return INVALID_HANDLE;
+  return selected_records(*database_of(view), *from, matching_records(*from, *compiled),
+                          "dbsubset " + std::string(expression), name);
+}

@@ -1,0 +1,69 @@
+#include "parfile/grammar.h"
+
+#include "platform/text.h"
+
+namespace triglub::parfile {
+
+namespace {
+
+char lower(char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// True for "&Arr" and "&Tbl" in any case, alone or with a blank or a brace behind.
+bool resembles_opener(std::string_view value) {
+  constexpr std::size_t LENGTH = 4;
+  if (value.size() < LENGTH || value[0] != '&') return false;
+  if (value.size() > LENGTH && (WHITE_SPACE.find(value[LENGTH]) == std::string_view::npos && value[LENGTH] != '{')) {
+    return false;
+  }
+  for (const std::string_view opener : {TABLE_OPENER, LIST_OPENER}) {
+    std::size_t same = 0;
+    while (same < LENGTH && lower(value[same]) == lower(opener[same])) ++same;
+    if (same == LENGTH) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool is_skipped(std::string_view line) { return line.empty() || line.front() == '#'; }
+
+const char* text_fault(std::string_view text) {
+  if (text.find('\0') != std::string_view::npos) return "a zero byte";
+  if (text.find('\r') != std::string_view::npos) return "a carriage return inside the line";
+  if (text.find('\n') != std::string_view::npos) return "a line end inside the line";
+  if (!is_utf8(text)) return "a text that is not UTF-8";
+  return nullptr;
+}
+
+const char* name_fault(std::string_view name) {
+  if (name.empty()) return "a key without a name";
+  if (name.front() == '#') return "a key that begins like a comment";
+  if (name.starts_with(BYTE_ORDER_MARK)) return "a byte order mark inside the text";
+  if (name.starts_with(TABLE_OPENER) || name.starts_with(LIST_OPENER)) return "a block without a key";
+  if (name.starts_with(CLOSER)) return "'}' with something behind it";
+  if (name.find_first_of("{}") != std::string_view::npos) return "a key that holds a brace";
+  if (name.find_first_of(WHITE_SPACE) != std::string_view::npos) return "a key that holds a blank";
+  return text_fault(name);
+}
+
+const char* value_fault(std::string_view value) {
+  if (value == TABLE_OPENER || value == LIST_OPENER || !resembles_opener(value)) return nullptr;
+  return "a block is opened by '&Arr{' or '&Tbl{' with nothing behind it";
+}
+
+std::string_view KeyNames::next() {
+  std::string_view name;
+  if (!inside_) {
+    name = rest_.substr(0, rest_.find('{'));
+    rest_.remove_prefix(name.size());
+    inside_ = true;
+    return name;
+  }
+  const std::size_t end = rest_.find('}');
+  if (!rest_.starts_with('{') || end == std::string_view::npos) return {};
+  name = rest_.substr(1, end - 1);
+  rest_.remove_prefix(end + 1);
+  return name;
+}
+
+}  // namespace triglub::parfile

@@ -1,0 +1,53 @@
+// Finding entries by key.
+#include "parfile/grammar.h"
+#include "parfile/table.h"
+
+namespace {
+
+using triglub::parfile::as_table;
+using triglub::parfile::KeyNames;
+using triglub::parfile::Lines;
+using triglub::parfile::Table;
+using triglub::parfile::Value;
+
+Value* find_value(Pf* pf, const char* key) {
+  if (pf == nullptr || key == nullptr) return nullptr;
+  Table* table = &pf->root;
+  for (KeyNames names(key); table != nullptr;) {
+    const std::string_view name = names.next();
+    Value* value = name.empty() ? nullptr : table->find(name);
+    if (value == nullptr || names.at_end()) return value;
+    table = as_table(*value);
+  }
+  return nullptr;
+}
+
+Table* find_table(Pf* pf, const char* key) {
+  if (pf == nullptr || key == nullptr) return nullptr;
+  if (*key == '\0') return &pf->root;
+  Value* value = find_value(pf, key);
+  return value == nullptr ? nullptr : as_table(*value);
+}
+
+}  // namespace
+
+char* pfget_string(Pf* pf, const char* key) {
+  auto* text = std::get_if<std::string>(find_value(pf, key));
+  return text == nullptr ? nullptr : text->data();
+}
+
+Tbl* pfget_tbl(Pf* pf, const char* key) {
+  auto* lines = std::get_if<std::unique_ptr<Lines>>(find_value(pf, key));
+  return lines == nullptr ? nullptr : (*lines)->tbl();
+}
+
+std::vector<std::string> pf_keys(Pf* pf, const char* key) {
+  std::vector<std::string> keys;
+  const Table* table = find_table(pf, key);
+  if (table == nullptr) return keys;
+  keys.reserve(table->in_order().size());
+  for (const auto& entry : table->in_order()) keys.push_back(entry->first);
+  return keys;
+}
+
+const char* pf_path(Pf* pf) { return pf == nullptr ? "" : pf->path.c_str(); }

@@ -1,0 +1,16 @@
+// Where a parameter file is looked for.
+#ifndef TRIGLUB_PARFILE_SEARCH_H
+#define TRIGLUB_PARFILE_SEARCH_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace triglub::parfile {
+
+// The paths to try for a name, the first one first.
+std::vector<std::string> candidates(std::string_view name);
+
+}  // namespace triglub::parfile
+
+#endif

@@ -1,0 +1,31 @@
+#include "parfile/table.h"
+
+#include <utility>
+
+namespace triglub::parfile {
+
+Lines::Lines(std::vector<std::string> lines) : lines_(std::move(lines)), tbl_(newtbl(static_cast<int>(lines_.size()))) {
+  for (std::string& line : lines_) pushtbl(tbl_, line.data());
+}
+
+Lines::~Lines() { freetbl(tbl_, nullptr); }
+
+Value* Table::find(std::string_view key) {
+  const auto entry = entries_.find(key);
+  return entry == entries_.end() ? nullptr : &entry->second;
+}
+
+Value& Table::set(std::string_view key, Value value) {
+  const auto [entry, added] = entries_.insert_or_assign(std::string(key), std::move(value));
+  if (added) order_.push_back(entry);
+  return entry->second;
+}
+
+Table& Table::set_table(std::string_view key) { return *as_table(set(key, std::make_unique<Table>())); }
+
+Table* as_table(Value& value) {
+  auto* table = std::get_if<std::unique_ptr<Table>>(&value);
+  return table == nullptr ? nullptr : table->get();
+}
+
+}  // namespace triglub::parfile

@@ -1,0 +1,55 @@
+// The proleptic Gregorian calendar: day numbers (days since 1970-01-01) to dates and back.
+//
+// Everything rests on the day number of January 1, which is a plain count: 365 days a year, and one more for every
+// leap year gone by. The way back guesses the year from the mean length of a year and corrects the guess.
+#ifndef TRIGLUB_TIME_CALENDAR_H
+#define TRIGLUB_TIME_CALENDAR_H
+
+#include <cstdint>
+
+namespace triglub::calendar {
+
+inline constexpr std::int64_t SECONDS_PER_DAY = 86400;
+inline constexpr std::int64_t FIRST_YEAR = 1;
+inline constexpr std::int64_t LAST_YEAR = 9999;
+
+// The quotient rounded towards minus infinity, so that times before 1970 need no case of their own. REQUIRES: b > 0.
+constexpr std::int64_t floor_div(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
+
+constexpr bool is_leap(std::int64_t year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
+
+constexpr int days_in_year(std::int64_t year) { return is_leap(year) ? 366 : 365; }
+
+// The day number of January 1. Defined for every year that a year-day of 64 bits can hold.
+constexpr std::int64_t year_start(std::int64_t year) {
+  constexpr std::int64_t DAYS_FROM_YEAR_1_TO_1970 = 719162;
+  const std::int64_t gone = year - 1;
+  return 365 * gone + floor_div(gone, 4) - floor_div(gone, 100) + floor_div(gone, 400) - DAYS_FROM_YEAR_1_TO_1970;
+}
+
+// The day numbers that have a date here: FIRST_DAY and later, but not END_DAY. The same in seconds.
+inline constexpr std::int64_t FIRST_DAY = year_start(FIRST_YEAR);
+inline constexpr std::int64_t END_DAY = year_start(LAST_YEAR + 1);
+inline constexpr std::int64_t FIRST_SECOND = FIRST_DAY * SECONDS_PER_DAY;
+inline constexpr std::int64_t END_SECOND = END_DAY * SECONDS_PER_DAY;
+
+struct Date {
+  int year = 0;         // 1 to 9999
+  int month = 0;        // 1 to 12
+  int day = 0;          // 1 to 31
+  int day_of_year = 0;  // 1 to 366
+};
+
+// True when the calendar has that day.
+bool is_date(int year, int month, int day);
+bool is_year_day(std::int64_t year, std::int64_t day_of_year);
+
+// The day number of a date. REQUIRES: is_date.
+std::int64_t day_of(int year, int month, int day);
+
+// The date of a day number. REQUIRES: FIRST_DAY <= day < END_DAY.
+Date date_of(std::int64_t day);
+
+}  // namespace triglub::calendar
+
+#endif

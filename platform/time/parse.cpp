@@ -1,0 +1,160 @@
+// Text to epoch seconds: each form is tried in turn on the trimmed text; the first one that fits it whole counts.
+#include <charconv>
+#include <cmath>
+#include <initializer_list>
+#include <optional>
+#include <string_view>
+
+#include "platform/text.h"
+#include "platform/timeconv.h"
+#include "time/calendar.h"
+
+namespace {
+
+using triglub::calendar::SECONDS_PER_DAY;
+
+bool is_digit(char c) { return '0' <= c && c <= '9'; }
+bool is_blank(char c) { return c == ' ' || c == '\t'; }
+
+// Reads a text from its front: what fits is taken off, and the answer says whether it did.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view text) : rest_(text) {}
+
+  bool at_end() const { return rest_.empty(); }
+  char peek() const { return rest_.empty() ? '\0' : rest_.front(); }
+
+  bool take(char c) {
+    if (rest_.empty() || rest_.front() != c) return false;
+    rest_.remove_prefix(1);
+    return true;
+  }
+
+  bool take_blanks() {
+    if (!is_blank(peek())) return false;
+    while (is_blank(peek())) rest_.remove_prefix(1);
+    return true;
+  }
+
+  // A number of exactly `width` digits.
+  bool take_number(std::size_t width, int& number) {
+    if (count_digits(0) != width) return false;
+    std::from_chars(rest_.data(), rest_.data() + width, number);
+    rest_.remove_prefix(width);
+    return true;
+  }
+
+  // Two digits up to 59, optionally with a point and at least one digit behind it.
+  bool take_seconds(double& seconds) {
+    std::size_t length = count_digits(0);
+    if (length != 2 || rest_.front() > '5') return false;
+    if (length < rest_.size() && rest_[length] == '.') {
+      const std::size_t decimals = count_digits(length + 1);
+      if (decimals == 0) return false;
+      length += 1 + decimals;
+    }
+    std::from_chars(rest_.data(), rest_.data() + length, seconds, std::chars_format::fixed);
+    rest_.remove_prefix(length);
+    return true;
+  }
+
+ private:
+  // The length of the run of digits that begins at `from`.
+  std::size_t count_digits(std::size_t from) const {
+    std::size_t to = from;
+    while (to < rest_.size() && is_digit(rest_[to])) ++to;
+    return to - from;
+  }
+
+  std::string_view rest_;
+};
+
+enum class Seconds { optional, required };
+
+// hh:mm, hh:mm:ss or hh:mm:ss.fff, optionally with a Z, up to the end of the text.
+std::optional<double> time_of_day(Scanner& text, Seconds need) {
+  int hour = 0, minute = 0;
+  double second = 0;
+  if (!text.take_number(2, hour) || !text.take(':') || !text.take_number(2, minute)) return std::nullopt;
+  if (text.take(':')) {
+    if (!text.take_seconds(second)) return std::nullopt;
+  } else if (need == Seconds::required) {
+    return std::nullopt;
+  }
+  text.take('Z');
+  if (!text.at_end() || hour > 23 || minute > 59) return std::nullopt;
+  return hour * 3600 + minute * 60 + second;
+}
+
+// The start of a day, or the time of day behind it, which follows `mark` or blanks.
+std::optional<double> on_day(std::int64_t day, Scanner& text, char mark) {
+  const auto start = static_cast<double>(day * SECONDS_PER_DAY);
+  if (text.at_end()) return start;
+  if (!text.take(mark) && !text.take_blanks()) return std::nullopt;
+  const std::optional<double> time = time_of_day(text, Seconds::optional);
+  if (!time) return std::nullopt;
+  return start + *time;
+}
+
+// yyyyddd, optionally with a time of day.
+std::optional<double> year_day_form(Scanner text) {
+  int year_day = 0;
+  if (!text.take_number(7, year_day)) return std::nullopt;
+  if (!triglub::calendar::is_year_day(year_day / 1000, year_day % 1000)) return std::nullopt;
+  return on_day(triglub::day_number(year_day), text, ':');
+}
+
+// yyyy-mm-dd or yyyy/mm/dd, optionally with a time of day.
+std::optional<double> date_form(Scanner text) {
+  int year = 0, month = 0, day = 0;
+  if (!text.take_number(4, year)) return std::nullopt;
+  const char separator = text.peek() == '/' ? '/' : '-';
+  if (!text.take(separator) || !text.take_number(2, month)) return std::nullopt;
+  if (!text.take(separator) || !text.take_number(2, day)) return std::nullopt;
+  if (!triglub::calendar::is_date(year, month, day)) return std::nullopt;
+  return on_day(triglub::calendar::day_of(year, month, day), text, 'T');
+}
+
+// yy-mm-dd hh:mm:ss, as older databases date their rows. With so little to know it by, nothing in it is optional.
+std::optional<double> load_date_form(Scanner text) {
+  int year = 0, month = 0, day = 0;
+  if (!text.take_number(2, year) || !text.take('-')) return std::nullopt;
+  if (!text.take_number(2, month) || !text.take('-')) return std::nullopt;
+  if (!text.take_number(2, day) || !text.take_blanks()) return std::nullopt;
+  year += year < 70 ? 2000 : 1900;
+  if (!triglub::calendar::is_date(year, month, day)) return std::nullopt;
+  const std::optional<double> time = time_of_day(text, Seconds::required);
+  if (!time) return std::nullopt;
+  return static_cast<double>(triglub::calendar::day_of(year, month, day) * SECONDS_PER_DAY) + *time;
+}
+
+std::optional<double> number_form(std::string_view text) {
+  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return std::nullopt;
+  return number;
+}
+
+std::optional<double> time_in(std::string_view text) {
+  for (const auto form : {year_day_form, date_form, load_date_form}) {
+    if (const std::optional<double> time = form(Scanner(text))) return time;
+  }
+  return number_form(text);
+}
+
+}  // namespace
+
+int is_epoch_string(const char* text, double* seconds) {
+  if (text == nullptr) return 0;
+  const std::optional<double> time = time_in(triglub::trimmed(text));
+  if (!time) return 0;
+  if (seconds != nullptr) *seconds = *time;
+  return 1;
+}
+
+double str2epoch(const char* text) {
+  double seconds = NULL_EPOCH;
+  is_epoch_string(text, &seconds);
+  return seconds;
+}

@@ -1,0 +1,66 @@
+// One line of the element tree.
+#include <stdexcept>
+#include <string_view>
+
+#include "dbhelper.h"
+#include "elements.h"
+#include "platform/text.h"
+#include "xml.h"
+
+namespace {
+
+// Takes the next word off the front, with the blank that ends it; empty when there is none. Only the blank separates:
+// a tab is part of a word.
+std::string_view take_word(std::string_view& line) {
+  line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+  const std::string_view word = line.substr(0, line.find(' '));
+  line.remove_prefix(std::min(word.size() + 1, line.size()));
+  return word;
+}
+
+}  // namespace
+
+ElementDescription::ElementDescription(char const* line) {
+  std::string_view rest = line == nullptr ? "" : line;
+  name_ = take_word(rest);
+  const std::string_view flag = take_word(rest);
+  if (flag.size() == 1) flag_ = flag[0];
+  type_ = take_word(rest);
+  value_ = triglub::trimmed(rest);
+}
+
+std::string ElementDescription::name() const { return name_; }
+std::string ElementDescription::value() const { return value_; }
+bool ElementDescription::is_ignored() const { return flag_ == 'x'; }
+bool ElementDescription::is_required() const { return flag_ == 'r'; }
+bool ElementDescription::is_group() const { return type_ == "GROUP"; }
+bool ElementDescription::is_categorized_group() const { return type_ == "CATEGORIZED_GROUP" || is_numeric_group(); }
+bool ElementDescription::is_numeric_group() const { return type_ == "CATEGORIZED_BY_NUMBER"; }
+bool ElementDescription::is_stage() const { return type_ == "STAGE"; }
+bool ElementDescription::is_count() const { return type_ == "count"; }
+
+void ElementDescription::evaluate(Dbptr db) {
+  if (is_group()) throw std::logic_error("Cannot evaluate groups in ElementDescription::evaluate. (yet?)");
+  if (is_ignored() || value_.empty() || type_ == "text" || is_count()) return;
+  value_ = eval_as_type(db, value_.c_str(), type_);
+}
+
+std::string ElementDescription::as_string() const { return name_ + "   " + flag_ + " " + type_ + "   " + value_; }
+
+std::string ElementDescription::as_xml_attribute() const {
+  // An empty value is written too, required or not: an attribute that is asked for is never silently missing.
+  if (is_ignored()) return "";
+  static const XmlAttribute attribute;
+  return attribute.get(name_, value_);
+}
+
+std::vector<ElementDescription> Tbl2ElementDescription(Tbl* list) {
+  std::vector<ElementDescription> lines;
+  const long count = maxtbl(list);
+  lines.reserve(static_cast<std::size_t>(count));
+  for (long i = 0; i < count; ++i) {
+    const auto* line = static_cast<const char*>(gettbl(list, i));
+    if (line != nullptr) lines.emplace_back(line);
+  }
+  return lines;
+}
