@@ -6,30 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "platform/elog.h"
 #include "platform/response.h"
 #include "support/flat_database.h"
+#include "support/log_collector.h"
 
 namespace {
 
 using triglub_test::FlatDatabase;
+using triglub_test::LogCollector;
 
 const std::string kFir = "theoretical 1 instrument fir author\n100\n3\n0.25\n0.5\n0.25\n0\n";
-
-// The messages of the log while it lives.
-class LogCollector {
- public:
-  LogCollector() {
-    elog_set_sink([](ElogLevel level, const char* text,
-                     void* context) { static_cast<LogCollector*>(context)->messages.emplace_back(level, text); },
-                  this);
-  }
-  LogCollector(const LogCollector&) = delete;
-  LogCollector& operator=(const LogCollector&) = delete;
-  ~LogCollector() { elog_set_sink(nullptr, nullptr); }
-
-  std::vector<std::pair<ElogLevel, std::string>> messages;
-};
 
 TEST(GetResponse, ReadsAFile) {
   const FlatDatabase files;
