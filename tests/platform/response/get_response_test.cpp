@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/response.h"
+#include "support/flat_database.h"
+#include "support/log_collector.h"
+
+namespace {
+
+using triglub_test::FlatDatabase;
+using triglub_test::LogCollector;
+
+const std::string kFir = "theoretical 1 instrument fir author\n100\n3\n0.25\n0.5\n0.25\n0\n";
+
+TEST(GetResponse, ReadsAFile) {
+  const FlatDatabase files;
+  const std::string path = files.write_file("resp/a.fir", kFir);
+  LogCollector log;
+  Response* response = nullptr;
+  ASSERT_EQ(get_response(path.c_str(), &response), 0);
+  ASSERT_NE(response, nullptr);
+  EXPECT_EQ(response->group_count, 1);
+  EXPECT_EQ(static_cast<Fir*>(response->groups.at(0).filter)->numerators, (std::vector<double>{0.25, 0.5, 0.25}));
+  EXPECT_TRUE(log.messages.empty());
+  free_response(response);
+}
+
+TEST(GetResponse, TellsFileLineAndFaultInADebugMessage) {
+  const FlatDatabase files;
+  const std::string path = files.write_file("a.fir", "theoretical 1 instrument fir\n100\n31\n1\n2\n");
+  LogCollector log;
+  Response stays;
+  Response* response = &stays;
+  EXPECT_EQ(get_response(path.c_str(), &response), -2);
+  EXPECT_EQ(response, nullptr);
+  ASSERT_EQ(log.messages.size(), 1);
+  EXPECT_EQ(log.messages[0].first, ElogLevel::debug);
+  EXPECT_EQ(log.messages[0].second, path + ":5: expected 31 numerators, found 2");
+}
+
+TEST(GetResponse, TellsWhatCannotBeRead) {
+  const FlatDatabase files;
+  LogCollector log;
+  Response* response = nullptr;
+  EXPECT_EQ(get_response((files.folder() + "/none").c_str(), &response), -1);
+  EXPECT_EQ(get_response(files.folder().c_str(), &response), -1);
+  EXPECT_EQ(response, nullptr);
+  ASSERT_EQ(log.messages.size(), 2);
+  EXPECT_EQ(log.messages[0].second, files.folder() + "/none: cannot read: No such file or directory");
+  EXPECT_EQ(log.messages[1].second, files.folder() + ": cannot read: not a file");
+}
+
+TEST(ReadResponse, TellsTheCallerAloneOfAFault) {
+  const FlatDatabase files;
+  LogCollector log;
+  Response stays;
+  Response* response = &stays;
+  std::string fault;
+  EXPECT_EQ(read_response(files.write_file("a", "").c_str(), &response, &fault), -2);
+  EXPECT_EQ(response, nullptr);
+  EXPECT_EQ(fault.rfind(files.folder() + "/a:1: expected the first group", 0), 0) << fault;
+  EXPECT_EQ(read_response("/dev/null", &response, &fault), -1);
+  EXPECT_EQ(fault, "/dev/null: cannot read: not a file");
+  EXPECT_TRUE(log.messages.empty());
+}
+
+TEST(ReadResponse, DoesNotWaitAtAPipe) {
+  const FlatDatabase files;
+  const std::string path = files.folder() + "/pipe";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  Response* response = nullptr;
+  std::string fault;
+  EXPECT_EQ(read_response(path.c_str(), &response, &fault), -1);
+  EXPECT_EQ(fault, path + ": cannot read: not a file");
+}
+
+TEST(ReadResponse, RefusesAFileThatMayNotBeRead) {
+  if (geteuid() == 0) GTEST_SKIP() << "nothing is forbidden to this user";
+  const FlatDatabase files;
+  const std::string path = files.write_file("a.fir", kFir);
+  std::filesystem::permissions(path, std::filesystem::perms::none);
+  Response* response = nullptr;
+  std::string fault;
+  EXPECT_EQ(read_response(path.c_str(), &response, &fault), -1);
+  EXPECT_EQ(fault, path + ": cannot read: Permission denied");
+}
+
+TEST(ReadResponse, LimitsTheSizeOfAFile) {
+  const FlatDatabase files;
+  Response* response = nullptr;
+  std::string fault;
+  const std::string filling(MAX_RESPONSE_BYTES - kFir.size(), '#');
+  const std::string path = files.write_file("a.fir", kFir + filling);
+  ASSERT_EQ(read_response(path.c_str(), &response, &fault), 0) << fault;
+  free_response(response);
+  std::filesystem::resize_file(path, MAX_RESPONSE_BYTES + 1);
+  EXPECT_EQ(read_response(path.c_str(), &response, &fault), -2);
+  EXPECT_EQ(fault, path + ": larger than the limit of 67108864 bytes");
+  EXPECT_EQ(response, nullptr);
+}
+
+}  // namespace
