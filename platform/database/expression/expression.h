@@ -19,8 +19,8 @@
 
 namespace triglub::expression {
 
-inline constexpr int MAX_NESTING = 200;               // parentheses, call arguments, ?: and prefix operators
-inline constexpr std::size_t MAX_LENGTH = 64 * 1024;  // bytes of one expression
+inline constexpr int MAX_NESTING = 200;  // parentheses, call arguments, ?: and prefix operators
+inline constexpr std::size_t MAX_LENGTH = std::size_t{64} * 1024;  // bytes of one expression
 
 enum class Kind : std::uint8_t { integer, real, text };
 

@@ -1,0 +1,51 @@
+#ifndef TRIGLUB_DATABASE_EXPRESSION_EVALUATE_H
+#define TRIGLUB_DATABASE_EXPRESSION_EVALUATE_H
+
+#include <string>
+#include <utility>
+
+#include "database/expression/program.h"
+#include "database/expression/small_array.h"
+
+namespace triglub::expression {
+
+// One run of a program at one record. What it answers lives as long as it does.
+class Evaluation {
+ public:
+  Evaluation(const Program& program, const Record& record)
+      : program_(program), record_(record), stack_(program.stack_size), scratch_(program.scratch_size) {}
+
+  // False when the evaluation fails.
+  bool run(Value* result);
+
+ private:
+  bool step(const Instruction& instruction);
+  bool convert(const Instruction& instruction);
+  bool compute(const Instruction& instruction);
+  bool compute_integers(const Instruction& instruction);
+  bool compute_reals(const Instruction& instruction);
+  bool compare(const Instruction& instruction);
+  bool call(const Instruction& instruction);
+  bool format(const Instruction& instruction);
+  bool format_any(const Instruction& instruction);
+
+  void push(Value value) { stack_[size_++] = value; }
+  Value& top() { return stack_[size_ - 1]; }
+  Value pop() { return stack_[--size_]; }
+  // Puts a new text on top, in the place of what is there.
+  bool put_text(const Instruction& instruction, std::string text) {
+    scratch_[instruction.scratch] = std::move(text);
+    top() = Value::of(std::string_view(scratch_[instruction.scratch]));
+    return true;
+  }
+
+  const Program& program_;
+  const Record& record_;
+  SmallArray<Value, 16> stack_;
+  std::size_t size_ = 0;
+  SmallArray<std::string, 4> scratch_;
+};
+
+}  // namespace triglub::expression
+
+#endif

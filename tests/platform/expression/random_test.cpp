@@ -1,0 +1,135 @@
+// Random expressions mean the same to the compiled form and to a plain evaluator.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "reference.h"
+#include "station.h"
+
+namespace triglub::expression {
+namespace {
+
+// Makes mostly expressions that compile: kinds are kept in mind, and now and then forgotten. Parentheses are left out
+// more often than not, so that precedence decides.
+class Generator {
+ public:
+  explicit Generator(unsigned seed) : random_(seed) {}
+
+  std::string number(int depth) {
+    if (one_in(60)) return text(depth - 1);
+    if (depth <= 0) return leaf();
+    switch (below(9)) {
+      case 0:
+        return leaf();
+      case 1:
+        return "(" + number(depth - 1) + ")";
+      case 2:
+        return one_of({"-", "!", "- ", "!-"}) + number(depth - 1);
+      case 3:
+        return text(depth - 1) + one_of({" == ", "<", " >= ", " != ", ">", "<="}) +
+               (one_in(2) ? text(depth - 1) : number(depth - 1));
+      case 4:
+        return (one_in(2) ? text(depth - 1) : number(depth - 1)) + one_of({" =~ ", "!~"}) +
+               one_of({"/AAK/", "/A.*/", "/1/", "//", "/[0-9]*/", "/-?[0-9.]+/", "/0|1/", "/0007/"});
+      case 5:
+        return number(depth - 1) + " ? " + number(depth - 1) + " : " + number(depth - 1);
+      case 6:
+        return one_of({"abs", "sqrt", "floor", "real"}) + "(" + number(depth - 1) + ")";
+      case 7:
+        return one_in(2) ? "length(" + text(depth - 1) + ")"
+                         : one_of({"min(", "max("}) + number(depth - 1) + "," + number(depth - 1) + ")";
+      default:
+        return number(depth - 1) +
+               one_of({"+", " - ", "*", " / ", "%", "<", " <= ", ">", ">=", " == ", "!=", " && ", "||"}) +
+               number(depth - 1);
+    }
+  }
+
+  std::string text(int depth) {
+    if (depth <= 0 || one_in(3))
+      return one_of({"sta", "chan", "code", "digits", "nothing", "'AAK'", "'7'", "' 1.5 '", "'x'", "''"});
+    switch (below(4)) {
+      case 0:
+        return "concat(" + text(depth - 1) + "," + (one_in(2) ? number(depth - 1) : text(depth - 1)) + ")";
+      case 1:
+        return "upper(" + text(depth - 1) + ")";
+      case 2:
+        return "str(" + number(depth - 1) + ")";
+      default:
+        return "(" + number(depth - 1) + " ? " + text(depth - 1) + " : " + text(depth - 1) + ")";
+    }
+  }
+
+  int below(int n) { return std::uniform_int_distribution<int>(0, n - 1)(random_); }
+
+ private:
+  bool one_in(int n) { return below(n) == 0; }
+
+  std::string one_of(std::initializer_list<const char*> choices) {
+    return choices.begin()[below(static_cast<int>(choices.size()))];
+  }
+
+  std::string leaf() {
+    return one_of({"0", "1", "2", "7", "0.5", "1.5", "100", "9223372036854775", "3", "lat", "elev", "zero", "inid",
+                   "none", "ondate", "offdate", "site.lat", "time", "(inid)"});
+  }
+
+  std::mt19937 random_;
+};
+
+TEST(RandomExpressions, MeanTheSameToAPlainEvaluator) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  Generator generator(seed);
+  int values = 0;
+  int failures = 0;
+  int refusals = 0;
+  for (int i = 0; i < 40000; ++i) {
+    const int depth = 1 + i % 6;
+    const std::string expression = generator.below(3) == 0 ? generator.text(depth) : generator.number(depth);
+    const std::string expected = reference_text(expression);
+    if (expected == "refused") {
+      ASSERT_EQ(compile(expression), nullptr) << expression;
+      ++refusals;
+      continue;
+    }
+    ASSERT_EQ(text_at_station(expression), expected) << expression;
+    (expected == "fails" ? failures : values)++;
+  }
+  // The generator must go on meeting all three.
+  EXPECT_GT(values, 10000);
+  EXPECT_GT(failures, 100);
+  EXPECT_GT(refusals, 200);
+}
+
+// Pieces of expressions in any order: whatever comes, an answer and no crash.
+TEST(RandomExpressions, RubbishIsRefusedOrAnswered) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  Generator generator(seed);
+  const char* const pieces[] = {"1",    "2.5",  "'a'",     "\"",   "'",        "sta", "lat", "foo",  "(",
+                                ")",    ",",    "?",       ":",    "+",        "-",   "*",   "/",    "%",
+                                "!",    "=~",   "/",       "!~",   "&&",       "||",  "==",  "<",    "=",
+                                "min(", "xml(", "format(", "'%d'", "is_null(", " ",   "\\",  "\xFF", "\xC3\xBC"};
+  int compiled = 0;
+  for (int i = 0; i < 60000; ++i) {
+    std::string text;
+    for (int n = generator.below(9); n >= 0; --n) text += pieces[generator.below(std::size(pieces))];
+    Fault fault{};
+    const auto result = compile(text, dbSTRING, &fault);
+    if (result == nullptr) {
+      ASSERT_LE(fault.position, text.size()) << text;
+      ASSERT_EQ(fault.text.rfind("expected ", 0), 0u) << text;
+      ASSERT_EQ(fault.text.back(), '^') << text;
+      continue;
+    }
+    std::string value;
+    result->text(StationRecord(), &value);
+    ++compiled;
+  }
+  EXPECT_GT(compiled, 500);
+}
+
+}  // namespace
+}  // namespace triglub::expression
