@@ -1,0 +1,120 @@
+#include <gmock/gmock.h>
+
+#include "conversion.h"
+#include "dbhelper.h"
+#include "support/collected_log.h"
+
+namespace triglub_test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+class MasterView : public Conversion {
+ protected:
+  MasterView() { verbosity = 0; }
+
+  // "STA CHAN STAGE" of each record.
+  std::vector<std::string> records() {
+    Dbptr view = create_master_view(stations_.database(), subset_);
+    std::vector<std::string> lines;
+    const long count = db_nrecs(view);
+    for (view.record = 0; view.record < count; ++view.record) {
+      lines.push_back(db_fieldlookup(view, "sitechan.sta") + " " + db_fieldlookup(view, "sitechan.chan") + " " +
+                      db_fieldlookup(view, "stage.stageid"));
+    }
+    return lines;
+  }
+};
+
+TEST_F(MasterView, HasARecordForEachStageInOrder) {
+  add_channels({"BHZ", "BHN"});
+  for (const int stage : {4, 10, 1, 3, 2}) stations_.add_stage("AAK", "BHZ", stage);
+  EXPECT_THAT(records(), ElementsAre("AAK BHN -1", "AAK BHZ 1", "AAK BHZ 2", "AAK BHZ 3", "AAK BHZ 4", "AAK BHZ 10"));
+}
+
+TEST_F(MasterView, IsSortedByStationAndChannel) {
+  stations_.add_network("KR");
+  for (const char* sta : {"B", "A"}) {
+    stations_.add_station("KR", sta);
+    for (const char* chan : {"Z", "N"}) stations_.add_channel(sta, chan);
+  }
+  EXPECT_THAT(records(), ElementsAre("A N -1", "A Z -1", "B N -1", "B Z -1"));
+}
+
+TEST_F(MasterView, TakesAChannelEpochOnce) {
+  add_channels({"BHZ"});
+  stations_.add_sensor("AAK", "BHZ", {{"inid", "5"}});
+  stations_.add_stage("AAK", "BHZ", 1);
+  EXPECT_THAT(records(), ElementsAre("AAK BHZ 1"));
+}
+
+TEST_F(MasterView, LeavesOutNetworksWithoutARow) {
+  add_channels({"BHZ"});
+  stations_.add_station("XX", "ANMO");
+  stations_.add_channel("ANMO", "BHZ");
+  EXPECT_THAT(records(), ElementsAre("AAK BHZ -1"));
+}
+
+TEST_F(MasterView, NeedsEverythingButInstrumentAndStages) {
+  add_channels({"BHZ"});
+  EXPECT_THAT(records(), ElementsAre("AAK BHZ -1"));
+  Dbptr view = create_master_view(stations_.database(), subset_);
+  view.record = 0;
+  EXPECT_EQ(db_fieldlookup(view, "instrument.insname"), "-");
+  EXPECT_EQ(db_fieldlookup(view, "network.netname"), "KR network");
+}
+
+TEST_F(MasterView, IsNarrowedByEverySubset) {
+  add_two_networks();
+  EXPECT_THAT(records(), ElementsAre("AAK BHN -1", "AAK BHZ 1", "ANMO BHZ -1"));
+  setarr(subset_, "sitechan.chan", "/BHZ/");
+  EXPECT_THAT(records(), ElementsAre("AAK BHZ 1", "ANMO BHZ -1"));
+  setarr(subset_, "snetsta.snet", "/K./");
+  EXPECT_THAT(records(), ElementsAre("AAK BHZ 1"));
+  setarr(subset_, "schanloc.loc", "/10/");
+  EXPECT_THAT(records(), IsEmpty());
+}
+
+TEST_F(MasterView, IsInvalidWhenAStepFails) {
+  add_channels({"BHZ"});
+  const struct {
+    const char* key;
+    const char* value;
+  } cases[] = {{"site.lat", "/42/"}, {"nosuch", "/x/"}, {"sitechan.sta", "/(/"}, {"sitechan.sta", "no slashes"}};
+  for (const auto& c : cases) {
+    rbtree* subset = newarr(nullptr);
+    setarr(subset, c.key, c.value);
+    const CollectedLog log;
+    EXPECT_EQ(create_master_view(stations_.database(), subset).table, dbINVALID) << c.key;
+    EXPECT_THAT(log.lines(), Not(IsEmpty()));
+    freearr(subset, nullptr);
+  }
+  EXPECT_EQ(create_master_view(Dbptr{}, subset_).table, dbINVALID);
+}
+
+TEST_F(MasterView, IsTracedStepByStep) {
+  add_channels({"BHZ"});
+  setarr(subset_, "sitechan.sta", "/AAK/");
+  for (const unsigned int level : {1u, 2u, 3u}) {
+    verbosity = level;
+    const CollectedLog log;
+    create_master_view(stations_.database(), subset_);
+    EXPECT_THAT(
+        log.lines_without("debug: Function"),
+        ElementsAre(StartsWith("debug: dbprocess: dbopen sitechan"), StartsWith("debug: dbprocess: dbjoin snetsta"),
+                    StartsWith("debug: dbprocess: dbjoin schanloc sta chan"),
+                    StartsWith("debug: dbprocess: dbsubset sitechan.sta=~/AAK/"),
+                    StartsWith("debug: dbprocess: dbjoin site"), StartsWith("debug: dbprocess: dbjoin sensor"),
+                    StartsWith("debug: dbprocess: dbjoin -o instrument"),
+                    StartsWith("debug: dbprocess: dbjoin calibration"),
+                    StartsWith("debug: dbprocess: dbsort -u sitechan.sta sitechan.chan sitechan.ondate"),
+                    StartsWith("debug: dbprocess: dbjoin -o stage"),
+                    StartsWith("debug: dbprocess: dbsort sitechan.sta sitechan.chan sitechan.ondate stage.stageid"),
+                    "debug: after process"));
+  }
+}
+
+}  // namespace
+}  // namespace triglub_test

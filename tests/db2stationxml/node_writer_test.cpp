@@ -1,0 +1,232 @@
+#include <gmock/gmock.h>
+
+#include "conversion.h"
+#include "dbhelper.h"
+#include "support/collected_log.h"
+
+namespace triglub_test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ExitedWithCode;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+class NodeWriter : public Conversion {
+ protected:
+  // The document of a root group with these lines and further definitions.
+  std::string document(const std::string& lines, const std::string& definitions = "", unsigned int flags = 0) {
+    parse(preamble("root") + definition("root", "Root", "", lines) + definitions);
+    return convert(flags);
+  }
+  // What stands between the root's tags.
+  std::string body(const std::string& lines, const std::string& definitions = "", unsigned int flags = 0) {
+    const std::string text = document(lines, definitions, flags);
+    EXPECT_TRUE(text.starts_with(" <Root>\n") && text.ends_with(" </Root>\n")) << text;
+    return text.substr(8, text.size() - 17);
+  }
+};
+
+TEST_F(NodeWriter, WritesNothingForAnEmptyIndex) {
+  add_channels({"BHZ", "BHN"});
+  parse(whole_tree());
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, 0);
+  std::ostringstream out;
+  xml_depth = 20;  // would be too deep, if it were looked at
+  xml_create_node(out, view, ElementGroup(pf_, "root"), SmartIndex(2, false));
+  EXPECT_EQ(out.str(), "");
+  EXPECT_EQ(xml_depth, 20u);
+}
+
+TEST_F(NodeWriter, WritesLinesInOrder) {
+  add_channels({"BHZ"});
+  EXPECT_EQ(
+      body("B - text 2\nA - text 1\nskipped x text 3\nempty - text\nCount - count sitechan.sta\nR - record_count x\n"),
+      "  <B>2</B>\n  <A>1</A>\n  <empty></empty>\n  <Count>1</Count>\n  <R></R>\n");
+}
+
+TEST_F(NodeWriter, DoesNotEscapeOrAlterContent) {
+  add_channels({"BHZ"});
+  EXPECT_EQ(body("A - text a & b <c/>\nL - deg_lat site.lat\n"), "  <A>a & b <c/></A>\n  <L>42.637500</L>\n");
+}
+
+TEST_F(NodeWriter, WrapsLongContent) {
+  add_channels({"BHZ"});
+  const std::string text(80, 'x');
+  EXPECT_EQ(body("A - text " + text + "\n"), "  <A>\n   " + text + "\n  </A>\n");
+}
+
+TEST_F(NodeWriter, IndentsBelowATransparentGroup) {
+  add_channels({"BHZ"});
+  EXPECT_EQ(body("inner - GROUP\nB - text 2\n", definition("inner", "-", "", "A - text 1\n")),
+            "   <A>1</A>\n  <B>2</B>\n");
+}
+
+TEST_F(NodeWriter, MayHaveATransparentRoot) {
+  add_channels({"BHZ"});
+  parse(preamble("root") + definition("root", "-", "", "A - text 1\n"));
+  EXPECT_EQ(convert(0), "  <A>1</A>\n");
+}
+
+TEST_F(NodeWriter, TakesValuesFromTheFirstRecord) {
+  add_channels({"BHZ", "BHN", "BHE"});
+  EXPECT_EQ(body("C - string sitechan.chan\n"), "  <C>BHE</C>\n");
+}
+
+TEST_F(NodeWriter, CountsDistinctValuesOfTheNodesRecords) {
+  add_two_networks();
+  stations_.add_stage("AAK", "BHN", 1);
+  stations_.add_stage("AAK", "BHN", 2);
+  EXPECT_EQ(body("Stations - count sitechan.sta\nChannels - count sitechan.chan\nn - CATEGORIZED_GROUP snetsta.snet\n",
+                 definition("n", "N", "", "Stations - count sitechan.sta\nChannels - count sitechan.chan\n")),
+            "  <Stations>2</Stations>\n  <Channels>2</Channels>\n"
+            "  <N>\n   <Stations>1</Stations>\n   <Channels>1</Channels>\n  </N>\n"
+            "  <N>\n   <Stations>1</Stations>\n   <Channels>2</Channels>\n  </N>\n");
+}
+
+std::string group_with(const std::string& value) { return definition("c", "C", "v - string " + value + "\n", ""); }
+
+TEST_F(NodeWriter, SplitsByCategoryInByteOrder) {
+  add_channels({"9", "100", "10"});
+  EXPECT_EQ(body("c - CATEGORIZED_GROUP sitechan.chan\n", group_with("sitechan.chan")),
+            "  <C v=\"10\" >\n  </C>\n  <C v=\"100\" >\n  </C>\n  <C v=\"9\" >\n  </C>\n");
+  EXPECT_EQ(body("c - CATEGORIZED_BY_NUMBER sitechan.chan\n", group_with("sitechan.chan")),
+            "  <C v=\"9\" >\n  </C>\n  <C v=\"10\" >\n  </C>\n  <C v=\"100\" >\n  </C>\n");
+}
+
+TEST_F(NodeWriter, SkipsACategoryThatIsNullForAll) {
+  add_channels({"BHZ", "BHN"});
+  const CollectedLog log;
+  EXPECT_EQ(body("c - CATEGORIZED_BY_NUMBER stage.stageid\nA - text 1\n", group_with("sitechan.chan"), 1),
+            "  <A>1</A>\n");
+  EXPECT_THAT(log.lines(), ::testing::Contains("debug:  vector Categorized Group:contains: | -1"));
+}
+
+TEST_F(NodeWriter, WritesANullCategoryAmongOthers) {
+  stations_.add_network("KR");
+  stations_.add_station("KR", "AAK");
+  stations_.add_channel("AAK", "A", "BH");
+  stations_.add_channel("AAK", "B", "-1");
+  EXPECT_EQ(body("c - CATEGORIZED_GROUP schanloc.loc\n", group_with("schanloc.loc")),
+            "  <C v=\"-1\" >\n  </C>\n  <C v=\"BH\" >\n  </C>\n");
+}
+
+TEST_F(NodeWriter, GivesEachRecordToOneCategory) {
+  // In view order the locations are AA, AAB, AA, AAB: AA takes what lies between its first and last record.
+  stations_.add_network("KR");
+  stations_.add_station("KR", "AAK");
+  stations_.add_channel("AAK", "A", "AA");
+  stations_.add_channel("AAK", "B", "AAB");
+  stations_.add_channel("AAK", "C", "AA");
+  stations_.add_channel("AAK", "D", "AAB");
+  EXPECT_EQ(body("c - CATEGORIZED_GROUP schanloc.loc\n",
+                 definition("c", "C", "v - string schanloc.loc\n", "Channels - count sitechan.chan\n")),
+            "  <C v=\"AA\" >\n   <Channels>3</Channels>\n  </C>\n"
+            "  <C v=\"AAB\" >\n   <Channels>1</Channels>\n  </C>\n");
+}
+
+TEST_F(NodeWriter, WritesNothingForACategoryThatLostItsRecords) {
+  stations_.add_network("KR");
+  stations_.add_station("KR", "AAK");
+  stations_.add_channel("AAK", "A", "AA");
+  stations_.add_channel("AAK", "B", "AAB");
+  stations_.add_channel("AAK", "C", "AA");
+  EXPECT_EQ(body("c - CATEGORIZED_GROUP schanloc.loc\n", group_with("schanloc.loc")), "  <C v=\"AA\" >\n  </C>\n");
+}
+
+TEST_F(NodeWriter, TakesNothingFromACategoryThatMerelyContainsAnother) {
+  add_channels({"AA", "AAB"});
+  EXPECT_EQ(body("c - CATEGORIZED_GROUP sitechan.chan\n",
+                 definition("c", "C", "v - string sitechan.chan\n", "Channels - count sitechan.chan\n")),
+            "  <C v=\"AA\" >\n   <Channels>1</Channels>\n  </C>\n"
+            "  <C v=\"AAB\" >\n   <Channels>1</Channels>\n  </C>\n");
+}
+
+TEST_F(NodeWriter, PutsCategoriesIntoTheConditionAsTheyStand) {
+  add_channels({"A(B"});
+  const auto convert_it = [&] { document("c - CATEGORIZED_GROUP sitechan.chan\n", group_with("sitechan.chan")); };
+  EXPECT_EXIT(convert_it(), ExitedWithCode(1), "fatal: expression didn't compile: \\[sitechan.chan =~ /A\\(B/\\]");
+}
+
+TEST_F(NodeWriter, CanWriteAGroupTwice) {
+  add_channels({"BHZ", "BHN"});
+  EXPECT_EQ(body("c - CATEGORIZED_GROUP sitechan.chan\nc - GROUP\n", group_with("sitechan.chan")),
+            "  <C v=\"BHN\" >\n  </C>\n  <C v=\"BHZ\" >\n  </C>\n  <C v=\"BHN\" >\n  </C>\n");
+}
+
+// A channel whose sample rate line is `samplerate`, with a response below it.
+std::string channel_with(const std::string& samplerate, const std::string& name = "Channel") {
+  return definition("channel", name, "", samplerate + "response_group - GROUP\n") +
+         definition("response_group", "Response", "", "");
+}
+
+TEST_F(NodeWriter, WritesTheResponseOfAChannelWithSamples) {
+  add_channels({"BHZ"});
+  const std::string response = "   <Response>\n   </Response>\n";
+  const struct {
+    const char* samplerate;
+    bool written;
+  } cases[] = {
+      {"SampleRate - text 40\n", true},  {"SampleRate - text 0\n", false},      {"", false},
+      {"SampleRate - text 0.0\n", true}, {"SampleRate - text\n", true},         {"samplerate - text 40\n", false},
+      {"SampleRate x text 0\n", false},  {"SampleRate - float 1 - 1\n", false},
+  };
+  for (const auto& c : cases) {
+    const std::string text = body("channel - GROUP\n", channel_with(c.samplerate));
+    EXPECT_EQ(text.find(response) != std::string::npos, c.written) << c.samplerate << text;
+  }
+}
+
+TEST_F(NodeWriter, SuppressesOnlyTheResponseGroupOfAChannel) {
+  add_channels({"BHZ"});
+  EXPECT_EQ(body("channel - GROUP\n",
+                 definition("channel", "Channel", "", "other - GROUP\n") + definition("other", "Response", "", "")),
+            "  <Channel>\n   <Response>\n   </Response>\n  </Channel>\n");
+  EXPECT_THAT(body("channel - GROUP\n", channel_with("SampleRate - text 0\n", "Stream")), HasSubstr("<Response>"));
+}
+
+TEST_F(NodeWriter, JudgesEachChannelByItsOwnSampleRate) {
+  add_channels({"BHZ", "LOG"});
+  const std::string none = channel_with("");
+  EXPECT_THAT(body("channel - GROUP\n", none), Not(HasSubstr("<Response>")));
+  EXPECT_THAT(body("channel - GROUP\n", channel_with("SampleRate - text 20\n")), HasSubstr("<Response>"));
+  EXPECT_THAT(body("channel - GROUP\n", none), Not(HasSubstr("<Response>")));
+}
+
+TEST_F(NodeWriter, WritesResponseStagesInPlace) {
+  add_channels({"BHZ"});
+  stations_.add_stage("AAK", "BHZ", 1);
+  EXPECT_EQ(body("A - text 1\nstage - STAGE stage\nskipped x STAGE stage\nB - text 2\n"),
+            "  <A>1</A>\n" + digital_stage() + "  <B>2</B>\n");
+}
+
+TEST_F(NodeWriter, WritesFifteenLevels) {
+  add_channels({"BHZ"});
+  std::string definitions;
+  for (int i = 2; i <= 16; ++i) {
+    definitions +=
+        definition("g" + std::to_string(i), "G", "", i < 16 ? "g" + std::to_string(i + 1) + " - GROUP\n" : "");
+  }
+  EXPECT_EXIT(document("g2 - GROUP\n", definitions), ExitedWithCode(1),
+              "fatal: Exceeded maximum node level. Group recursion in parameter file\\?");
+  // One level less.
+  const std::string text = document("g3 - GROUP\n", definitions);
+  EXPECT_THAT(text, HasSubstr("\n               <G>\n               </G>\n"));
+  EXPECT_EQ(xml_depth, 0u);
+}
+
+TEST_F(NodeWriter, FlushesTagLines) {
+  add_channels({"BHZ"});
+  parse(preamble("root") + definition("root", "Root", "", ""));
+  struct Flushes : std::stringbuf {
+    int count = 0;
+    int sync() override { return ++count, 0; }
+  } buffer;
+  std::ostream out(&buffer);
+  db2stationxml(stations_.database(), pf_, subset_, out, 0);
+  EXPECT_EQ(buffer.count, 2);
+}
+
+}  // namespace
+}  // namespace triglub_test

@@ -1,0 +1,273 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <random>
+
+#include "dbhelper.h"
+#include "one_site.h"
+#include "support/collected_log.h"
+
+namespace triglub_test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using EvalType = OneSite;
+
+TEST(Interpreters, FilesEveryKeyword) {
+  const std::map<std::string, GroupType> expected = {
+      {"deg_lat", GroupType(0)},
+      {"deg_lon", GroupType(1)},
+      {"dip", GroupType(2)},
+      {"deg_az", GroupType(3)},
+      {"record_count", GroupType(4)},
+      {"meters", GroupType(5)},
+      {"float", GroupType(6)},
+      {"integer", GroupType(7)},
+      {"force_lookup", GroupType(8)},
+      {"lookup", GroupType(9)},
+      {"string", GroupType(10)},
+      {"epoch", GroupType(11)},
+      {"julian", GroupType(12)},
+      {"GROUP", GroupType(13)},
+      {"CATEGORIZED_GROUP", GroupType(14)},
+      {"CATEGORIZED_BY_NUMBER", GroupType(15)},
+      {"STAGE", GroupType(16)},
+      {"other_pf:site", GroupType(17)},
+  };
+  EXPECT_EQ(INTERPRETERS, expected);
+}
+
+TEST_F(EvalType, BringsAnglesIntoTheirRanges) {
+  // dnorth and deast have a null value of 0, so that every number but 0 can stand in them.
+  const struct {
+    const char* type;
+    const char* value;
+    const char* text;
+  } cases[] = {
+      {"deg_lat", "42.6375", "42.637500"}, {"deg_lat", "100", "-80.000000"}, {"deg_lat", "-95", "85.000000"},
+      {"deg_lat", "90", "90.000000"},      {"deg_lat", "-90", "-90.000000"}, {"deg_lat", "270", "90.000000"},
+      {"deg_lon", "190", "-170.000000"},   {"deg_lon", "180", "180.000000"}, {"deg_lon", "-180", "-180.000000"},
+      {"deg_lon", "-190.5", "169.500000"}, {"deg_lon", "540", "180.000000"}, {"deg_az", "360", "0.000000"},
+      {"deg_az", "720", "0.000000"},       {"deg_az", "-10", "350.000000"},  {"deg_az", "359.9", "359.900000"},
+      {"deg_az", "-360", "0.000000"},      {"dip", "90", "0.000000"},        {"dip", "0.5", "-89.500000"},
+      {"dip", "180", "90.000000"},         {"dip", "270", "0.000000"},       {"dip", "-90", "0.000000"},
+      {"dip", "271", "181.000000"},
+  };
+  for (const auto& c : cases) {
+    FlatDatabase files;
+    files.add_row("site", {{"sta", "A"}, {"ondate", "2001001"}, {"deast", c.value}});
+    Dbptr db;
+    ASSERT_EQ(dbopen(files.write().c_str(), "r", &db), 0);
+    Dbptr site = dblookup(db, nullptr, "site", nullptr, nullptr);
+    site.record = 0;
+    EXPECT_EQ(eval_as_type(site, "deast", c.type), c.text) << c.type << " of " << c.value;
+    dbclose(db);
+  }
+}
+
+TEST_F(EvalType, MarksNullAngles) {
+  const Dbptr site = site_with({});
+  for (const char* type : {"deg_lat", "deg_lon", "deg_az", "dip"}) {
+    EXPECT_EQ(eval_as_type(site, "lat", type), "<!--null-->0.0") << type;
+  }
+}
+
+TEST_F(EvalType, MarksNullsHoweverTheFileWritesThem) {
+  EXPECT_EQ(eval_as_type(site_with({{"lat", "-999.0"}, {"lon", ""}}), "lat", "deg_lat"), "<!--null-->0.0");
+  EXPECT_EQ(eval_as_type(first("site"), "lon", "deg_lon"), "74.494200");
+}
+
+TEST_F(EvalType, TurnsKilometresIntoMetres) {
+  // An unknown elevation is not marked: the number shows that it is none.
+  EXPECT_EQ(eval_as_type(site_with({}), "elev", "meters"), "-999000.000000");
+  EXPECT_EQ(eval_as_type(first("site"), "elev", "meters"), "1500.000000");
+}
+
+TEST_F(EvalType, EvaluatesExpressions) {
+  const Dbptr site = first("site");
+  EXPECT_EQ(eval_as_type(site, "elev * 1000 + 0.25", "float"), "1500.25");
+  EXPECT_EQ(eval_as_type(site, "elev * 2", "integer"), "3");
+  EXPECT_EQ(eval_as_type(site, "concat(sta, '.', staname)", "string"), "AAK.Ala Archa");
+  EXPECT_EQ(eval_as_type(site, "upper(staname)", "lookup"), "ALA ARCHA");
+  EXPECT_EQ(eval_as_type(site, "ondate", "julian"), "2001-01-01T00:00:00");
+  EXPECT_EQ(eval_as_type(site, "epoch(ondate)", "epoch"), "2001-01-01T00:00:00.000");
+}
+
+TEST_F(EvalType, PassesGroupExpressionsThrough) {
+  for (const char* type : {"GROUP", "CATEGORIZED_GROUP", "CATEGORIZED_BY_NUMBER", "STAGE"}) {
+    EXPECT_EQ(eval_as_type(first("site"), "sta", type), "sta");
+    EXPECT_EQ(eval_as_type(first("site"), "no expression at all (", type), "no expression at all (");
+  }
+}
+
+TEST_F(EvalType, LeavesCountsToTheNodeWriter) { EXPECT_EQ(eval_as_type(first("site"), "sta", "record_count"), ""); }
+
+TEST_F(EvalType, ThrowsForForcedLookupsBeforeLookingAnythingUp) {
+  for (const char* expr : {"sta", "nosuch"}) {
+    try {
+      eval_as_type(first("site"), expr, "force_lookup");
+      ADD_FAILURE() << expr;
+    } catch (const std::logic_error& e) {
+      EXPECT_STREQ(e.what(), "basic_string::_M_construct null not valid");
+    }
+  }
+}
+
+TEST_F(EvalType, TakesUnknownKeywordsForLatitudesAndRemembersThem) {
+  EXPECT_EQ(INTERPRETERS.count("foo"), 0u);
+  EXPECT_EQ(eval_as_type(site_with({}), "lat", "foo"), "<!--null-->0.0");
+  EXPECT_EQ(INTERPRETERS.at("foo"), deg_lat);
+  EXPECT_EQ(INTERPRETERS.size(), 19u);
+  EXPECT_EQ(eval_as_type(first("site"), "lat", "foo"), "42.637500");
+  EXPECT_EQ(INTERPRETERS.size(), 19u);
+}
+
+TEST_F(EvalType, ComplainsAboutACodeThatAProgramInvented) {
+  INTERPRETERS["bar"] = static_cast<GroupType>(18);
+  const CollectedLog log;
+  EXPECT_EQ(eval_as_type(first("site"), "lat", "bar"), "");
+  EXPECT_THAT(log.lines(), ElementsAre("warning: Unrecognized special_types value bar"));
+}
+
+TEST_F(EvalType, LetsExceptionsPass) {
+  const Dbptr site = first("site");
+  const auto text_of = [&](const char* expr, const char* type) -> std::string {
+    try {
+      return eval_as_type(site, expr, type);
+    } catch (const std::exception& e) {
+      return e.what();
+    }
+  };
+  EXPECT_EQ(text_of("nosuch", "deg_lat"), "db field [nosuch] not found");
+  EXPECT_EQ(text_of("nosuch", "meters"), "db field [nosuch] not found");
+  EXPECT_EQ(text_of("staname", "deg_lat"), "stod");
+  EXPECT_EQ(text_of("staname", "dip"), "stod");
+  EXPECT_EQ(text_of("staname", "meters"), "stod");
+  EXPECT_THROW(eval_as_type(site, "staname", "deg_az"), std::invalid_argument);
+  Dbptr beyond = site;
+  beyond.record = 5;
+  EXPECT_THROW(eval_as_type(beyond, "lat", "deg_lat"), dbquery_error);
+}
+
+TEST(Angles, ReadNumbersAsTheStandardConversionDoes) {
+  const struct {
+    const char* text;
+    const char* latitude;
+  } cases[] = {
+      {"  12.5", "12.500000"}, {"+3", "3.000000"},     {"4x", "4.000000"},
+      {"1e1", "10.000000"},    {"0x1p4", "16.000000"}, {"-0", "-0.000000"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(as_valid_lat(c.text), c.latitude) << c.text;
+  for (const char* text : {"", " ", "x1", "-", "."}) {
+    try {
+      as_valid_lat(text);
+      ADD_FAILURE() << text;
+    } catch (const std::invalid_argument& e) {
+      EXPECT_STREQ(e.what(), "stod");
+    }
+  }
+  for (const char* text : {"1e999", "-1e999", "1e-999"}) {
+    try {
+      as_valid_lon(text);
+      ADD_FAILURE() << text;
+    } catch (const std::out_of_range& e) {
+      EXPECT_STREQ(e.what(), "stod");
+    }
+  }
+}
+
+TEST(Angles, RenderAsTheStandardConversionDoes) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  std::uniform_real_distribution<double> angle(-90.0, 90.0);
+  for (int i = 0; i < 5000; ++i) {
+    const std::string text = std::to_string(angle(random));
+    ASSERT_EQ(as_valid_lat(text), std::to_string(std::stod(text)));
+  }
+}
+
+// The rule as it is stated, step by step.
+double stepped_into_range(double value, double low, double high, double step) {
+  while (value > high) value -= step;
+  while (value < low) value += step;
+  return value;
+}
+
+TEST(BringIntoRange, KeepsTheBounds) {
+  EXPECT_EQ(bring_into_range(90, -90, 90, 180), 90);
+  EXPECT_EQ(bring_into_range(-90, -90, 90, 180), -90);
+  EXPECT_EQ(bring_into_range(100, -90, 90, 180), -80);
+  EXPECT_EQ(bring_into_range(-95, -90, 90, 180), 85);
+  EXPECT_EQ(bring_into_range(5, 0, 3, 10), 5);  // one step down, one step up
+}
+
+TEST(BringIntoRange, EndsWhereSteppingEnds) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  const struct {
+    double low, high, step;
+  } ranges[] = {{-90, 90, 180}, {-180, 180, 360}, {0, 360, 360}, {0, 3, 10}, {-5, 100, 25}};
+  std::uniform_real_distribution<double> mantissa(-10.0, 10.0);
+  std::uniform_int_distribution<int> exponent(-3, 5);
+  for (int i = 0; i < 2000; ++i) {
+    double value = mantissa(random) * std::pow(10.0, exponent(random));
+    if (i % 3 == 0) value = std::round(value / 90.0) * 90.0;
+    for (const auto& r : ranges) {
+      ASSERT_EQ(bring_into_range(value, r.low, r.high, r.step), stepped_into_range(value, r.low, r.high, r.step))
+          << value << " into " << r.low << ".." << r.high;
+    }
+  }
+}
+
+TEST(BringIntoRange, EndsForEveryNumber) {
+  for (const double value : {1e18, -1e18, 1e300, -1e300}) {
+    const double longitude = bring_into_range(value, -180, 180, 360);
+    EXPECT_GE(longitude, -180) << value;
+    EXPECT_LE(longitude, 180) << value;
+  }
+  const double infinite = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(bring_into_range(infinite, 0, 360, 360), infinite);
+  EXPECT_EQ(bring_into_range(-infinite, 0, 360, 360), -infinite);
+  EXPECT_TRUE(std::isnan(bring_into_range(std::nan(""), 0, 360, 360)));
+  EXPECT_EQ(bring_into_range(500, 0, 360, 0), 500);
+}
+
+class OtherPf : public OneSite {
+ protected:
+  OtherPf() { setenv("TRIGLUB_PFPATH", files_.folder().c_str(), 1); }
+};
+
+TEST_F(OtherPf, GivesTheValueOfAKey) {
+  files_.write_file("site.pf", "Sender  Example network\n");
+  EXPECT_EQ(eval_as_type(first("site"), "Sender", "other_pf:site"), "Example network");
+  EXPECT_EQ(get_from_other_pf("site", "Sender"), "Example network");
+}
+
+TEST_F(OtherPf, IsReadAnewEachTime) {
+  files_.write_file("site.pf", "Sender  one\n");
+  EXPECT_EQ(get_from_other_pf("site", "Sender"), "one");
+  files_.write_file("site.pf", "Sender  two\n");
+  EXPECT_EQ(get_from_other_pf("site", "Sender"), "two");
+}
+
+TEST_F(OtherPf, IsEmptyForAMissingKey) {
+  files_.write_file("site.pf", "Sender  one\n");
+  const CollectedLog log;
+  EXPECT_EQ(get_from_other_pf("site", "Sendr"), "");
+  EXPECT_THAT(log.lines(), ElementsAre("warning: pfget_string: [Sendr] not found"));
+}
+
+TEST_F(OtherPf, IsEmptyForAMissingFile) {
+  const CollectedLog log;
+  EXPECT_EQ(get_from_other_pf("nosuchfile", "Sender"), "");
+  EXPECT_THAT(log.lines(), ElementsAre("debug: pfread failed from other pf( nosuchfile , Sender ) "));
+}
+
+}  // namespace
+}  // namespace triglub_test
