@@ -21,6 +21,7 @@
 #ifndef TRIGLUB_DB2STATIONXML_H
 #define TRIGLUB_DB2STATIONXML_H
 
+#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -58,6 +59,17 @@ TRIGLUB_API Dbptr create_master_view(Dbptr db, rbtree* subset);
 // Writes one group, and all groups below it, for the selected records; values come from the first of them. Writes
 // nothing for an empty index. REQUIRES: prepare_conversion or db2stationxml was called with the parameter file.
 TRIGLUB_API void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index);
+
+// Writes one group line (GROUP, CATEGORIZED_GROUP, CATEGORIZED_BY_NUMBER) of a node of `group` at the depth of now: all
+// that xml_create_node would write for it over these records.
+TRIGLUB_API void xml_create_group_line(std::ostream& out, Dbptr db, const ElementGroup& group,
+                                       const ElementDescription& line, const SmartIndex& index);
+
+// As xml_create_node, but each group line of this one node is handed to `write_group_line` instead of being written:
+// for a program that has its own way to find the records of the groups.
+using GroupLineWriter = std::function<void(const ElementDescription& line)>;
+TRIGLUB_API void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index,
+                                 const GroupLineWriter& write_group_line);
 
 // The distinct values of a categorized or count line over the selected records, in byte order, or in numeric order for
 // CATEGORIZED_BY_NUMBER (throws std::invalid_argument or std::out_of_range for what is no int). Fatal for other lines

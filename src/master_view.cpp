@@ -52,15 +52,18 @@ Dbptr create_master_view(Dbptr db, rbtree* subset) {
   push_all(steps, {"dbopen sitechan", "dbjoin snetsta", "dbjoin schanloc sta chan "});
   const std::vector<std::string> subsets = subset_steps(subset);  // the list only points to the texts
   for (const std::string& step : subsets) pushtbl(steps, step.c_str());
-  Dbptr view = dbprocess(db, steps, nullptr);
-  view = join_networks(view);
+  const Dbptr coded = dbprocess(db, steps, nullptr);
+  const Dbptr with_net = join_networks(coded);
   clrtbl(steps, nullptr);
   if (info_level()) pushtbl(steps, "verbose");
   push_all(steps, {"dbjoin site", "dbjoin sensor", "dbjoin -o instrument", "dbjoin calibration",
                    "dbsort -u sitechan.sta sitechan.chan sitechan.ondate", "dbjoin -o stage",
                    "dbsort sitechan.sta sitechan.chan sitechan.ondate stage.stageid"});
-  view = dbprocess(view, steps, nullptr);
+  const Dbptr view = dbprocess(with_net, steps, nullptr);
   if (info_level()) elog_debug(0, "after process");
   freetbl(steps, nullptr);
+  // The views on the way have served.
+  triglub::release_view(coded);
+  triglub::release_view(with_net);
   return view;
 }

@@ -23,6 +23,7 @@ struct Node {
   Dbptr db;  // at the first record
   const ElementGroup& group;
   const SmartIndex& index;
+  const GroupLineWriter* group_lines = nullptr;  // who writes the node's group lines instead; null: this writer
 };
 
 void note_samplerate(const ElementGroup& group) {
@@ -83,18 +84,22 @@ void write_stage(std::ostream& out, const Node& node) {
   }
 }
 
+void write_group_line(std::ostream& out, const Node& node, const ElementDescription& line) {
+  if (node.group_lines != nullptr) return (*node.group_lines)(line);
+  if (line.is_group()) return write_group(out, node, line);
+  write_categories(out, node, line);
+}
+
 void write_line(std::ostream& out, const Node& node, const ElementDescription& line) {
   if (line.is_ignored()) return;
-  if (line.is_categorized_group()) return write_categories(out, node, line);
+  if (line.is_categorized_group() || line.is_group()) return write_group_line(out, node, line);
   if (line.is_stage()) return write_stage(out, node);
-  if (line.is_group()) return write_group(out, node, line);
   if (line.is_count()) return write_count(out, node, line);
   write_leaf(out, line, line.value());
 }
 
-}  // namespace
-
-void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index) {
+void create_node(std::ostream& out, Dbptr db, ElementGroup group, const SmartIndex& index,
+                 const GroupLineWriter* group_lines) {
   show_func("xml_create_node");
   db.record = static_cast<std::int64_t>(index.first());
   if (db.record == db_nrecs(db)) return;
@@ -105,8 +110,26 @@ void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex
   const ElementTag tag(group.name(), group.attribs_as_xml());
   note_samplerate(group);
   write_tag(out, tag.open_tag());
-  const Node node{db, group, index};
+  const Node node{db, group, index, group_lines};
   for (std::size_t i = 0; i < group.element_count(); ++i) write_line(out, node, group[i]);
   write_tag(out, tag.close_tag());
   --xml_depth;
+}
+
+}  // namespace
+
+void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index) {
+  create_node(out, db, std::move(group), index, nullptr);
+}
+
+void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index,
+                     const GroupLineWriter& write_group_line) {
+  create_node(out, db, std::move(group), index, &write_group_line);
+}
+
+void xml_create_group_line(std::ostream& out, Dbptr db, const ElementGroup& group, const ElementDescription& line,
+                           const SmartIndex& index) {
+  db.record = static_cast<std::int64_t>(index.first());
+  if (db.record == db_nrecs(db)) return;
+  write_line(out, {db, group, index}, line);
 }

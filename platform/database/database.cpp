@@ -4,6 +4,8 @@
 
 #include "platform/elog.h"
 
+static_assert(triglub::NO_ROW == triglub::NO_BASE_ROW);
+
 namespace triglub {
 
 namespace {
@@ -113,13 +115,16 @@ void release_view(Dbptr view) {
   if (database != nullptr) database->release_view(view.table);
 }
 
-std::int64_t base_row(Dbptr record, const char* table) {
-  const View* view = view_of(record);
-  if (view == nullptr || !has_record(*view, record)) return -1;
-  const int index = view->find_table(table);
-  if (index < 0) return -1;
-  const std::uint32_t row = view->row(static_cast<std::size_t>(index), static_cast<std::uint32_t>(record.record));
-  return row == NO_ROW ? -1 : static_cast<std::int64_t>(row);
+std::vector<std::uint32_t> base_rows(Dbptr view, const char* table) {
+  const View* from = view_of(view);
+  const int index = from == nullptr ? -1 : from->find_table(table);
+  std::vector<std::uint32_t> rows;
+  if (index < 0) return rows;
+  rows.reserve(from->record_count());
+  for (std::uint32_t record = 0; record < from->record_count(); ++record) {
+    rows.push_back(from->row(static_cast<std::size_t>(index), record));
+  }
+  return rows;
 }
 
 std::string table_path(Dbptr db, const char* table) {

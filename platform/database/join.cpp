@@ -222,7 +222,7 @@ Dbptr dbjoin(Dbptr a, Dbptr b, Tbl** keys_a, Tbl** keys_b, int outer, Tbl** join
   using namespace triglub;
   const View* view = view_of(a);
   const View* other = view_of(b);
-  if (view == nullptr || other == nullptr) return fail("there is no view to join");
+  if (view == nullptr || other == nullptr) return INVALID_HANDLE;
   if (a.database != b.database) return fail("the views are of different databases");
   if (other->tables().size() != 1) return fail("the second view must be of one table");
   const Table& table = *other->tables()[0].table;

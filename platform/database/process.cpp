@@ -116,6 +116,7 @@ void trace(const Step& step, Dbptr view) {
 
 Dbptr dbprocess(Dbptr db, Tbl* steps, DbprocessHandler handler) {
   using namespace triglub;
+  if (database_of(db) == nullptr) return INVALID_HANDLE;
   bool verbose = false;
   std::int64_t made_here = dbINVALID;  // the view of the step before, if a step of this list made it
   for (long i = 0; i < maxtbl(steps); ++i) {

@@ -107,10 +107,7 @@ std::string operation_text(Tbl* keys, int flags) {
 Dbptr dbsort(Dbptr view, Tbl* keys, int flags, const char* name) {
   using namespace triglub;
   const View* from = view_of(view);
-  if (from == nullptr) {
-    elog_complain(0, "dbsort: there is no view to sort");
-    return INVALID_HANDLE;
-  }
+  if (from == nullptr) return INVALID_HANDLE;
   SortKeys sort_keys;
   for (long i = 0; i < maxtbl(keys); ++i) {
     const char* key = static_cast<const char*>(gettbl(keys, i));

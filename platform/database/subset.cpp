@@ -1,6 +1,5 @@
 // The records at which a condition holds, in order.
 #include "database/compile.h"
-#include "platform/elog.h"
 
 namespace triglub {
 
@@ -34,10 +33,7 @@ std::vector<std::uint32_t> matching_records(const View& view, Expression& expres
 Dbptr dbsubset(Dbptr view, const char* expression, const char* name) {
   using namespace triglub;
   const View* from = view_of(view);
-  if (from == nullptr) {
-    elog_complain(0, "dbsubset: there is no view to take records from");
-    return INVALID_HANDLE;
-  }
+  if (from == nullptr) return INVALID_HANDLE;
   const auto compiled = compile_expression(*from, expression, dbINTEGER);
   if (compiled == nullptr) return INVALID_HANDLE;
   return selected_records(*database_of(view), *from, matching_records(*from, *compiled),

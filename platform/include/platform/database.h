@@ -22,7 +22,8 @@
 // schema's null value) in expressions, sorts, joins and dbgetv; is_null() tells it in an expression.
 //
 // One thread at a time may use a database. Failures are reported through the error log (elog_complain) unless an
-// operation says otherwise, and seen as a negative status or a handle member equal to dbINVALID.
+// operation says otherwise, and seen as a negative status or a handle member equal to dbINVALID. An operation that is
+// handed an invalid handle gives an invalid one without a word: what made it so has been reported.
 #ifndef TRIGLUB_PLATFORM_DATABASE_H
 #define TRIGLUB_PLATFORM_DATABASE_H
 
@@ -152,9 +153,10 @@ TRIGLUB_API Dbptr dbprocess(Dbptr db, Tbl* steps, DbprocessHandler handler);
 
 namespace triglub {
 
-// The number (from 0) of the base table row behind the handle's record; -1 when the table is not part of the view, the
-// row is absent through an outer join, or there is no such record.
-TRIGLUB_API std::int64_t base_row(Dbptr record, const char* table);
+// For each record of the view the number (from 0) of the row of a base table behind it, NO_BASE_ROW where the row is
+// absent through an outer join. Empty when the view does not have the table.
+TRIGLUB_API std::vector<std::uint32_t> base_rows(Dbptr view, const char* table);
+inline constexpr std::uint32_t NO_BASE_ROW = 0xFFFFFFFFu;
 
 // A view of chosen rows of a base table or view, in the order given. Rows beyond the end make the result invalid.
 TRIGLUB_API Dbptr view_of_records(Dbptr view, const std::vector<std::uint32_t>& records, const char* name);

@@ -1,0 +1,21 @@
+# What is installed: the library with its headers, the command, the data, and how other projects find them.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS triglub EXPORT triglub-targets)
+install(TARGETS triglub_command)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/platform/include/
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/triglub)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/triglub)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/triglub)
+install(EXPORT triglub-targets NAMESPACE triglub:: DESTINATION ${package_folder})
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/triglub-config.cmake.in
+                              ${PROJECT_BINARY_DIR}/triglub-config.cmake INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/triglub-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/triglub-config.cmake ${PROJECT_BINARY_DIR}/triglub-config-version.cmake
+        DESTINATION ${package_folder})
+
+# The prefix as seen from the file, so that the installed tree can be moved.
+file(RELATIVE_PATH PREFIX_FROM_PC ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+configure_file(${CMAKE_CURRENT_LIST_DIR}/triglub.pc.in ${PROJECT_BINARY_DIR}/triglub.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/triglub.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

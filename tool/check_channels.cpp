@@ -1,0 +1,110 @@
+// The master view keeps a channel epoch only where it finds its station codes, channel codes, network, site, sensor and
+// calibration. The epochs that are not in it are joined once more, with outer joins, to see which of these is missing.
+#include <array>
+
+#include "dbhelper.h"
+#include "tool/findings.h"
+
+namespace triglub::tool {
+
+namespace {
+
+// In the order in which the master view joins them.
+constexpr std::array<const char*, 6> NEEDED = {"snetsta", "schanloc", "network", "site", "sensor", "calibration"};
+
+Dbptr table_of(Dbptr db, const char* table) { return dblookup(db, nullptr, table, nullptr, nullptr); }
+
+std::vector<std::uint32_t> rows_not_in(Dbptr sitechan, Dbptr view) {
+  std::vector<bool> seen(static_cast<std::size_t>(db_nrecs(sitechan)), false);
+  for (const std::uint32_t row : base_rows(view, "sitechan")) seen[row] = true;
+  std::vector<std::uint32_t> rows;
+  for (std::uint32_t row = 0; row < seen.size(); ++row) {
+    if (!seen[row]) rows.push_back(row);
+  }
+  return rows;
+}
+
+Dbptr apply_steps(Dbptr view, const std::vector<std::string>& steps) {
+  Tbl* list = newtbl(static_cast<int>(steps.size()));
+  for (const std::string& step : steps) pushtbl(list, step.c_str());
+  const Dbptr result = dbprocess(view, list, nullptr);
+  freetbl(list, nullptr);
+  return result;
+}
+
+Dbptr join_network(Dbptr view) {
+  Tbl* mine = newtbl(1);
+  Tbl* theirs = newtbl(1);
+  pushtbl(mine, "snetsta.snet");
+  pushtbl(theirs, "network.net");
+  const Dbptr result = dbjoin(view, table_of(view, "network"), &mine, &theirs, 1, nullptr, nullptr);
+  freetbl(mine, nullptr);
+  freetbl(theirs, nullptr);
+  return result;
+}
+
+// The rows with what can be found for them; restricted as the master view is, with the same tables at hand.
+Dbptr join_what_there_is(const Request& request, Dbptr rows) {
+  std::vector<std::string> steps = {"dbjoin -o snetsta", "dbjoin -o schanloc sta chan"};
+  for (const auto& [field, pattern] : request.conditions) steps.push_back("dbsubset " + field + "=~" + pattern);
+  const Dbptr selected = apply_steps(rows, steps);
+  const Dbptr with_network = join_network(selected);
+  const Dbptr joined = apply_steps(with_network, {"dbjoin -o site", "dbjoin -o sensor", "dbjoin -o calibration"});
+  release_view(selected);
+  release_view(with_network);
+  return joined;
+}
+
+std::string reason_for(std::size_t missing, Dbptr db) {
+  if (missing == NEEDED.size())
+    return "channel epochs left out: the same sta, chan and ondate as another row of sitechan";
+  const std::string table = NEEDED[missing];
+  const std::string no_file = table_path(db, NEEDED[missing]).empty() ? " (the table has no file)" : "";
+  return "channel epochs left out: no row of " + table + no_file;
+}
+
+std::string name_of(Dbptr record) {
+  return db_fieldlookup(record, "sitechan.sta") + " " + db_fieldlookup(record, "sitechan.chan") + " " +
+         db_fieldlookup(record, "sitechan.ondate");
+}
+
+// For each record the number in NEEDED of the first table that has no row for it.
+std::vector<std::size_t> first_missing(Dbptr joined) {
+  std::vector<std::size_t> missing(static_cast<std::size_t>(db_nrecs(joined)), NEEDED.size());
+  for (std::size_t t = NEEDED.size(); t-- > 0;) {
+    const std::vector<std::uint32_t> rows = base_rows(joined, NEEDED[t]);
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+      if (rows[r] == NO_BASE_ROW) missing[r] = t;
+    }
+  }
+  return missing;
+}
+
+void tell_missing(Dbptr joined, Findings* findings) {
+  const std::vector<std::size_t> missing = first_missing(joined);
+  const std::vector<std::uint32_t> epochs = base_rows(joined, "sitechan");
+  for (std::size_t r = 0; r < epochs.size();) {
+    // The records of one epoch lie together; the one that came furthest tells what was missing.
+    std::size_t furthest = missing[r];
+    std::size_t end = r + 1;
+    for (; end < epochs.size() && epochs[end] == epochs[r]; ++end) furthest = std::max(furthest, missing[end]);
+    joined.record = static_cast<std::int64_t>(r);
+    findings->left_out(reason_for(furthest, joined), name_of(joined));
+    r = end;
+  }
+}
+
+}  // namespace
+
+void check_channels(const Request& request, Dbptr everything, Findings* findings) {
+  const Dbptr sitechan = table_of(request.db, "sitechan");
+  const std::vector<std::uint32_t> rows = rows_not_in(sitechan, everything);
+  if (rows.empty()) return;
+  const Dbptr dropped = view_of_records(sitechan, rows, nullptr);
+  const Dbptr joined = join_what_there_is(request, dropped);
+  tell_missing(joined, findings);
+  release_view(dropped);
+  release_view(joined);
+}
+
+}  // namespace triglub::tool

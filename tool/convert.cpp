@@ -1,0 +1,101 @@
+#include "tool/convert.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+
+#include "dbhelper.h"
+#include "platform/elog.h"
+#include "tool/findings.h"
+#include "tool/networks.h"
+#include "tool/output.h"
+
+namespace triglub::tool {
+
+namespace {
+
+constexpr unsigned int RESPONSE_LEVEL = 0x40;
+constexpr const char* DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
+// Passes the library's messages on: traces only when they were asked for, and failing stages only then, since they are
+// told in one line at the end.
+void pass_on(ElogLevel level, const char* text, void* context) {
+  const bool verbose = *static_cast<const unsigned int*>(context) > 0;
+  const bool is_trace = level == ElogLevel::debug;
+  const bool is_stage = level == ElogLevel::complain && std::strncmp(text, "Problem with Response: ", 23) == 0;
+  if (verbose || !(is_trace || is_stage)) elog_to_stderr(level, text);
+}
+
+Pf* read_parameters(const std::string& name) {
+  Pf* pf = nullptr;
+  switch (pfread(name.c_str(), &pf)) {
+    case 0:
+      return pf;
+    case -1:
+      elog_die(0, "parameter file %s: not found", name.c_str());
+    case -2:
+      elog_die(0, "parameter file %s: cannot be read", name.c_str());
+    default:
+      elog_die(0, "parameter file %s: cannot be used", name.c_str());
+  }
+}
+
+// Tells what was left out; true when the document is as good as was asked for.
+bool accept(const Findings& findings, bool strict) {
+  findings.report();
+  if (!strict || !findings.any_left_out()) return true;
+  elog_notify(0, "something was left out, which --strict forbids");
+  return false;
+}
+
+Findings look_for_gaps(const Request& request, Dbptr everything) {
+  Findings findings;
+  check_dates(everything, &findings);
+  if ((request.flags & RESPONSE_LEVEL) != 0) check_stages(everything, &findings);
+  check_channels(request, everything, &findings);
+  return findings;
+}
+
+int write(const ConvertOptions& options, const Request& request, Dbptr everything, const Findings& findings) {
+  const auto output = Output::open(options.output);
+  output->stream() << DECLARATION;
+  write_document(output->stream(), request, everything);
+  output->finish();
+  if (!accept(findings, options.strict)) return EXIT_FAILURE;
+  output->commit();
+  return EXIT_SUCCESS;
+}
+
+int run(const ConvertOptions& options) {
+  Request request;
+  if (dbopen(options.source.c_str(), "r", &request.db) != 0) return EXIT_FAILURE;
+  request.pf = read_parameters(options.parameters);
+  request.conditions = options.conditions;
+  request.flags = options.level | options.verbosity;
+  const Dbptr everything = master_view(request);
+  const Findings findings = look_for_gaps(request, everything);
+  if (findings.any_fault()) return EXIT_FAILURE;
+  if (is_empty(everything)) {
+    findings.report();
+    elog_notify(0, "%s: no channel epoch is selected and complete; nothing is written", options.source.c_str());
+    return EXIT_FAILURE;
+  }
+  return write(options, request, everything, findings);
+}
+
+}  // namespace
+
+int convert(const ConvertOptions& options) {
+  unsigned int verbosity = options.verbosity;
+  elog_set_sink(pass_on, &verbosity);
+  int status = EXIT_FAILURE;
+  try {
+    status = run(options);
+  } catch (const std::exception& e) {
+    elog_complain(0, "%s: %s", options.source.c_str(), e.what());
+  }
+  elog_set_sink(nullptr, nullptr);
+  return status;
+}
+
+}  // namespace triglub::tool

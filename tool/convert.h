@@ -1,0 +1,28 @@
+// `triglub convert`: a database to a StationXML document.
+#ifndef TRIGLUB_TOOL_CONVERT_H
+#define TRIGLUB_TOOL_CONVERT_H
+
+#include <string>
+#include <vector>
+
+#include "tool/subset.h"
+
+namespace triglub::tool {
+
+// What the command line asks for.
+struct ConvertOptions {
+  std::string source;
+  std::string output;  // empty: standard output
+  std::string parameters = "stationxml";
+  unsigned int level = 0x40;   // the library's flag of the detail level
+  unsigned int verbosity = 0;  // 0 to 3
+  Conditions conditions;
+  bool strict = false;
+};
+
+// Writes the document. The exit status: 0, or 1 when the data could not be converted (after messages).
+int convert(const ConvertOptions& options);
+
+}  // namespace triglub::tool
+
+#endif

@@ -1,0 +1,82 @@
+// The command: reads its line, and hands over to the subcommand. Exit status 0 done, 1 the data could not be converted,
+// 2 wrong usage.
+#include <CLI/CLI.hpp>
+#include <map>
+
+#include "platform/elog.h"
+#include "tool/convert.h"
+
+namespace {
+
+constexpr int WRONG_USAGE = 2;
+constexpr unsigned int MAX_VERBOSITY = 3;
+
+constexpr const char* EXAMPLES = R"(Examples:
+  triglub convert examples/observatory/observatory > network.xml
+      the whole database, down to the response stages
+  triglub convert --level station /net/aak/aak -o stations.xml
+      stations only, into a file that is replaced when the new one is whole
+  triglub convert --subset snetsta.snet=KR --subset 'sitechan.chan=BH.*' /net/aak/aak
+      the broadband channels of one network
+  triglub convert --strict /net/aak/aak -o aak.xml
+      fails when anything of the database had to be left out
+
+A database is named by the common beginning of its files: /net/aak/aak for /net/aak/aak.site and so on.
+Exit status: 0 done, 1 the data could not be converted, 2 wrong usage.)";
+
+const std::map<std::string, unsigned int> LEVELS = {
+    {"network", 0x08}, {"station", 0x10}, {"channel", 0x20}, {"response", 0x40}};
+
+void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, std::vector<std::string>& subsets,
+                 int& verbose) {
+  CLI::App* convert = app.add_subcommand("convert", "Turn a CSS3.0 database into an FDSN StationXML document");
+  convert->add_option("SOURCE", options.source, "the database: DIR/NAME for the tables DIR/NAME.site ...")->required();
+  convert->add_option("-o,--output", options.output, "write to this file instead of standard output")
+      ->type_name("FILE");
+  convert->add_option("-p,--parameters", options.parameters, "the parameter file that describes the element tree")
+      ->type_name("FILE")
+      ->capture_default_str();
+  convert->add_option("--level", options.level, "how far down: network, station, channel or response (default)")
+      ->type_name("LEVEL")
+      ->transform(CLI::CheckedTransformer(LEVELS).description(""));
+  convert
+      ->add_option("--subset", subsets,
+                   "only records whose field matches the regular expression as a whole; repeatable")
+      ->type_name("FIELD=REGEX")
+      ->allow_extra_args(false);
+  convert->add_flag("--strict", options.strict, "fail when anything had to be left out of the document");
+  convert->add_flag("-v", verbose, "tell what is done; up to three times");
+  convert->footer(EXAMPLES);
+}
+
+// False after a message when a --subset is none.
+bool read_subsets(const std::vector<std::string>& arguments, triglub::tool::Conditions* conditions) {
+  for (const std::string& argument : arguments) {
+    if (triglub::tool::add_condition(argument, conditions)) continue;
+    elog_notify(0, "--subset %s: expected FIELD=REGEX, such as snetsta.snet=KR", argument.c_str());
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  elog_init("triglub");
+  CLI::App app("CSS3.0 station metadata to FDSN StationXML", "triglub");
+  app.set_version_flag("--version", "triglub " TRIGLUB_VERSION);
+  app.require_subcommand(1);
+  app.footer(EXAMPLES);
+  triglub::tool::ConvertOptions options;
+  std::vector<std::string> subsets;
+  int verbose = 0;
+  add_convert(app, options, subsets, verbose);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e) == 0 ? EXIT_SUCCESS : WRONG_USAGE;
+  }
+  if (!read_subsets(subsets, &options.conditions)) return WRONG_USAGE;
+  options.verbosity = std::min(static_cast<unsigned int>(verbose), MAX_VERBOSITY);
+  return triglub::tool::convert(options);
+}

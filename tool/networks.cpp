@@ -1,0 +1,144 @@
+#include "tool/networks.h"
+
+#include <unordered_set>
+
+#include "dbhelper.h"
+#include "platform/elog.h"
+#include "resp_helper.h"
+
+namespace triglub::tool {
+
+namespace {
+
+SmartIndex all_records(Dbptr view) { return {static_cast<unsigned long>(db_nrecs(view)), true}; }
+
+ElementGroup root_group(Pf* pf) { return {pf, pfget_string(pf, std::string("root_node"))}; }
+
+bool is_group_line(const ElementDescription& line) {
+  return !line.is_ignored() && (line.is_group() || line.is_categorized_group());
+}
+
+// The first group line of the root; null when it has none.
+const ElementDescription* first_group_line(const ElementGroup& root) {
+  for (std::size_t i = 0; i < root.element_count(); ++i) {
+    if (is_group_line(root[i])) return &root[i];
+  }
+  return nullptr;
+}
+
+// The line that tells networks apart: the root's first group line, if it is categorized; else null.
+const ElementDescription* network_line(const ElementGroup& root) {
+  const ElementDescription* line = first_group_line(root);
+  return line != nullptr && line->is_categorized_group() ? line : nullptr;
+}
+
+// The view in which networks are told apart, small as it is: channels with their station and channel codes.
+Dbptr code_view(const Request& request) {
+  std::vector<std::string> steps = {"dbopen sitechan", "dbjoin snetsta", "dbjoin schanloc sta chan"};
+  for (const auto& [field, pattern] : request.conditions) steps.push_back("dbsubset " + field + "=~" + pattern);
+  Tbl* list = newtbl(static_cast<int>(steps.size()));
+  for (const std::string& step : steps) pushtbl(list, step.c_str());
+  const Dbptr view = dbprocess(request.db, list, nullptr);
+  freetbl(list, nullptr);
+  return view;
+}
+
+bool has_field(Dbptr view, const std::string& field) {
+  return dblookup(view, nullptr, nullptr, field.c_str(), nullptr).field >= 0;
+}
+
+// The networks in the order in which they are written; nothing where they cannot be told apart beforehand.
+std::optional<std::vector<std::string>> networks_of(const Request& request, const ElementGroup& root) {
+  const ElementDescription* line = network_line(root);
+  if (line == nullptr) return std::nullopt;
+  const Dbptr view = code_view(request);
+  if (!has_field(view, line->value())) {
+    release_view(view);
+    return std::nullopt;
+  }
+  auto codes = get_categories(view, *line, all_records(view));
+  release_view(view);
+  return codes;
+}
+
+// The records in the order that the parameter file asks for, if it asks for one.
+Dbptr in_record_order(Dbptr view, Pf* pf) {
+  Tbl* order = pfget_tbl(pf, "record_order");
+  if (maxtbl(order) == 0) return view;
+  const Dbptr sorted = dbsort(view, order, 0, nullptr);
+  if (any_dbinvalid(sorted)) elog_die(0, "%s: record_order cannot be used", pf_path(pf));
+  release_view(view);
+  return sorted;
+}
+
+void write_group_lines(std::ostream& out, Dbptr view, const ElementGroup& root) {
+  const SmartIndex all = all_records(view);
+  for (std::size_t i = 0; i < root.element_count(); ++i) {
+    if (is_group_line(root[i])) xml_create_group_line(out, view, root, root[i], all);
+  }
+}
+
+void write_network(std::ostream& out, const Request& request, const ElementGroup& root, const std::string& field,
+                   const std::string& code) {
+  Request one = request;
+  one.conditions[field] = exact_pattern(code);
+  XmlResponse::forget_units();
+  const Dbptr view = in_record_order(master_view(one), request.pf);
+  write_group_lines(out, view, root);
+  release_view(view);
+}
+
+// A category whose records do not lie together takes those between as well, or loses some to an earlier one.
+void warn_of_interleaving(Dbptr view, const ElementDescription& line) {
+  if (!has_field(view, line.value())) return;
+  std::unordered_set<std::string> done;
+  std::string current;
+  view = db_setfield(view, line.value());
+  char text[1024] = "";
+  const long records = db_nrecs(view);
+  for (view.record = 0; view.record < records; ++view.record) {
+    dbget(view, text);
+    if (current == text && view.record > 0) continue;
+    current = text;
+    if (done.insert(current).second) continue;
+    elog_complain(0, "records with the %s '%s' do not lie together: elements of '%s' may hold each other's records",
+                  line.value().c_str(), text, line.name().c_str());
+    return;
+  }
+}
+
+void write_everything(std::ostream& out, const Request& request, const ElementGroup& root, Dbptr everything) {
+  const Dbptr view = in_record_order(everything, request.pf);
+  const ElementDescription* line = network_line(root);
+  if (line != nullptr) warn_of_interleaving(view, *line);
+  XmlResponse::forget_units();
+  xml_create_node(out, view, root, all_records(view));
+  release_view(view);
+}
+
+}  // namespace
+
+Dbptr master_view(const Request& request) {
+  Subset subset(request.conditions);
+  return prepare_conversion(request.db, request.pf, subset.array(), request.flags);
+}
+
+void write_document(std::ostream& out, const Request& request, Dbptr everything) {
+  const ElementGroup root = root_group(request.pf);
+  const auto networks = networks_of(request, root);
+  if (!networks) {
+    write_everything(out, request, root, everything);
+    return;
+  }
+  const std::string field = network_line(root)->value();
+  bool written = false;
+  // The root's own values are those that one conversion of everything would write.
+  xml_create_node(out, everything, root, all_records(everything), [&](const ElementDescription&) {
+    if (written) return;
+    for (const std::string& code : *networks) write_network(out, request, root, field, code);
+    written = true;
+  });
+  release_view(everything);
+}
+
+}  // namespace triglub::tool

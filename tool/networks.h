@@ -1,0 +1,36 @@
+// The document of a database of several networks, written network by network.
+//
+// The library takes a category's records from its first to its last in station order. That is exact where stations of
+// different networks do not interleave, so each network is converted by itself, as in a process of its own, and stands
+// inside the one root element that a conversion of everything would have.
+#ifndef TRIGLUB_TOOL_NETWORKS_H
+#define TRIGLUB_TOOL_NETWORKS_H
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "db2stationxml.h"
+#include "tool/subset.h"
+
+namespace triglub::tool {
+
+// What is to be converted, and how.
+struct Request {
+  Dbptr db;
+  Pf* pf = nullptr;
+  Conditions conditions;
+  unsigned int flags = 0;
+};
+
+// The master view over all that the request selects. Throws what the library throws.
+Dbptr master_view(const Request& request);
+
+// Writes the root element with its networks to `out`. `everything` is the master view of the request, which has
+// records.
+void write_document(std::ostream& out, const Request& request, Dbptr everything);
+
+}  // namespace triglub::tool
+
+#endif

@@ -1,0 +1,157 @@
+#include "tool/output.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/elog.h"
+
+namespace triglub::tool {
+
+namespace {
+
+constexpr std::size_t PIECE = std::size_t{1} << 20;
+
+// The unfinished file of this process, for the handlers that take it away when the process ends too early. A plain
+// array, since a signal handler may not touch strings.
+char unfinished[PATH_MAX];
+
+void remove_unfinished() {
+  if (unfinished[0] != '\0') unlink(unfinished);
+}
+
+void remove_and_die(int signal_number) {
+  remove_unfinished();
+  // The handler was reset when it was called: the signal now does what it does by itself.
+  raise(signal_number);
+}
+
+void guard_unfinished(const std::string& path) {
+  std::snprintf(unfinished, sizeof unfinished, "%s", path.c_str());
+  std::atexit(remove_unfinished);
+  struct sigaction action {};
+  action.sa_handler = remove_and_die;
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
+  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal_number, &action, nullptr);
+}
+
+[[noreturn]] void fail(const std::string& name) {
+  elog_die(0, "%s: cannot be written: %s", name.c_str(), std::strerror(errno));
+}
+
+bool is_special(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
+// The path behind symbolic links, so that replacing a file does not replace a link to it.
+std::string resolved(const std::string& path) {
+  char* real = realpath(path.c_str(), nullptr);
+  if (real == nullptr) return path;
+  std::string result = real;
+  std::free(real);
+  return result;
+}
+
+mode_t permissions_for(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) == 0) return status.st_mode & 07777;
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
+}  // namespace
+
+DescriptorBuffer::DescriptorBuffer(int descriptor, std::string name)
+    : descriptor_(descriptor), name_(std::move(name)), buffer_(PIECE) {
+  setp(buffer_.data(), buffer_.data() + buffer_.size());
+}
+
+void DescriptorBuffer::write_all(const char* text, std::size_t length) {
+  while (length > 0) {
+    const ssize_t written = ::write(descriptor_, text, length);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail(name_);
+    text += written;
+    length -= static_cast<std::size_t>(written);
+  }
+}
+
+void DescriptorBuffer::finish() {
+  write_all(pbase(), static_cast<std::size_t>(pptr() - pbase()));
+  setp(buffer_.data(), buffer_.data() + buffer_.size());
+}
+
+DescriptorBuffer::int_type DescriptorBuffer::overflow(int_type c) {
+  finish();
+  if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
+  return sputc(traits_type::to_char_type(c));
+}
+
+std::streamsize DescriptorBuffer::xsputn(const char* text, std::streamsize length) {
+  if (length > epptr() - pptr()) finish();
+  if (length > epptr() - pptr()) {
+    write_all(text, static_cast<std::size_t>(length));
+    return length;
+  }
+  std::memcpy(pptr(), text, static_cast<std::size_t>(length));
+  pbump(static_cast<int>(length));
+  return length;
+}
+
+Output::Output(int descriptor, std::string name, std::string temporary)
+    : name_(std::move(name)),
+      temporary_(std::move(temporary)),
+      descriptor_(descriptor),
+      buffer_(descriptor, name_),
+      stream_(&buffer_) {}
+
+std::unique_ptr<Output> Output::open(const std::string& path) {
+  // A reader that goes away is a failed write like any other, with a message and an exit status.
+  std::signal(SIGPIPE, SIG_IGN);
+  if (path.empty()) return std::unique_ptr<Output>(new Output(STDOUT_FILENO, "standard output", ""));
+  if (is_special(path)) {
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    if (descriptor < 0) fail(path);
+    return std::unique_ptr<Output>(new Output(descriptor, path, ""));
+  }
+  const std::string target = resolved(path);
+  std::string temporary = target + ".XXXXXX";
+  const mode_t permissions = permissions_for(target);
+  const int descriptor = mkstemp(temporary.data());
+  if (descriptor < 0) fail(path);
+  guard_unfinished(temporary);
+  if (fchmod(descriptor, permissions) != 0) fail(path);
+  return std::unique_ptr<Output>(new Output(descriptor, target, temporary));
+}
+
+Output::~Output() {
+  if (descriptor_ < 0) return;
+  if (descriptor_ != STDOUT_FILENO) close(descriptor_);
+  remove_unfinished();
+  unfinished[0] = '\0';
+}
+
+void Output::commit() {
+  buffer_.finish();
+  if (temporary_.empty()) {
+    if (close(descriptor_) != 0) fail(name_);
+    descriptor_ = -1;
+    return;
+  }
+  // On disk before it takes the old file's place, so that a crash leaves one of the two whole.
+  if (fsync(descriptor_) != 0 || close(descriptor_) != 0) fail(name_);
+  descriptor_ = -1;
+  if (std::rename(temporary_.c_str(), name_.c_str()) != 0) fail(name_);
+  unfinished[0] = '\0';
+}
+
+}  // namespace triglub::tool

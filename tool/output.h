@@ -1,0 +1,62 @@
+// Where the document goes: standard output, or a file that appears under its name only when it is whole.
+#ifndef TRIGLUB_TOOL_OUTPUT_H
+#define TRIGLUB_TOOL_OUTPUT_H
+
+#include <memory>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+namespace triglub::tool {
+
+// Collects text and writes it in large pieces. Flushing the stream costs nothing, for the library ends every line with
+// a flush; finish() writes what is left. A failed write is a fatal report: nothing that follows it could be of use.
+class DescriptorBuffer : public std::streambuf {
+ public:
+  // `name` is what a failure is reported under. The descriptor stays the caller's.
+  DescriptorBuffer(int descriptor, std::string name);
+  void finish();
+
+ protected:
+  int_type overflow(int_type c) override;
+  std::streamsize xsputn(const char* text, std::streamsize length) override;
+  int sync() override { return 0; }
+
+ private:
+  void write_all(const char* text, std::size_t length);
+
+  int descriptor_;
+  std::string name_;
+  std::vector<char> buffer_;
+};
+
+class Output {
+ public:
+  // Opens the output: `path` empty for standard output. Fatal when it cannot be opened. A regular file is written
+  // beside its final place, with the permissions of the file that it replaces; anything else is written directly.
+  static std::unique_ptr<Output> open(const std::string& path);
+  // Removes what was written unless commit() was called. The same happens when the process exits before.
+  ~Output();
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  std::ostream& stream() { return stream_; }
+  // Writes what is left. Fatal when that fails.
+  void finish() { buffer_.finish(); }
+  // finish(), and puts the file in its place. Fatal when that fails.
+  void commit();
+
+ private:
+  Output(int descriptor, std::string name, std::string temporary);
+
+  std::string name_;
+  std::string temporary_;  // empty when written directly
+  int descriptor_;
+  DescriptorBuffer buffer_;
+  std::ostream stream_;
+};
+
+}  // namespace triglub::tool
+
+#endif
