@@ -41,6 +41,10 @@ TRIGLUB_API char* pfget_string(Pf* pf, const char* key);
 // The list at a key (elements are `char*` lines); null when there is none. The list and its lines belong to the object.
 TRIGLUB_API Tbl* pfget_tbl(Pf* pf, const char* key);
 
+// The line of the file (from 1) on which line i of the list at a key stands; 0 when there is no such line, or the list
+// was made in memory. For messages.
+TRIGLUB_API long pf_line(Pf* pf, const char* key, long i);
+
 // The path of the file the object was read from; empty for one built in memory.
 TRIGLUB_API const char* pf_path(Pf* pf);
 
