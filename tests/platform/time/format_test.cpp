@@ -168,6 +168,25 @@ TEST(EpochText, AgreesWithTheCLibraryAtRandomMilliseconds) {
   }
 }
 
+TEST(EpochText, RoundsUpFromEveryHalfThatWasWrittenAsOne) {
+  const auto seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  const char* format = "%Y-%m-%d (%j) %H:%M:%S.%u";
+  for (const double magnitude : {1.0, 1e3, 1e6, 1e9, 4e9, 5e10}) {
+    std::uniform_int_distribution<long long> any(0, static_cast<long long>(magnitude * 1000));
+    for (int i = 0; i < 5000; ++i) {
+      const long long below = any(random);
+      const std::string decimals = std::to_string(1000 + below % 1000).substr(1) + "5";
+      const double half = std::stod(std::to_string(below / 1000) + "." + decimals);
+      ASSERT_EQ(epoch2str(half, format), plain_text(below + 1)) << below;
+      ASSERT_EQ(epoch2str(std::nextafter(half, -1e12), format), plain_text(below)) << below;
+      ASSERT_EQ(epoch2str(-half, format), plain_text(-below)) << below;
+      ASSERT_EQ(epoch2str(std::nextafter(-half, -1e12), format), plain_text(-below - 1)) << below;
+    }
+  }
+}
+
 TEST(EpochText, RoundsAtEveryHalfOnTheRightSide) {
   // m + 1/2 milliseconds, where a double holds it, and its neighbours on both sides.
   for (const double whole : {0.0, 1.0, 1234567.0, 978307200.0, 4102444800.0, -1.0, -978307200.0}) {
