@@ -126,7 +126,7 @@ TEST(EpochText, StaysValidForSevenMoreCalls) {
   std::array<const char*, 8> texts{};
   for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = epoch2str(static_cast<double>(i), "%S and some more text");
   for (std::size_t i = 0; i < texts.size(); ++i) {
-    EXPECT_EQ(std::string(texts[i]), "0" + std::to_string(i) + " and some more text");
+    EXPECT_EQ(texts[i], std::string("0").append(std::to_string(i)).append(" and some more text"));
   }
 }
 
