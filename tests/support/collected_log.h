@@ -7,17 +7,23 @@
 #define TRIGLUB_TESTS_SUPPORT_COLLECTED_LOG_H
 
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "support/log_collector.h"
+#include "platform/elog.h"
 
 namespace triglub_test {
 
 class CollectedLog {
  public:
+  CollectedLog() { elog_set_sink(collect, this); }
+  CollectedLog(const CollectedLog&) = delete;
+  CollectedLog& operator=(const CollectedLog&) = delete;
+  ~CollectedLog() { elog_set_sink(nullptr, nullptr); }
+
   std::vector<std::string> lines() const {
     std::vector<std::string> lines;
-    for (const auto& [level, text] : collector_.messages) lines.push_back(word_of(level) + text);
+    for (const auto& [level, text] : messages_) lines.push_back(word_of(level) + text);
     return lines;
   }
   // The lines that begin with `prefix`, and the others.
@@ -44,7 +50,11 @@ class CollectedLog {
     return "";
   }
 
-  LogCollector collector_;
+  static void collect(ElogLevel level, const char* text, void* context) {
+    static_cast<CollectedLog*>(context)->messages_.emplace_back(level, text);
+  }
+
+  std::vector<std::pair<ElogLevel, std::string>> messages_;
 };
 
 }  // namespace triglub_test
