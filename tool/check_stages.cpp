@@ -65,11 +65,19 @@ class StageCheck {
     const int status = read_response((folder_ + "/" + file).c_str(), &response, &fault);
     if (status == 0) {
       const std::string reason = reason_of(*response);
+      if (reason.empty()) check_rate(*response, file);
       free_response(response);
       return reason;
     }
     if (status != -1) findings_.fault(fault);
     return status == -1 ? "response file missing" : "response file faulty";
+  }
+
+  // The delay is written in seconds: a filter without a rate would make it infinite.
+  void check_rate(const Response& response, const std::string& file) {
+    const ResponseGroup& group = response.groups[0];
+    if (group.type != RESPONSE_FIR || static_cast<const Fir*>(group.filter)->samprate > 0.0) return;
+    findings_.fault(folder_ + "/" + file + ": the filter's input sample rate is not positive");
   }
 
   std::string name(const std::string& file) const {

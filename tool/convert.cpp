@@ -6,6 +6,7 @@
 
 #include "dbhelper.h"
 #include "platform/elog.h"
+#include "tool/check_tree.h"
 #include "tool/findings.h"
 #include "tool/networks.h"
 #include "tool/output.h"
@@ -70,15 +71,15 @@ int run(const ConvertOptions& options) {
   Request request;
   if (dbopen(options.source.c_str(), "r", &request.db) != 0) return EXIT_FAILURE;
   request.pf = read_parameters(options.parameters);
+  if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
   request.conditions = options.conditions;
   request.flags = options.level | options.verbosity;
   const Dbptr everything = master_view(request);
   const Findings findings = look_for_gaps(request, everything);
-  if (findings.any_fault()) return EXIT_FAILURE;
+  if (findings.any_fault()) elog_die(0, "%s: faults in the tables; nothing is written", options.source.c_str());
   if (is_empty(everything)) {
     findings.report();
-    elog_notify(0, "%s: no channel epoch is selected and complete; nothing is written", options.source.c_str());
-    return EXIT_FAILURE;
+    elog_die(0, "%s: no channel epoch is selected and complete; nothing is written", options.source.c_str());
   }
   return write(options, request, everything, findings);
 }
@@ -91,8 +92,11 @@ int convert(const ConvertOptions& options) {
   int status = EXIT_FAILURE;
   try {
     status = run(options);
+  } catch (const dbquery_error&) {
+    // Its text tells no more than that; the engine has told the cause.
+    elog_die(0, "%s: the tables cannot be joined; nothing is written", options.source.c_str());
   } catch (const std::exception& e) {
-    elog_complain(0, "%s: %s", options.source.c_str(), e.what());
+    elog_die(0, "%s: %s", options.source.c_str(), e.what());
   }
   elog_set_sink(nullptr, nullptr);
   return status;

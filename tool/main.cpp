@@ -27,8 +27,14 @@ Exit status: 0 done, 1 the data could not be converted, 2 wrong usage.)";
 const std::map<std::string, unsigned int> LEVELS = {
     {"network", 0x08}, {"station", 0x10}, {"channel", 0x20}, {"response", 0x40}};
 
-void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, std::vector<std::string>& subsets,
-                 int& verbose) {
+// What the line says in words that are still to be understood.
+struct Words {
+  std::string level = "response";
+  std::vector<std::string> subsets;
+  int verbose = 0;
+};
+
+void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Words& words) {
   CLI::App* convert = app.add_subcommand("convert", "Turn a CSS3.0 database into an FDSN StationXML document");
   convert->add_option("SOURCE", options.source, "the database: DIR/NAME for the tables DIR/NAME.site ...")->required();
   convert->add_option("-o,--output", options.output, "write to this file instead of standard output")
@@ -36,16 +42,16 @@ void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, std::vec
   convert->add_option("-p,--parameters", options.parameters, "the parameter file that describes the element tree")
       ->type_name("FILE")
       ->capture_default_str();
-  convert->add_option("--level", options.level, "how far down: network, station, channel or response (default)")
+  convert->add_option("--level", words.level, "how far down: network, station, channel or response (default)")
       ->type_name("LEVEL")
-      ->transform(CLI::CheckedTransformer(LEVELS).description(""));
+      ->check(CLI::IsMember(LEVELS).description(""));
   convert
-      ->add_option("--subset", subsets,
+      ->add_option("--subset", words.subsets,
                    "only records whose field matches the regular expression as a whole; repeatable")
       ->type_name("FIELD=REGEX")
       ->allow_extra_args(false);
   convert->add_flag("--strict", options.strict, "fail when anything had to be left out of the document");
-  convert->add_flag("-v", verbose, "tell what is done; up to three times");
+  convert->add_flag("-v", words.verbose, "tell what is done; up to three times");
   convert->footer(EXAMPLES);
 }
 
@@ -68,15 +74,15 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer(EXAMPLES);
   triglub::tool::ConvertOptions options;
-  std::vector<std::string> subsets;
-  int verbose = 0;
-  add_convert(app, options, subsets, verbose);
+  Words words;
+  add_convert(app, options, words);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? EXIT_SUCCESS : WRONG_USAGE;
   }
-  if (!read_subsets(subsets, &options.conditions)) return WRONG_USAGE;
-  options.verbosity = std::min(static_cast<unsigned int>(verbose), MAX_VERBOSITY);
+  if (!read_subsets(words.subsets, &options.conditions)) return WRONG_USAGE;
+  options.level = LEVELS.at(words.level);
+  options.verbosity = std::min(static_cast<unsigned int>(words.verbose), MAX_VERBOSITY);
   return triglub::tool::convert(options);
 }

@@ -52,10 +52,17 @@ Dbptr fail(const Step& step, const char* fault) {
   return INVALID_HANDLE;
 }
 
+// A table or view by name. One that refuses to load has had its complaints.
+Dbptr find_table(Dbptr db, const Step& step, const std::string& name) {
+  const Dbptr table = dblookup(db, nullptr, name.c_str(), nullptr, nullptr);
+  if (table.table >= 0) return table;
+  const bool is_known = database_of(db)->source().schema()->find(name) >= 0;
+  return is_known ? INVALID_HANDLE : fail(step, "the schema has no such table");
+}
+
 Dbptr open_table(Dbptr db, const Step& step) {
   if (step.words.size() != 1) return fail(step, "expected one table");
-  const Dbptr table = dblookup(db, nullptr, step.words[0].c_str(), nullptr, nullptr);
-  return table.table < 0 ? fail(step, "there is no such table") : table;
+  return find_table(db, step, step.words[0]);
 }
 
 // The first of `words` when it is the flag, which is then taken away.
@@ -80,8 +87,8 @@ Dbptr join_table(Dbptr db, const Step& step) {
   std::vector<std::string> words = step.words;
   const bool outer = take_flag(&words, "-o");
   if (words.empty()) return fail(step, "expected a table");
-  const Dbptr table = dblookup(db, nullptr, words[0].c_str(), nullptr, nullptr);
-  if (table.table < 0) return fail(step, "there is no such table");
+  const Dbptr table = find_table(db, step, words[0]);
+  if (table.table < 0) return INVALID_HANDLE;
   std::vector<std::string> view_keys;
   std::vector<std::string> table_keys;
   for (std::size_t i = 1; i < words.size(); ++i) {

@@ -3,11 +3,11 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <set>
 
 #include "database/builtin_schema.h"
 #include "database/number.h"
+#include "parfile/search.h"
 #include "platform/database.h"
 #include "platform/elog.h"
 #include "platform/text.h"
@@ -126,19 +126,6 @@ bool parse_table(Pf* pf, const std::string& name, TableSchema* table) {
   return fault.empty() || reject(pf, name, fault);
 }
 
-std::vector<std::string> data_folders() {
-  std::vector<std::string> folders;
-  const char* path = std::getenv("TRIGLUB_PFPATH");
-  std::string_view rest = path == nullptr ? "" : path;
-  while (!rest.empty()) {
-    const std::size_t colon = std::min(rest.find(':'), rest.size());
-    if (colon > 0) folders.emplace_back(rest.substr(0, colon));
-    rest.remove_prefix(std::min(colon + 1, rest.size()));
-  }
-  folders.emplace_back(TRIGLUB_DATADIR);
-  return folders;
-}
-
 bool is_file(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
@@ -146,7 +133,7 @@ bool is_file(const std::string& path) {
 
 // The file of a schema in the data folders; empty when there is none.
 std::string path_in_data_folders(const std::string& name) {
-  for (const std::string& place : data_folders()) {
+  for (const std::string& place : parfile::data_folders()) {
     const std::string path = place + "/schemas/" + name + ".pf";
     if (is_file(path)) return path;
   }
@@ -262,8 +249,8 @@ std::shared_ptr<const Schema> Schema::named(const std::string& name, const std::
   if (name == STANDARD) return standard();
   const std::string path = path_in_data_folders(name);
   if (!path.empty()) return read_schema(path);
-  elog_complain(0, "there is no schema '%s' (looked for schemas/%s.pf in TRIGLUB_PFPATH and " TRIGLUB_DATADIR ")",
-                name.c_str(), name.c_str());
+  elog_complain(0, "there is no schema '%s' (looked for schemas/%s.pf in TRIGLUB_PFPATH and %s)", name.c_str(),
+                name.c_str(), parfile::data_folders().back().c_str());
   return nullptr;
 }
 

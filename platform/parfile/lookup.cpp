@@ -41,6 +41,12 @@ Tbl* pfget_tbl(Pf* pf, const char* key) {
   return lines == nullptr ? nullptr : (*lines)->tbl();
 }
 
+long pf_line(Pf* pf, const char* key, long i) {
+  auto* lines = std::get_if<std::unique_ptr<Lines>>(find_value(pf, key));
+  if (lines == nullptr || i < 0 || static_cast<std::size_t>(i) >= (*lines)->numbers().size()) return 0;
+  return static_cast<long>((*lines)->numbers()[static_cast<std::size_t>(i)]);
+}
+
 std::vector<std::string> pf_keys(Pf* pf, const char* key) {
   std::vector<std::string> keys;
   const Table* table = find_table(pf, key);

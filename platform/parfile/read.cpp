@@ -22,6 +22,7 @@ struct Block {
   std::size_t line = 0;
   Table* table = nullptr;  // null for a list
   std::vector<std::string> lines;
+  std::vector<std::size_t> numbers;  // of the lines, in the file
 };
 
 class Reader {
@@ -50,6 +51,7 @@ class Reader {
     if (line == CLOSER) return close();
     if (!open_.empty() && open_.back().table == nullptr) {
       open_.back().lines.emplace_back(line);
+      open_.back().numbers.push_back(line_);
       return nullptr;
     }
     return take_entry(line);
@@ -69,7 +71,7 @@ class Reader {
   const char* open(std::string_view key, bool is_table) {
     if (open_.size() == MAX_DEPTH) return "too many blocks inside one another";
     Table* inner = is_table ? &table().set_table(key) : nullptr;
-    open_.push_back({key, line_, inner, {}});
+    open_.push_back({key, line_, inner, {}, {}});
     return nullptr;
   }
 
@@ -77,7 +79,8 @@ class Reader {
     if (open_.empty()) return "'}' where no block is open";
     Block block = std::move(open_.back());
     open_.pop_back();
-    if (block.table == nullptr) table().set(block.key, std::make_unique<Lines>(std::move(block.lines)));
+    if (block.table != nullptr) return nullptr;
+    table().set(block.key, std::make_unique<Lines>(std::move(block.lines), std::move(block.numbers)));
     return nullptr;
   }
 

@@ -4,7 +4,8 @@
 
 namespace triglub::parfile {
 
-Lines::Lines(std::vector<std::string> lines) : lines_(std::move(lines)), tbl_(newtbl(static_cast<int>(lines_.size()))) {
+Lines::Lines(std::vector<std::string> lines, std::vector<std::size_t> numbers)
+    : lines_(std::move(lines)), numbers_(std::move(numbers)), tbl_(newtbl(static_cast<int>(lines_.size()))) {
   for (std::string& line : lines_) pushtbl(tbl_, line.data());
 }
 

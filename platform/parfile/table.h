@@ -17,16 +17,19 @@ namespace triglub::parfile {
 // The lines of a list, with the `Tbl` that shows them to callers. The lines never move.
 class Lines {
  public:
-  explicit Lines(std::vector<std::string> lines);
+  // `numbers` says on which lines of a file they stand; empty for a list made in memory.
+  explicit Lines(std::vector<std::string> lines, std::vector<std::size_t> numbers = {});
   ~Lines();
   Lines(const Lines&) = delete;
   Lines& operator=(const Lines&) = delete;
 
   const std::vector<std::string>& lines() const { return lines_; }
   Tbl* tbl() const { return tbl_; }
+  const std::vector<std::size_t>& numbers() const { return numbers_; }
 
  private:
   std::vector<std::string> lines_;
+  std::vector<std::size_t> numbers_;
   Tbl* tbl_;
 };
 

@@ -26,13 +26,12 @@ bool shows_milliseconds(std::string_view format) {
   return false;
 }
 
-// The nearest whole millisecond, halves up. The product with 1000 is rounded itself and may fall on the wrong side of
-// a half; the fused operations, which round only once, say whether it did.
+// The nearest whole millisecond, halves up. The half is the double that its decimal text reads as, so a time written
+// as a half (….1865) goes up, whichever side of the half its double lies on.
 std::int64_t nearest_millisecond(double seconds) {
-  double nearest = std::floor(seconds * 1000 + 0.5);
-  if (std::fma(seconds, 1000.0, 0.5 - nearest) < 0) nearest -= 1;
-  if (std::fma(seconds, 1000.0, -0.5 - nearest) >= 0) nearest += 1;
-  return static_cast<std::int64_t>(nearest);
+  const double below = std::floor(seconds * 1000);
+  const bool up = seconds >= (below + 0.5) / 1000;
+  return static_cast<std::int64_t>(below) + (up ? 1 : 0);
 }
 
 // Takes the instant apart; false when it is no instant of the calendar.

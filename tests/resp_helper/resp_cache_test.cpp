@@ -6,13 +6,13 @@
 #include "dbhelper.h"
 #include "resp_helper.h"
 #include "stage_database.h"
-#include "support/log_collector.h"
+#include "support/collected_log.h"
 
 namespace {
 
+using triglub_test::CollectedLog;
 using triglub_test::kFirText;
 using triglub_test::kPazText;
-using triglub_test::LogCollector;
 using triglub_test::StageDatabase;
 
 TEST(SimpleFile, PutsASlashBetweenDirectoryAndName) {
@@ -75,13 +75,13 @@ TEST(ResponseCache, LeavesOutFilesThatCannotBeRead) {
   stages.files.write_file("resp/bad.paz", "no response");
   stages.files.write_file("resp/good.paz", kPazText);
   for (const char* name : {"bad.paz", "good.paz", "none.paz"}) stages.add_stage({{"dir", "resp"}, {"dfile", name}});
-  LogCollector log;
+  const CollectedLog log;
   const ResponseCache cache(stages.database(), "stage");
   EXPECT_FALSE(cache.exists("resp/bad.paz"));
   EXPECT_FALSE(cache.exists("resp/none.paz"));
   EXPECT_TRUE(cache.exists("resp/good.paz"));
   // The reader's own tracing aside, nothing is said.
-  for (const auto& [level, text] : log.messages) EXPECT_EQ(level, ElogLevel::debug) << text;
+  EXPECT_TRUE(log.lines_without("debug: ").empty());
 }
 
 TEST(ResponseCache, LooksUpWithoutKeeping) {
@@ -146,7 +146,7 @@ TEST(ResponseCache, IsEmptyForATableWithoutRows) {
 TEST(ResponseCache, FailsForATableWithoutStages) {
   StageDatabase stages;
   stages.add_stage({});
-  LogCollector log;
+  const CollectedLog log;
   EXPECT_THROW(ResponseCache(stages.database(), "calibration"), dbquery_error);
   EXPECT_THROW(ResponseCache(stages.database(), "nothing"), dbquery_error);
 }

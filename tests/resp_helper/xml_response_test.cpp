@@ -4,16 +4,15 @@
 #include <stdexcept>
 #include <string>
 
-#include "platform/elog.h"
 #include "resp_helper.h"
 #include "stage_database.h"
-#include "support/log_collector.h"
+#include "support/collected_log.h"
 
 namespace {
 
+using triglub_test::CollectedLog;
 using triglub_test::kFirText;
 using triglub_test::kPazText;
-using triglub_test::LogCollector;
 using triglub_test::StageDatabase;
 
 std::string coefficients(const std::string& input_units, const std::string& output_units) {
@@ -303,20 +302,18 @@ TEST_F(XmlResponseTest, FindsTheFileOfARow) {
 TEST_F(XmlResponseTest, ComplainsOfAnotherTableAndGoesOn) {
   add_stage_with_file("a.paz", kPazText, {{"stageid", "7"}});
   EXPECT_EQ(writer(0).stage2xml(7), "");
-  LogCollector log;
+  const CollectedLog log;
   XmlResponse row = writer(0, "calibration");
-  ASSERT_EQ(log.messages.size(), 1);
-  EXPECT_EQ(log.messages[0].first, ElogLevel::complain);
-  EXPECT_EQ(log.messages[0].second, "unexpected table calibration");
+  EXPECT_EQ(log.lines(), std::vector<std::string>{"warning: unexpected table calibration"});
   EXPECT_EQ(row.stage2xml(7), "<!-- no stage 7 (max stage:1) -->\n");  // the stage number is not read
   EXPECT_EQ(row.stage2xml(-1), writer(0).stage2xml(0));
 }
 
 TEST_F(XmlResponseTest, SaysNothingOfAnotherTableWithoutAFile) {
   stages_.add_stage({});
-  LogCollector log;
+  const CollectedLog log;
   writer(0, "calibration");
-  EXPECT_TRUE(log.messages.empty());
+  EXPECT_TRUE(log.lines().empty());
 }
 
 TEST_F(XmlResponseTest, IsWrittenWithoutACacheWhenTheRowNamesNoFile) {

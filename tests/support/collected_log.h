@@ -1,4 +1,4 @@
-// Collects what is logged while the object lives, a line a message: "warning: TEXT", "debug: TEXT", "notify: TEXT".
+// What is logged while the object lives as lines, a line a message: "warning: TEXT", "debug: TEXT", "notify: TEXT".
 //
 //     CollectedLog log;
 //     eval_epoch_expr(record, "1 +");
@@ -6,8 +6,8 @@
 #ifndef TRIGLUB_TESTS_SUPPORT_COLLECTED_LOG_H
 #define TRIGLUB_TESTS_SUPPORT_COLLECTED_LOG_H
 
-#include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/elog.h"
@@ -16,33 +16,25 @@ namespace triglub_test {
 
 class CollectedLog {
  public:
-  CollectedLog() { elog_set_sink(&CollectedLog::collect, this); }
-  ~CollectedLog() { elog_set_sink(nullptr, nullptr); }
+  CollectedLog() { elog_set_sink(collect, this); }
   CollectedLog(const CollectedLog&) = delete;
   CollectedLog& operator=(const CollectedLog&) = delete;
+  ~CollectedLog() { elog_set_sink(nullptr, nullptr); }
 
-  const std::vector<std::string>& lines() const { return lines_; }
-
-  // The lines that do not begin with `prefix`.
-  std::vector<std::string> lines_without(const std::string& prefix) const {
-    std::vector<std::string> kept;
-    std::copy_if(lines_.begin(), lines_.end(), std::back_inserter(kept),
-                 [&](const std::string& line) { return !line.starts_with(prefix); });
-    return kept;
+  std::vector<std::string> lines() const {
+    std::vector<std::string> lines;
+    for (const auto& [level, text] : messages_) lines.push_back(word_of(level) + text);
+    return lines;
   }
-  // The lines that begin with `prefix`.
-  std::vector<std::string> lines_with(const std::string& prefix) const {
-    std::vector<std::string> kept;
-    std::copy_if(lines_.begin(), lines_.end(), std::back_inserter(kept),
-                 [&](const std::string& line) { return line.starts_with(prefix); });
-    return kept;
-  }
+  // The lines that begin with `prefix`, and the others.
+  std::vector<std::string> lines_with(const std::string& prefix) const { return chosen(prefix, true); }
+  std::vector<std::string> lines_without(const std::string& prefix) const { return chosen(prefix, false); }
 
  private:
-  static void collect(ElogLevel level, const char* text, void* context) {
-    static_cast<CollectedLog*>(context)->lines_.push_back(word_of(level) + text);
-    // A fatal message ends the process, and a test of that looks at standard error.
-    if (level == ElogLevel::fatal) elog_to_stderr(level, text);
+  std::vector<std::string> chosen(const std::string& prefix, bool with) const {
+    std::vector<std::string> kept = lines();
+    std::erase_if(kept, [&](const std::string& line) { return line.starts_with(prefix) != with; });
+    return kept;
   }
   static std::string word_of(ElogLevel level) {
     switch (level) {
@@ -58,7 +50,11 @@ class CollectedLog {
     return "";
   }
 
-  std::vector<std::string> lines_;
+  static void collect(ElogLevel level, const char* text, void* context) {
+    static_cast<CollectedLog*>(context)->messages_.emplace_back(level, text);
+  }
+
+  std::vector<std::pair<ElogLevel, std::string>> messages_;
 };
 
 }  // namespace triglub_test

@@ -41,6 +41,10 @@ TRIGLUB_API char* pfget_string(Pf* pf, const char* key);
 // The list at a key (elements are `char*` lines); null when there is none. The list and its lines belong to the object.
 TRIGLUB_API Tbl* pfget_tbl(Pf* pf, const char* key);
 
+// The line of the file (from 1) on which line i of the list at a key stands; 0 when there is no such line, or the list
+// was made in memory. For messages.
+TRIGLUB_API long pf_line(Pf* pf, const char* key, long i);
+
 // The path of the file the object was read from; empty for one built in memory.
 TRIGLUB_API const char* pf_path(Pf* pf);
 
@@ -48,7 +52,8 @@ TRIGLUB_API const char* pf_path(Pf* pf);
 TRIGLUB_API Pf* pfnew();
 // Sets a string, a list or an empty table at a key ("a{b}{c}"; tables on the way are made). What stood there goes.
 // Returns 0; -1 for a key that cannot be written to a file (empty, or holding blanks, braces out of place or '#' at
-// its start), or a text that cannot (line ends; blanks at the ends; a list line that is empty, "}" or a comment).
+// its start, or more than 100 blocks deep), or a text that cannot (line ends; blanks at the ends; zero bytes; not
+// UTF-8; a string that opens a block or only just fails to; a list line that is empty, "}" or a comment).
 TRIGLUB_API int pfput_string(Pf* pf, const char* key, std::string_view value);
 TRIGLUB_API int pfput_tbl(Pf* pf, const char* key, const std::vector<std::string>& lines);
 TRIGLUB_API int pfput_arr(Pf* pf, const char* key);

@@ -18,9 +18,10 @@ TRIGLUB_API double epoch(int yyyyddd);
 
 // The time as text. Format letters: %Y (four digits) %m %d %H %M %S (two digits) %j (day of year, three digits)
 // %G (%Y-%m-%d) %u (milliseconds, three digits) %%; any other character, and % before one not listed, stands for
-// itself. With a %u anywhere the time shown is rounded to the nearest millisecond (halves up) and the carry goes
-// all the way up; without one it is cut to the second below. A time outside years 0001 to 9999 or not finite gives
-// the empty text. The text belongs to the library and stays valid for the next seven calls on the same thread.
+// itself. With a %u anywhere the time shown is rounded to the nearest millisecond (halves up; the double nearest
+// to a decimal half counts as that half) and the carry goes all the way up; without one it is cut to the second below.
+// A time outside years 0001 to 9999, one whose carry leads there, or one not finite gives the empty text. The text
+// belongs to the library and stays valid for the next seven calls on the same thread.
 TRIGLUB_API const char* epoch2str(double seconds, const char* format);
 
 // True (1) when the text denotes a time, which is then stored in *seconds (untouched otherwise; may be null).

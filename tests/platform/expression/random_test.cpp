@@ -85,7 +85,7 @@ TEST(RandomExpressions, MeanTheSameToAPlainEvaluator) {
   int values = 0;
   int failures = 0;
   int refusals = 0;
-  for (int i = 0; i < 40000; ++i) {
+  for (int i = 0; i < 30000; ++i) {
     const int depth = 1 + i % 6;
     const std::string expression = generator.below(3) == 0 ? generator.text(depth) : generator.number(depth);
     const std::string expected = reference_text(expression);
@@ -99,8 +99,8 @@ TEST(RandomExpressions, MeanTheSameToAPlainEvaluator) {
   }
   // The generator must go on meeting all three.
   EXPECT_GT(values, 10000);
-  EXPECT_GT(failures, 100);
-  EXPECT_GT(refusals, 200);
+  EXPECT_GT(failures, 50);
+  EXPECT_GT(refusals, 100);
 }
 
 // Pieces of expressions in any order: whatever comes, an answer and no crash.

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <map>
 #include <regex>
 #include <stdexcept>
 #include <vector>
@@ -85,12 +86,19 @@ std::string trimmed_copy(const std::string& text) {
 
 // The number that a text is, as a part; a text when it is none.
 Part read(const std::string& text) {
-  static const std::regex whole("[-+]?[0-9]+");
-  static const std::regex decimal("[-+]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][-+]?[0-9]+)?");
   const std::string core = trimmed_copy(text);
-  if (std::regex_match(core, whole) && core.size() < 19) return of_integer(std::strtoll(core.c_str(), nullptr, 10));
-  if (std::regex_match(core, decimal)) return of_real(std::strtod(core.c_str(), nullptr));
-  return of_text(text);
+  if (core.empty() || core.find_first_not_of("0123456789+-.eE") != std::string::npos) return of_text(text);
+  char* end = nullptr;
+  const double real = std::strtod(core.c_str(), &end);
+  if (*end != '\0') return of_text(text);
+  const bool is_whole = core.find_first_of(".eE") == std::string::npos && core.size() < 19;
+  return is_whole ? of_integer(std::strtoll(core.c_str(), nullptr, 10)) : of_real(real);
+}
+
+// Compiled once for all tests: the standard ones are slow to compile.
+const std::regex& regex(const std::string& pattern) {
+  static std::map<std::string, std::regex> known;
+  return known.try_emplace(pattern, pattern).first->second;
 }
 
 class Reader {
@@ -180,7 +188,7 @@ class Reader {
       need("/");
       const auto end = text_.find('/', at_);
       if (end == std::string::npos) throw Refused();
-      const std::regex pattern(text_.substr(at_, end - at_));
+      const std::regex& pattern = regex(text_.substr(at_, end - at_));
       at_ = end + 1;
       left = left.fails ? failed(Type::integer)
                         : of_integer(std::regex_match(trimmed_copy(text(left)), pattern) == wanted ? 1 : 0);

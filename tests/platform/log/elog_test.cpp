@@ -197,6 +197,7 @@ TEST(FatalReport, EndsTheProcessAlsoWhenTheSinkReturns) {
 TEST(FatalReport, DuringTheExitOfTheProcessEndsItAtOnce) {
   EXPECT_EXIT(
       {
+        std::atexit([] { std::fputs("this handler comes too late\n", stderr); });
         std::atexit([] { elog_die(0, "second"); });
         elog_die(0, "first");
       },

@@ -137,6 +137,7 @@ TEST(BuiltParameters, AreEqualWhenTheirEntriesAre) {
       {"a 1\nb &Arr{\n x 1\n y &Tbl{\n one\n two\n }\n}\nc\n", false},
       {"a 1\nb &Arr{\n x 2\n y &Tbl{\n one\n two\n }\n}\nc &Tbl{\n}\n", false},
       {"a 1\nb &Arr{\n z 1\n y &Tbl{\n one\n two\n }\n}\nc &Tbl{\n}\n", false},
+      {"a 1\nb &Arr{\n w 1\n y &Tbl{\n one\n two\n }\n}\nc &Tbl{\n}\n", false},
       {"", false},
   };
   for (const auto& c : cases) {

@@ -96,8 +96,9 @@ TEST_F(Lookup, GivesTextsThatStayWhileOtherKeysAreSet) {
   char* inner = pfget_string(pf_.get(), "a{name}");
   Tbl* lines = pfget_tbl(pf_.get(), "lines");
   for (int i = 0; i < 1000; ++i) {
-    ASSERT_EQ(pfput_string(pf_.get(), ("k" + std::to_string(i)).c_str(), "value"), 0);
-    ASSERT_EQ(pfput_string(pf_.get(), ("a{k" + std::to_string(i) + "}").c_str(), "value"), 0);
+    const std::string number = std::to_string(i);
+    ASSERT_EQ(pfput_string(pf_.get(), number.c_str(), "value"), 0);
+    ASSERT_EQ(pfput_string(pf_.get(), std::string("a{").append(number).append("}").c_str(), "value"), 0);
   }
   EXPECT_EQ(pfget_string(pf_.get(), "root"), text);
   EXPECT_STREQ(text, "top");

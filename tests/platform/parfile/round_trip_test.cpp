@@ -73,7 +73,7 @@ class RandomParameters {
 
   std::string key() {
     std::string key = name();
-    for (unsigned i = below(4); i > 0; --i) key += "{" + name() + "}";
+    for (unsigned i = below(4); i > 0; --i) key.append("{").append(name()).append("}");
     return key;
   }
 

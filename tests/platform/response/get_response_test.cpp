@@ -7,57 +7,54 @@
 #include <vector>
 
 #include "platform/response.h"
+#include "support/collected_log.h"
 #include "support/flat_database.h"
-#include "support/log_collector.h"
 
 namespace {
 
+using triglub_test::CollectedLog;
 using triglub_test::FlatDatabase;
-using triglub_test::LogCollector;
 
 const std::string kFir = "theoretical 1 instrument fir author\n100\n3\n0.25\n0.5\n0.25\n0\n";
 
 TEST(GetResponse, ReadsAFile) {
   const FlatDatabase files;
   const std::string path = files.write_file("resp/a.fir", kFir);
-  LogCollector log;
+  const CollectedLog log;
   Response* response = nullptr;
   ASSERT_EQ(get_response(path.c_str(), &response), 0);
   ASSERT_NE(response, nullptr);
   EXPECT_EQ(response->group_count, 1);
   EXPECT_EQ(static_cast<Fir*>(response->groups.at(0).filter)->numerators, (std::vector<double>{0.25, 0.5, 0.25}));
-  EXPECT_TRUE(log.messages.empty());
+  EXPECT_TRUE(log.lines().empty());
   free_response(response);
 }
 
 TEST(GetResponse, TellsFileLineAndFaultInADebugMessage) {
   const FlatDatabase files;
   const std::string path = files.write_file("a.fir", "theoretical 1 instrument fir\n100\n31\n1\n2\n");
-  LogCollector log;
+  const CollectedLog log;
   Response stays;
   Response* response = &stays;
   EXPECT_EQ(get_response(path.c_str(), &response), -2);
   EXPECT_EQ(response, nullptr);
-  ASSERT_EQ(log.messages.size(), 1);
-  EXPECT_EQ(log.messages[0].first, ElogLevel::debug);
-  EXPECT_EQ(log.messages[0].second, path + ":5: expected 31 numerators, found 2");
+  EXPECT_EQ(log.lines(), std::vector{"debug: " + path + ":5: expected 31 numerators, found 2"});
 }
 
 TEST(GetResponse, TellsWhatCannotBeRead) {
   const FlatDatabase files;
-  LogCollector log;
+  const CollectedLog log;
   Response* response = nullptr;
   EXPECT_EQ(get_response((files.folder() + "/none").c_str(), &response), -1);
   EXPECT_EQ(get_response(files.folder().c_str(), &response), -1);
   EXPECT_EQ(response, nullptr);
-  ASSERT_EQ(log.messages.size(), 2);
-  EXPECT_EQ(log.messages[0].second, files.folder() + "/none: cannot read: No such file or directory");
-  EXPECT_EQ(log.messages[1].second, files.folder() + ": cannot read: not a file");
+  EXPECT_EQ(log.lines(), (std::vector{"debug: " + files.folder() + "/none: cannot read: No such file or directory",
+                                      "debug: " + files.folder() + ": cannot read: not a file"}));
 }
 
 TEST(ReadResponse, TellsTheCallerAloneOfAFault) {
   const FlatDatabase files;
-  LogCollector log;
+  const CollectedLog log;
   Response stays;
   Response* response = &stays;
   std::string fault;
@@ -66,7 +63,7 @@ TEST(ReadResponse, TellsTheCallerAloneOfAFault) {
   EXPECT_EQ(fault.rfind(files.folder() + "/a:1: expected the first group", 0), 0) << fault;
   EXPECT_EQ(read_response("/dev/null", &response, &fault), -1);
   EXPECT_EQ(fault, "/dev/null: cannot read: not a file");
-  EXPECT_TRUE(log.messages.empty());
+  EXPECT_TRUE(log.lines().empty());
 }
 
 TEST(ReadResponse, DoesNotWaitAtAPipe) {

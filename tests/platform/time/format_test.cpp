@@ -126,7 +126,7 @@ TEST(EpochText, StaysValidForSevenMoreCalls) {
   std::array<const char*, 8> texts{};
   for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = epoch2str(static_cast<double>(i), "%S and some more text");
   for (std::size_t i = 0; i < texts.size(); ++i) {
-    EXPECT_EQ(std::string(texts[i]), "0" + std::to_string(i) + " and some more text");
+    EXPECT_EQ(texts[i], std::string("0").append(std::to_string(i)).append(" and some more text"));
   }
 }
 
@@ -165,6 +165,25 @@ TEST(EpochText, AgreesWithTheCLibraryAtRandomMilliseconds) {
     const long long milliseconds = any(random);
     const double time = static_cast<double>(milliseconds) / 1000;
     ASSERT_EQ(epoch2str(time, "%Y-%m-%d (%j) %H:%M:%S.%u"), plain_text(milliseconds)) << milliseconds;
+  }
+}
+
+TEST(EpochText, RoundsUpFromEveryHalfThatWasWrittenAsOne) {
+  const auto seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  const char* format = "%Y-%m-%d (%j) %H:%M:%S.%u";
+  for (const double magnitude : {1.0, 1e3, 1e6, 1e9, 4e9, 5e10}) {
+    std::uniform_int_distribution<long long> any(0, static_cast<long long>(magnitude * 1000));
+    for (int i = 0; i < 5000; ++i) {
+      const long long below = any(random);
+      const std::string decimals = std::to_string(1000 + below % 1000).substr(1) + "5";
+      const double half = std::stod(std::to_string(below / 1000) + "." + decimals);
+      ASSERT_EQ(epoch2str(half, format), plain_text(below + 1)) << below;
+      ASSERT_EQ(epoch2str(std::nextafter(half, -1e12), format), plain_text(below)) << below;
+      ASSERT_EQ(epoch2str(-half, format), plain_text(-below)) << below;
+      ASSERT_EQ(epoch2str(std::nextafter(-half, -1e12), format), plain_text(-below - 1)) << below;
+    }
   }
 }
 

@@ -1,0 +1,129 @@
+#include "tool/output.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+using triglub::tool::Output;
+
+std::string read(const std::filesystem::path& path) {
+  std::ifstream file(path);
+  std::stringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+class OutputFile : public testing::Test {
+ protected:
+  OutputFile() {
+    std::string folder = (std::filesystem::temp_directory_path() / "triglub_output_XXXXXX").string();
+    folder_ = mkdtemp(folder.data());
+  }
+  ~OutputFile() override { std::filesystem::remove_all(folder_); }
+
+  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+  long files() const {
+    return std::distance(std::filesystem::directory_iterator(folder_), std::filesystem::directory_iterator());
+  }
+  void put(const std::string& name, const std::string& text) const { std::ofstream(path(name)) << text; }
+
+  std::filesystem::path folder_;
+};
+
+TEST_F(OutputFile, IsInPlaceOnlyWhenCommitted) {
+  put("a", "old");
+  auto output = Output::open(path("a"));
+  output->stream() << "new" << std::endl;
+  EXPECT_EQ(read(path("a")), "old");
+  output->commit();
+  EXPECT_EQ(read(path("a")), "new\n");
+  EXPECT_EQ(files(), 1);
+}
+
+TEST_F(OutputFile, LeavesTheOldOneWhenNotCommitted) {
+  put("a", "old");
+  { Output::open(path("a"))->stream() << std::string(3 << 20, 'x'); }
+  EXPECT_EQ(read(path("a")), "old");
+  EXPECT_EQ(files(), 1);
+}
+
+TEST_F(OutputFile, LeavesNothingWhenThereWasNone) {
+  { Output::open(path("a"))->stream() << "x"; }
+  EXPECT_EQ(files(), 0);
+}
+
+TEST_F(OutputFile, LeavesNothingWhenTheProcessExits) {
+  EXPECT_EXIT(
+      {
+        const auto output = Output::open(path("a"));
+        output->stream() << "x";
+        std::exit(1);
+      },
+      testing::ExitedWithCode(1), "");
+  EXPECT_EQ(files(), 0);
+}
+
+TEST_F(OutputFile, LeavesNothingWhenTheProcessIsTerminated) {
+  EXPECT_EXIT(
+      {
+        const auto output = Output::open(path("a"));
+        output->stream() << "x";
+        raise(SIGTERM);
+      },
+      testing::KilledBySignal(SIGTERM), "");
+  EXPECT_EQ(files(), 0);
+}
+
+TEST_F(OutputFile, KeepsThePermissionsOfTheOneItReplaces) {
+  put("a", "old");
+  chmod(path("a").c_str(), 0640);
+  const auto output = Output::open(path("a"));
+  output->commit();
+  EXPECT_EQ(std::filesystem::status(path("a")).permissions(), std::filesystem::perms{0640});
+}
+
+TEST_F(OutputFile, FollowsALink) {
+  put("a", "old");
+  std::filesystem::create_symlink("a", path("link"));
+  const auto output = Output::open(path("link"));
+  output->stream() << "new";
+  output->commit();
+  EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
+  EXPECT_EQ(read(path("a")), "new");
+}
+
+TEST_F(OutputFile, HoldsTextsOfAnySizeInOrder) {
+  std::string expected;
+  const auto output = Output::open(path("a"));
+  for (const std::size_t size : {1u, 1000000u, 48575u, 1u, 3000000u, 5u}) {
+    const std::string text(size, static_cast<char>('a' + expected.size() % 26));
+    output->stream() << text << std::flush;
+    output->stream().put('\n');
+    expected += text + '\n';
+  }
+  output->commit();
+  EXPECT_TRUE(read(path("a")) == expected);
+}
+
+TEST(FullDisk, IsAFatalReport) {
+  EXPECT_EXIT(
+      {
+        const auto output = Output::open("/dev/full");
+        output->stream() << "x";
+        output->commit();
+      },
+      testing::ExitedWithCode(1), "triglub: fatal: /dev/full: cannot be written: No space left on device");
+}
+
+TEST(FullDisk, IsAFatalReportAsSoonAsAPieceIsWritten) {
+  EXPECT_EXIT(Output::open("/dev/full")->stream() << std::string(2 << 20, 'x'), testing::ExitedWithCode(1),
+              "No space left on device");
+}
+
+}  // namespace

@@ -1,0 +1,40 @@
+// What only shows in a running process.
+#include <gtest/gtest.h>
+
+#include "tests/tool/command.h"
+
+namespace {
+
+using triglub_test::run_shell;
+
+const std::string EXAMPLE = TRIGLUB_SOURCE_DIR "/examples/observatory/observatory";
+
+TEST(ClosedPipe, IsAFatalReportAndNoCrash) {
+  const auto outcome =
+      run_shell("exec 3>&1; { $TRIGLUB convert " + EXAMPLE + " 2>&3; echo \"status $?\" >&3; } | true");
+  EXPECT_NE(outcome.output.find("triglub: fatal: standard output: cannot be written: Broken pipe\n"),
+            std::string::npos);
+  EXPECT_NE(outcome.output.find("status 1\n"), std::string::npos);
+}
+
+TEST(StandardOutput, ThatIsFullIsAFatalReport) {
+  const auto outcome = run_shell("$TRIGLUB convert " + EXAMPLE + " 2>&1 >/dev/full");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.output.find("standard output: cannot be written: No space left on device"), std::string::npos);
+}
+
+TEST(Verbosity, TracesTheStepsOfTheMasterView) {
+  const std::string line = "$TRIGLUB convert --level network --subset snetsta.snet=XA " + EXAMPLE + " 2>&1 >/dev/null";
+  EXPECT_EQ(run_shell(line).output, "");
+  const std::string traced = run_shell("V=-v; " + line + " -v").output;
+  EXPECT_NE(traced.find("triglub: debug: dbprocess: dbjoin -o stage: "), std::string::npos);
+  EXPECT_EQ(traced.find("Function: "), std::string::npos);
+  EXPECT_NE(run_shell(line + " -vvv").output.find("triglub: debug: Function: xml_create_node"), std::string::npos);
+}
+
+TEST(SourceDateEpoch, StandsForTheTimeOfWriting) {
+  const auto outcome = run_shell("$TRIGLUB convert --level network " + EXAMPLE);
+  EXPECT_NE(outcome.output.find("<Created>2023-11-14T22:13:20</Created>"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,114 @@
+#include "tool/check_tree.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "dbhelper.h"
+#include "platform/elog.h"
+
+namespace triglub::tool {
+
+namespace {
+
+// The third word of a line: what its value is.
+std::string type_of(const std::string& line) {
+  std::size_t at = 0;
+  std::string word;
+  for (int i = 0; i < 3; ++i) {
+    at = line.find_first_not_of(' ', at);
+    if (at == std::string::npos) return "";
+    const std::size_t end = std::min(line.find(' ', at), line.size());
+    word = line.substr(at, end - at);
+    at = end;
+  }
+  return word;
+}
+
+bool is_known(const std::string& type) { return type == "text" || type == "count" || INTERPRETERS.contains(type); }
+
+class TreeCheck {
+ public:
+  explicit TreeCheck(Pf* pf) : pf_(pf) {}
+
+  bool run() {
+    const char* root = ::pfget_string(pf_, "root_node");
+    if (root == nullptr) {
+      complain("the key root_node, which names the root group, is missing");
+    } else {
+      check_group(root, "root_node");
+    }
+    return sound_;
+  }
+
+ private:
+  // `named_by` is the place that names the group.
+  void check_group(const std::string& group, const std::string& named_by) {
+    if (is_open(group, named_by) || !seen_.insert(group).second) return;
+    if (!is_defined(group, named_by)) return;
+    path_.push_back(group);
+    check_lines(group, "{attributes}", false);
+    check_lines(group, "{elements}", true);
+    path_.pop_back();
+  }
+
+  bool is_open(const std::string& group, const std::string& named_by) {
+    if (std::find(path_.begin(), path_.end(), group) != path_.end()) {
+      complain(named_by + ": the group " + group + " contains itself");
+      return true;
+    }
+    if (path_.size() < static_cast<std::size_t>(MAX_NODE_DEPTH)) return false;
+    complain(named_by + ": more than " + std::to_string(MAX_NODE_DEPTH) + " groups inside one another");
+    return true;
+  }
+
+  bool is_defined(const std::string& group, const std::string& named_by) {
+    bool whole = true;
+    for (const char* part : {"{name}", "{elements}", "{attributes}"}) {
+      const std::string key = group + part;
+      const bool is_there = part == std::string("{name}") ? ::pfget_string(pf_, key.c_str()) != nullptr
+                                                          : pfget_tbl(pf_, key.c_str()) != nullptr;
+      if (is_there) continue;
+      complain(named_by + ": the group " + group + " has no " + part);
+      whole = false;
+    }
+    return whole;
+  }
+
+  void check_lines(const std::string& group, const char* part, bool may_nest) {
+    const std::string key = group + part;
+    Tbl* lines = pfget_tbl(pf_, key.c_str());
+    for (long i = 0; i < maxtbl(lines); ++i) {
+      const std::string text = static_cast<const char*>(gettbl(lines, i));
+      const ElementDescription line(text.c_str());
+      const std::string place = std::to_string(pf_line(pf_, key.c_str(), i)) + ": " + key;
+      if (line.is_ignored()) continue;
+      if (!is_known(type_of(text))) warn_of_type(place, text);
+      if (may_nest && (line.is_group() || line.is_categorized_group())) check_group(line.name(), place);
+    }
+  }
+
+  // Parameter files live with it that an unknown type is taken as degrees of latitude, so it is no more than
+  // suspicious.
+  void warn_of_type(const std::string& place, const std::string& line) const {
+    elog_complain(0, "%s:%s: '%s': the type '%s' is not known and is taken as deg_lat", pf_path(pf_), place.c_str(),
+                  line.c_str(), type_of(line).c_str());
+  }
+
+  void complain(const std::string& fault) {
+    elog_complain(0, "%s:%s%s", pf_path(pf_), fault[0] >= '0' && fault[0] <= '9' ? "" : " ", fault.c_str());
+    sound_ = false;
+  }
+
+  Pf* pf_;
+  std::vector<std::string> path_;  // the groups that are being looked at, from the root down
+  std::set<std::string> seen_;
+  bool sound_ = true;
+};
+
+}  // namespace
+
+bool check_tree(Pf* pf) { return TreeCheck(pf).run(); }
+
+}  // namespace triglub::tool
