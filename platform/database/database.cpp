@@ -129,7 +129,8 @@ std::vector<std::uint32_t> base_rows(Dbptr view, const char* table) {
 
 std::string table_path(Dbptr db, const char* table) {
   const Database* database = database_of(db);
-  return database == nullptr ? "" : database->source().table_file(table);
+  if (database == nullptr || database->source().schema()->find(table) < 0) return "";
+  return database->source().table_file(table);
 }
 
 std::vector<std::string> table_names(Dbptr db) {

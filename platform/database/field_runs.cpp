@@ -19,6 +19,8 @@ std::uint32_t RecordCodes::operator[](std::uint32_t record) const {
 
 std::string_view RecordCodes::text(std::uint32_t code) const { return (*dictionary_)[code]; }
 
+std::optional<std::uint32_t> RecordCodes::find(std::string_view text) const { return dictionary_->find(text); }
+
 std::uint32_t RecordCodes::code_count() const { return dictionary_->size(); }
 
 void FieldRuns::build(const View& view, const ViewField& field) {

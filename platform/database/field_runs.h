@@ -4,6 +4,7 @@
 #define TRIGLUB_DATABASE_FIELD_RUNS_H
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,7 @@ class RecordCodes {
   RecordCodes(const View& view, const ViewField& field);
   std::uint32_t operator[](std::uint32_t record) const;
   std::string_view text(std::uint32_t code) const;
+  std::optional<std::uint32_t> find(std::string_view text) const;  // the code of a text that is there
   std::uint32_t code_count() const;
 
  private:

@@ -8,7 +8,14 @@ namespace triglub {
 
 Table::Table(const TableSchema& schema, std::string directory)
     : schema_(schema), directory_(std::move(directory)), columns_(schema.fields.size()) {
-  for (std::size_t i = 0; i < columns_.size(); ++i) columns_[i].dictionary.intern(schema.fields[i].null_text);
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    if (schema.fields[i].storage() == Storage::text) columns_[i].dictionary.intern(schema.fields[i].null_text);
+  }
+}
+
+double Table::number(std::size_t field, std::uint32_t row) const {
+  if (schema_.fields[field].storage() == Storage::integer) return static_cast<double>(integer(field, row));
+  return real(field, row);
 }
 
 bool Table::is_null(std::size_t field, std::uint32_t row) const {

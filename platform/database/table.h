@@ -46,6 +46,8 @@ class Table {
 
   std::int64_t integer(std::size_t field, std::uint32_t row) const { return columns_[field].integers[row]; }
   double real(std::size_t field, std::uint32_t row) const { return columns_[field].reals[row]; }
+  // A number of either storage.
+  double number(std::size_t field, std::uint32_t row) const;
   bool is_null(std::size_t field, std::uint32_t row) const;
   // The value's text: the null text of a null, else the file's own characters, trimmed. Valid as long as the table.
   std::string_view text(std::size_t field, std::uint32_t row) const;
