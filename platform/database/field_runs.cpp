@@ -58,4 +58,12 @@ std::int64_t FieldRuns::at_or_before(std::uint32_t code, std::int64_t record) co
   return run == begin ? NONE : std::min<std::int64_t>(record, std::int64_t{(run - 1)->end} - 1);
 }
 
+std::vector<std::uint32_t> FieldRuns::records(std::uint32_t code) const {
+  std::vector<std::uint32_t> records;
+  for (std::uint32_t run = first_[code]; run < first_[code + 1]; ++run) {
+    for (std::uint32_t record = runs_[run].begin; record < runs_[run].end; ++record) records.push_back(record);
+  }
+  return records;
+}
+
 }  // namespace triglub

@@ -38,6 +38,8 @@ class FieldRuns {
   // The first record at or after `record` with that code; the last one at or before it. NONE when there is none.
   std::int64_t at_or_after(std::uint32_t code, std::int64_t record) const;
   std::int64_t at_or_before(std::uint32_t code, std::int64_t record) const;
+  // All records with that code, in order.
+  std::vector<std::uint32_t> records(std::uint32_t code) const;
 
  private:
   struct Run {

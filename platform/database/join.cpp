@@ -48,7 +48,7 @@ class WordSource {
     switch (storage_) {
       case Storage::text: {
         const std::uint32_t row = view_.row(field.table, record);
-        *word = codes_[row == NO_ROW ? 0 : (*view_codes_)[row]];
+        *word = (*codes_)[row == NO_ROW ? 0 : (*view_codes_)[row]];
         return *word != NO_CODE;
       }
       case Storage::integer: {
@@ -64,16 +64,10 @@ class WordSource {
   }
 
  private:
-  static constexpr std::uint32_t NO_CODE = 0xFFFFFFFFu;
-
   // The table's code of each of the view's texts.
   void translate(const Column& mine, const Table& table) {
-    const Dictionary& theirs = table.column(pair_.table_field).dictionary;
     view_codes_ = &mine.codes;
-    codes_.reserve(mine.dictionary.size());
-    for (std::uint32_t code = 0; code < mine.dictionary.size(); ++code) {
-      codes_.push_back(theirs.find(mine.dictionary[code]).value_or(NO_CODE));
-    }
+    codes_ = &table.translation(mine.dictionary, pair_.table_field);
   }
 
   const View& view_;
@@ -81,7 +75,7 @@ class WordSource {
   Storage storage_;
   bool as_real_;
   const std::vector<std::uint32_t>* view_codes_ = nullptr;
-  std::vector<std::uint32_t> codes_;
+  const std::vector<std::uint32_t>* codes_ = nullptr;
 };
 
 class Joiner {
@@ -142,8 +136,7 @@ class Joiner {
   void load_ranges(std::uint32_t record) {
     view_ranges_.clear();
     for (const RangePair& pair : plan_.ranges) {
-      view_ranges_.push_back(
-          make_range(view_end(pair.view_begin, record), view_end(pair.view_end, record), pair.unit));
+      view_ranges_.push_back(make_range(view_end(pair.view_begin, record), view_end(pair.view_end, record), pair.unit));
     }
   }
 

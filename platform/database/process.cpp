@@ -118,9 +118,26 @@ bool is_operation(const Step& step) {
   return step.verb == "dbopen" || step.verb == "dbjoin" || step.verb == "dbsubset" || step.verb == "dbsort";
 }
 
+// True for a join with a table of the schema; a named view may come to name another.
+bool joins_base_table(const Database& database, const Step& step) {
+  const std::size_t table = !step.words.empty() && step.words[0] == "-o" ? 1 : 0;
+  return table < step.words.size() && database.source().schema()->find(step.words[table]) >= 0;
+}
+
+// Joins of views that stay are made once for the life of the database.
+Dbptr join_once(Dbptr db, const Step& step) {
+  Database& database = *database_of(db);
+  if (!database.is_kept(db.table) || !joins_base_table(database, step)) return join_table(db, step);
+  const std::int64_t known = database.kept_join(db.table, step.text);
+  if (known >= 0) return handle_of(database, known);
+  const Dbptr joined = join_table(db, step);
+  if (joined.table >= 0) database.keep_join(db.table, step.text, joined.table);
+  return joined;
+}
+
 Dbptr apply(Dbptr db, const Step& step, DbprocessHandler handler) {
   if (step.verb == "dbopen") return open_table(db, step);
-  if (step.verb == "dbjoin") return join_table(db, step);
+  if (step.verb == "dbjoin") return join_once(db, step);
   if (step.verb == "dbsubset") return dbsubset(db, step.rest.c_str(), nullptr);
   if (step.verb == "dbsort") return sort_view(db, step);
   return handler == nullptr ? fail(step, "there is no such operation") : handler(db, step.text.c_str());

@@ -68,4 +68,14 @@ const JoinIndex& Table::join_index(const std::vector<JoinColumn>& columns) const
   return entry->second;
 }
 
+const std::vector<std::uint32_t>& Table::translation(const Dictionary& from, std::size_t field) const {
+  const auto [entry, added] = translations_.try_emplace({&from, field});
+  std::vector<std::uint32_t>& codes = entry->second;
+  if (!added) return codes;
+  const Dictionary& to = columns_[field].dictionary;
+  codes.reserve(from.size());
+  for (std::uint32_t code = 0; code < from.size(); ++code) codes.push_back(to.find(from[code]).value_or(NO_CODE));
+  return codes;
+}
+
 }  // namespace triglub
