@@ -24,7 +24,7 @@ bool samplerate_is_zero = false;
 struct Node {
   Dbptr db;  // at the first record
   const ElementGroup& group;
-  const std::vector<std::string>& values;  // by element line; empty for lines that are not values
+  const std::vector<std::string>& values;  // by element line
   const SmartIndex& index;
   const GroupLineWriter* group_lines = nullptr;  // who writes the node's group lines instead; null: this writer
 };
@@ -117,7 +117,9 @@ std::vector<std::string> attribute_values(Dbptr db, const ElementGroup& group) {
 std::vector<std::string> element_values(Dbptr db, const ElementGroup& group) {
   std::vector<std::string> values(group.element_count());
   for (std::size_t i = 0; i < values.size(); ++i) {
-    if (!group[i].is_ignored() && !group[i].is_group()) values[i] = group[i].evaluated(db);
+    // A line that is ignored has the value that stands in the file; the sample rate is looked up whether ignored or
+    // not.
+    values[i] = group[i].is_ignored() || group[i].is_group() ? group[i].value() : group[i].evaluated(db);
   }
   return values;
 }
