@@ -94,7 +94,9 @@ unsigned long ElementTag::est_len(std::string const& content) const {
 }
 
 std::string ElementTag::wrap(std::string content, unsigned long indent) const {
-  std::string text = get_spacer(indent) + open_tag();
+  std::string text;
+  text.reserve(est_len(content) + 3 * indent + 8);
+  text.append(indent, ' ').append(open_tag());
   if (est_len(content) < MAX_XML_LINE_LENGTH) {
     text += content;
   } else {

@@ -159,7 +159,13 @@ class Format::Reader {
     format_.kind_ = kind_of(type);
     format_.is_left_ = flags.find('-') != std::string_view::npos;
     if (type != 's') assemble(flags, type);
+    if (format_.kind_ == Kind::real && flags.empty() && format_.width_ == 0) format_.plain_real_ = chars_format(type);
     return true;
+  }
+
+  static std::chars_format chars_format(char type) {
+    if (type == 'e') return std::chars_format::scientific;
+    return type == 'f' ? std::chars_format::fixed : std::chars_format::general;
   }
 
   void assemble(std::string_view flags, char type) {
@@ -183,7 +189,15 @@ std::string Format::write(std::int64_t number) const {
   return before_ + printed(conversion_, static_cast<long long>(number)) + after_;
 }
 
-std::string Format::write(double number) const { return before_ + printed(conversion_, number) + after_; }
+std::string Format::write(double number) const {
+  if (!plain_real_) return before_ + printed(conversion_, number) + after_;
+  // Defined to give what printf gives in the C locale, and several times as fast.
+  constexpr int DEFAULT_PRECISION = 6;
+  char buffer[512];
+  const int precision = precision_ ? static_cast<int>(*precision_) : DEFAULT_PRECISION;
+  const char* end = std::to_chars(buffer, buffer + sizeof buffer, number, *plain_real_, precision).ptr;
+  return std::string(before_).append(buffer, static_cast<std::size_t>(end - buffer)).append(after_);
+}
 
 std::string Format::write(std::string_view text) const {
   if (precision_) text = text.substr(0, bytes_of_characters(text, *precision_));

@@ -7,6 +7,7 @@
 #ifndef TRIGLUB_DATABASE_EXPRESSION_FORMAT_H
 #define TRIGLUB_DATABASE_EXPRESSION_FORMAT_H
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -42,6 +43,8 @@ class Format {
   std::string after_;
   Kind kind_ = Kind::text;
   std::string conversion_;  // of a number, as printf takes it
+  // Of a real without flags and width, which needs no printf; nothing for any other.
+  std::optional<std::chars_format> plain_real_;
   // Of a text; counted in characters.
   bool is_left_ = false;
   std::size_t width_ = 0;
