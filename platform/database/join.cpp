@@ -142,8 +142,7 @@ class Joiner {
   void load_ranges(std::uint32_t record) {
     view_ranges_.clear();
     for (const RangePair& pair : plan_.ranges) {
-      view_ranges_.push_back(
-          make_range(view_end(pair.view_begin, record), view_end(pair.view_end, record), pair.unit));
+      view_ranges_.push_back(make_range(view_end(pair.view_begin, record), view_end(pair.view_end, record), pair.unit));
     }
   }
 

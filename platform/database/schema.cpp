@@ -80,7 +80,8 @@ std::string key_fault(const TableSchema& table, const KeyField& key) {
   if (!key.is_range()) return "";
   const int end = table.find(key.end);
   if (end < 0) return "the key field '" + key.end + "' is no field of the table";
-  if (can_be_range(table.fields[static_cast<std::size_t>(begin)], table.fields[static_cast<std::size_t>(end)])) return "";
+  if (can_be_range(table.fields[static_cast<std::size_t>(begin)], table.fields[static_cast<std::size_t>(end)]))
+    return "";
   return "the range '" + key.name + "::" + key.end + "' needs two dates or two times";
 }
 
