@@ -15,7 +15,8 @@ using ::testing::HasSubstr;
 class Evaluate : public ::testing::Test {
  protected:
   Evaluate() {
-    tables_.add("sitechan", {{"sta", "AAK"}, {"chan", "BHZ"}, {"ondate", "1990001"}, {"chanid", "17"}, {"hang", "2.50"}});
+    tables_.add("sitechan",
+                {{"sta", "AAK"}, {"chan", "BHZ"}, {"ondate", "1990001"}, {"chanid", "17"}, {"hang", "2.50"}});
     tables_.add("sitechan", {{"sta", "ANMO"}, {"chan", "BHN"}, {"ondate", "1991001"}, {"chanid", "0"}});
     tables_.add("site", {{"sta", "AAK"}, {"ondate", "1990001"}, {"lat", "42.6375"}});
   }

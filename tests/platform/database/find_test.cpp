@@ -140,9 +140,10 @@ TEST_F(Find, AgreesWithALookAtEveryRecord) {
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
   const auto below = [&](unsigned n) { return static_cast<std::int64_t>(random() % n); };
-  const Texts conditions = {"sta =~ /a/",      "sta =~ /a|r/",   "sta !~ /x/",      "sta =~ /none/",       "hang =~ /1.5/",
-                            "hang =~ /1.50?/", "hang !~ /-1.0/", "chan =~ /-/",     "site.sta =~ /-/",     "site.sta =~ /r/",
-                            "lat =~ /-999.0000/", "lat !~ /-999.*/", "chanid =~ /7/", "chanid == 7", "sta =~ /[^x]/"};
+  const Texts conditions = {"sta =~ /a/",      "sta =~ /a|r/",    "sta !~ /x/",         "sta =~ /none/",
+                            "hang =~ /1.5/",   "hang =~ /1.50?/", "hang !~ /-1.0/",     "chan =~ /-/",
+                            "site.sta =~ /-/", "site.sta =~ /r/", "lat =~ /-999.0000/", "lat !~ /-999.*/",
+                            "chanid =~ /7/",   "chanid == 7",     "sta =~ /[^x]/"};
   for (int round = 0; round < 12; ++round) {
     Tables tables;
     // Long runs of x, something rare in between.

@@ -11,9 +11,13 @@ namespace {
 class Get : public ::testing::Test {
  protected:
   Get() {
-    tables_.add("sitechan", {{"sta", "AAK"}, {"chan", "BHZ"}, {"ondate", "1990001"}, {"chanid", "17"}, {"hang", "+1.50"}});
+    tables_.add("sitechan",
+                {{"sta", "AAK"}, {"chan", "BHZ"}, {"ondate", "1990001"}, {"chanid", "17"}, {"hang", "+1.50"}});
     tables_.add("sitechan", {{"sta", "ANMO"}, {"ondate", "1990001"}});
-    tables_.add("site", {{"sta", "AAK"}, {"ondate", "1990001"}, {"lat", "42.6375"}, {"staname", "Ala Archa"},
+    tables_.add("site", {{"sta", "AAK"},
+                         {"ondate", "1990001"},
+                         {"lat", "42.6375"},
+                         {"staname", "Ala Archa"},
                          {"lddate", "1700000000.00000"}});
   }
   static Dbptr field(Dbptr view, const char* name) { return dblookup(view, nullptr, nullptr, name, nullptr); }
@@ -73,10 +77,10 @@ TEST_F(Get, FillsVariablesOfEveryType) {
   char sta[7] = "", chan[9] = "", descrip[51] = "xx";
   std::int64_t ondate = 0, offdate = 0, chanid = 0;
   double hang = 0, vang = 0, lddate = 0;
-  ASSERT_EQ(dbgetv(at(tables_.table("sitechan"), 0), nullptr, "sta", sta, "chan", chan, "descrip", descrip, "ondate",
-                   &ondate, "offdate", &offdate, "chanid", &chanid, "hang", &hang, "vang", &vang, "lddate", &lddate,
-                   nullptr),
-            0);
+  ASSERT_EQ(
+      dbgetv(at(tables_.table("sitechan"), 0), nullptr, "sta", sta, "chan", chan, "descrip", descrip, "ondate", &ondate,
+             "offdate", &offdate, "chanid", &chanid, "hang", &hang, "vang", &vang, "lddate", &lddate, nullptr),
+      0);
   EXPECT_STREQ(sta, "AAK");
   EXPECT_STREQ(chan, "BHZ");
   EXPECT_STREQ(descrip, "-");

@@ -49,7 +49,8 @@ TEST(Sort, TakesNullsAsTheirValues) {
 TEST(Sort, TakesTheFieldsOfAbsentRowsAsNulls) {
   Tables tables;
   for (const char* sta : {"D", "C", "B", "A"}) tables.add("sitechan", {{"sta", sta}});
-  tables.add_all("site", {{{"sta", "B"}, {"lat", "-1000"}, {"staname", "!"}}, {{"sta", "D"}, {"lat", "1"}, {"staname", "x"}}});
+  tables.add_all("site",
+                 {{{"sta", "B"}, {"lat", "-1000"}, {"staname", "!"}}, {{"sta", "D"}, {"lat", "1"}, {"staname", "x"}}});
   const Dbptr view = tables.process({"dbopen sitechan", "dbjoin -o site"});
   EXPECT_THAT(texts_of(sort(view, {"lat"}), "sta"), ElementsAre("B", "C", "A", "D"));
   EXPECT_THAT(texts_of(sort(view, {"staname"}), "sta"), ElementsAre("B", "C", "A", "D"));
@@ -57,7 +58,8 @@ TEST(Sort, TakesTheFieldsOfAbsentRowsAsNulls) {
 
 TEST(Sort, IsStable) {
   Tables tables;
-  for (int i = 0; i < 500; ++i) tables.add("sitechan", {{"sta", std::string(1, "CAB"[i % 3])}, {"chanid", std::to_string(i)}});
+  for (int i = 0; i < 500; ++i)
+    tables.add("sitechan", {{"sta", std::string(1, "CAB"[i % 3])}, {"chanid", std::to_string(i)}});
   const Dbptr sorted = sort(tables.table("sitechan"), {"sta"});
   Texts expected;
   for (const int first : {1, 2, 0})
@@ -151,8 +153,8 @@ TEST(Sort, AgreesWithAStableSortOfTheValues) {
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
   const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
-  const Texts fields = {"sta",  "chan",  "ondate",  "chanid",       "hang",       "descrip",
-                        "lat",  "elev",  "staname", "site.offdate", "site.lddate", "site.sta"};
+  const Texts fields = {"sta", "chan", "ondate",  "chanid",       "hang",        "descrip",
+                        "lat", "elev", "staname", "site.offdate", "site.lddate", "site.sta"};
   const Texts texts = {"a", "b", "B", "ab", "\xC3\xA9", "\xFC", ""};
   const Texts numbers = {"0", "-1", "1", "1.5", "-0.0", "1e2", "", "-999.0", "10"};
   for (int round = 0; round < 60; ++round) {

@@ -21,7 +21,9 @@ class Subset : public ::testing::Test {
                                  {{"sta", "AAKB"}, {"chan", "BHZ"}, {"chanid", "2"}, {"hang", "0.5"}},
                                  {{"sta", "AAK"}, {"chan", "LHZ"}, {"chanid", "-1"}}});
   }
-  Texts taken(const char* condition) { return texts_of(dbsubset(tables_.table("sitechan"), condition, nullptr), "chanid"); }
+  Texts taken(const char* condition) {
+    return texts_of(dbsubset(tables_.table("sitechan"), condition, nullptr), "chanid");
+  }
 
   Tables tables_;
 };
@@ -85,12 +87,28 @@ TEST_F(Subset, AgreesWithEvaluationRecordByRecord) {
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
   const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
-  const Texts conditions = {
-      "sta =~ /a/",        "sta !~ /a/",         "sta =~ /[ab]*/",     "chan =~ //",         "chanid =~ /1/",
-      "chanid !~ /-1/",    "hang =~ /.*5/",      "site.sta =~ /-/",    "site.sta !~ /b|c/",  "lat =~ /-999.*/",
-      "lat =~ /1.0/",      "sta == site.sta",    "chanid % 3 == 1",    "7 % chanid > 2",     "is_null(lat) || lat > 0",
-      "str(chanid) < sta", "sqrt(lat) >= 0",     "ondate =~ /1990.*/", "(sta) =~ /a/",       "sta =~ /a/ && 1",
-      "length(sta) - 1",   "staname =~ /\xC3\xBC.?/"};
+  const Texts conditions = {"sta =~ /a/",
+                            "sta !~ /a/",
+                            "sta =~ /[ab]*/",
+                            "chan =~ //",
+                            "chanid =~ /1/",
+                            "chanid !~ /-1/",
+                            "hang =~ /.*5/",
+                            "site.sta =~ /-/",
+                            "site.sta !~ /b|c/",
+                            "lat =~ /-999.*/",
+                            "lat =~ /1.0/",
+                            "sta == site.sta",
+                            "chanid % 3 == 1",
+                            "7 % chanid > 2",
+                            "is_null(lat) || lat > 0",
+                            "str(chanid) < sta",
+                            "sqrt(lat) >= 0",
+                            "ondate =~ /1990.*/",
+                            "(sta) =~ /a/",
+                            "sta =~ /a/ && 1",
+                            "length(sta) - 1",
+                            "staname =~ /\xC3\xBC.?/"};
   const Texts texts = {"a", "b", "ab", "c", "", "aa"};
   for (int round = 0; round < 40; ++round) {
     Tables tables;
@@ -127,7 +145,8 @@ TEST_F(Subset, AgreesWithEvaluationRecordByRecord) {
 
 TEST_F(Subset, CanBeChosenByNumber) {
   const Dbptr view = tables_.table("sitechan");
-  EXPECT_THAT(texts_of(triglub::view_of_records(view, {3, 0, 0, 2}, "chosen"), "chanid"), ElementsAre("-1", "1", "1", "2"));
+  EXPECT_THAT(texts_of(triglub::view_of_records(view, {3, 0, 0, 2}, "chosen"), "chanid"),
+              ElementsAre("-1", "1", "1", "2"));
   EXPECT_EQ(record_count(tables_.table("chosen")), 4);
   EXPECT_EQ(record_count(triglub::view_of_records(view, {}, nullptr)), 0);
   EXPECT_EQ(triglub::view_of_records(view, {0, 4}, nullptr), Dbptr());
