@@ -67,10 +67,11 @@ class FlatFileLoader {
     }
     table_.path_ = path_;
     read_lines(table_.file_->bytes());
-    if (faults_ > 0) {
-      elog_complain(0, "%s: table %s is not loaded: %llu fault%s", path_.c_str(), schema_.name.c_str(),
-                    static_cast<unsigned long long>(faults_), faults_ == 1 ? "" : "s");
+    if (faults_ > MAX_COMPLAINTS) {
+      elog_complain(0, "%s: %llu faults in all, the first %llu are named", path_.c_str(),
+                    static_cast<unsigned long long>(faults_), static_cast<unsigned long long>(MAX_COMPLAINTS));
     }
+    if (faults_ > 0) elog_complain(0, "%s: table %s is not loaded", path_.c_str(), schema_.name.c_str());
     return faults_ == 0;
   }
 

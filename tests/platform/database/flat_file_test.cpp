@@ -1,0 +1,434 @@
+// Flat files: what a row may look like, what makes a table refuse to load, and what is said about it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "tables.h"
+
+namespace triglub_test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// The schema's row of `affiliation`: net t8, sta t6, lddate e17.
+const std::string AFFILIATION = "KR       AAK     1700000000.00000";
+
+// A database of one table whose file holds these bytes.
+class OneFile {
+ public:
+  OneFile(const std::string& table, const std::string& bytes) : name_(table) {
+    path_ = files_.write_file("db." + table, bytes);
+    if (dbopen(files_.prefix().c_str(), "r", &db_) != 0) throw std::runtime_error("dbopen");
+    table_ = table_of(db_, table);
+  }
+  ~OneFile() { dbclose(db_); }
+  OneFile(const OneFile&) = delete;
+  OneFile& operator=(const OneFile&) = delete;
+
+  bool is_loaded() const { return is_view(table_); }
+  long count() const { return record_count(table_); }
+  Texts texts(const std::string& field) const { return texts_of(table_, field); }
+  Dbptr table() const { return table_; }
+
+  // The complaints of loading, the path left out.
+  Texts complaints() const {
+    Texts lines;
+    for (std::string line : log_.lines()) {
+      for (std::size_t found = line.find(path_); found != line.npos; found = line.find(path_)) {
+        line.replace(found, path_.size(), "FILE");
+      }
+      lines.push_back(line);
+    }
+    return lines;
+  }
+
+ private:
+  CollectedLog log_;
+  FlatDatabase files_;
+  std::string name_;
+  std::string path_;
+  Dbptr db_;
+  Dbptr table_;
+};
+
+const std::string REFUSED = "warning: FILE: table affiliation is not loaded";
+
+TEST(FlatFile, ReadsRowsOfTheSchemasLayout) {
+  const OneFile file("affiliation", AFFILIATION + "\n" + "II       ANMO    1600000000.50000\n");
+  ASSERT_TRUE(file.is_loaded());
+  EXPECT_THAT(file.texts("net"), ElementsAre("KR", "II"));
+  EXPECT_THAT(file.texts("sta"), ElementsAre("AAK", "ANMO"));
+  EXPECT_THAT(file.texts("lddate"), ElementsAre("1700000000.00000", "1600000000.50000"));
+  EXPECT_THAT(file.complaints(), IsEmpty());
+}
+
+TEST(FlatFile, OfNoBytesIsAnEmptyTable) {
+  const OneFile file("affiliation", "");
+  EXPECT_TRUE(file.is_loaded());
+  EXPECT_EQ(file.count(), 0);
+}
+
+TEST(FlatFile, NeedsNoLastLineEnd) {
+  const OneFile file("affiliation", AFFILIATION + "\n" + AFFILIATION);
+  EXPECT_EQ(file.count(), 2);
+  EXPECT_THAT(file.texts("lddate"), ElementsAre("1700000000.00000", "1700000000.00000"));
+}
+
+TEST(FlatFile, AcceptsCarriageReturns) {
+  for (const std::string& last : Texts{"", "\r", "\r\n"}) {
+    const OneFile file("affiliation", AFFILIATION + "\r\n" + AFFILIATION + last);
+    ASSERT_TRUE(file.is_loaded());
+    EXPECT_THAT(file.texts("lddate"), ElementsAre("1700000000.00000", "1700000000.00000"));
+  }
+}
+
+TEST(FlatFile, MixesLineEndsAndLengths) {
+  const std::string shorter = "KR       AAK";
+  for (const auto& [bytes, rows] : std::vector<std::pair<std::string, std::size_t>>{
+           {AFFILIATION + "\n" + AFFILIATION + "\r\n" + shorter + "\n" + AFFILIATION + "\n", 4},
+           {shorter + "\n" + AFFILIATION + "\n" + AFFILIATION + "\n", 3},
+           {shorter + "\r\n" + AFFILIATION + "   \n" + shorter + "\n" + shorter, 4},
+           {AFFILIATION + "\n" + AFFILIATION + " \n" + AFFILIATION, 3}}) {
+    const OneFile file("affiliation", bytes);
+    ASSERT_TRUE(file.is_loaded());
+    EXPECT_EQ(file.texts("sta"), Texts(rows, "AAK"));
+    for (const std::string& time : file.texts("lddate")) {
+      EXPECT_TRUE(time == "1700000000.00000" || time == "-9999999999.99900") << time;
+    }
+  }
+}
+
+TEST(FlatFile, AcceptsALineLongerByBlanksOnly) {
+  const OneFile file("affiliation", AFFILIATION + "     \r\n" + AFFILIATION + "\n");
+  EXPECT_EQ(file.count(), 2);
+  for (const std::string& more : Texts{"x", " x", "     x  ", "\t"}) {
+    const OneFile longer("affiliation", AFFILIATION + more + "\n");
+    EXPECT_FALSE(longer.is_loaded());
+    const auto bytes = std::to_string(AFFILIATION.size() + more.find_last_not_of(' ') + 1);
+    EXPECT_THAT(longer.complaints(),
+                ElementsAre("warning: FILE:1: the row has " + bytes + " bytes, expected 33", REFUSED));
+  }
+}
+
+TEST(FlatFile, RefusesABlankLine) {
+  for (const std::string& blank : Texts{"", " ", "\r", std::string(33, ' '), std::string(50, ' ')}) {
+    for (const std::string& rest : Texts{"", "\n", "\n" + AFFILIATION}) {
+      if (blank.empty() && rest.empty()) continue;
+      const OneFile file("affiliation", AFFILIATION + "\n" + blank + rest);
+      EXPECT_FALSE(file.is_loaded());
+      EXPECT_THAT(file.complaints(),
+                  ElementsAre("warning: FILE:2: the line is blank, expected a row of 33 bytes", REFUSED));
+    }
+  }
+}
+
+TEST(FlatFile, RefusesASeparatorThatIsNotBlank) {
+  for (const std::size_t column : {8u, 15u}) {
+    std::string row = AFFILIATION;
+    row[column] = '_';
+    const OneFile file("affiliation", row + "\n");
+    EXPECT_FALSE(file.is_loaded());
+    EXPECT_THAT(file.complaints(),
+                ElementsAre("warning: FILE:1: field affiliation." + std::string(column == 8 ? "net" : "sta") +
+                                ": a separator column (byte " + std::to_string(column + 1) + ") is not blank",
+                            REFUSED));
+  }
+}
+
+// Every field of every table: filled to its width it is read whole; one byte more or less in the row is told.
+TEST(FlatFile, HoldsEveryFieldToItsWidth) {
+  for (const auto& [table, fields] : flat_schema()) {
+    std::size_t begin = 0;
+    const std::string row = flat_row(table, {});
+    for (const FlatField& field : fields) {
+      const std::string full = field.is_text ? std::string(field.width, 'x') : std::string(field.width, '7');
+      std::string line = row;
+      line.replace(begin, field.width, full);
+      const OneFile exact(table, line + "\n");
+      ASSERT_TRUE(exact.is_loaded()) << table << "." << field.name;
+      EXPECT_THAT(exact.texts(field.name), ElementsAre(full));
+
+      CollectedLog ignored;
+      line.insert(begin, 1, full[0]);  // one byte too many: the next separator is pushed aside, or the row too long
+      const OneFile wider(table, line + "\n");
+      EXPECT_FALSE(wider.is_loaded()) << table << "." << field.name;
+
+      line = row;
+      line.replace(begin, field.width, full.substr(1));  // one too few: what follows moves into the gap
+      const OneFile narrower(table, line + "\n");
+      const bool is_last = begin + field.width == row.size();
+      EXPECT_EQ(narrower.is_loaded(), is_last) << table << "." << field.name;
+      begin += field.width + 1;
+    }
+  }
+}
+
+// A line may end after any of the texts and the load date at its end, and nowhere else.
+TEST(FlatFile, RefusesARowThatIsCutInOrBeforeANumber) {
+  for (const auto& [table, fields] : flat_schema()) {
+    std::string row;
+    std::size_t needed = 0;  // bytes up to the end of the last number that is no load date
+    for (const FlatField& field : fields) {
+      if (!row.empty()) row += ' ';
+      row += std::string(field.width, field.is_text ? 'x' : '7');
+      if (!field.is_text && field.name != "lddate") needed = row.size();
+    }
+    for (std::size_t length = 1; length <= row.size(); ++length) {
+      const OneFile file(table, row.substr(0, length) + "\n");
+      EXPECT_EQ(file.is_loaded(), length >= needed) << table << " cut to " << length;
+    }
+  }
+}
+
+TEST(FlatFile, NamesTheFieldThatARowEndsBefore) {
+  const std::string site = flat_row("site", {{"sta", "AAK"}, {"lat", "42.0"}});
+  const OneFile file("site", site + "\n" + site.substr(0, 30) + "\n");
+  EXPECT_FALSE(file.is_loaded());
+  EXPECT_THAT(file.complaints(), ElementsAre("warning: FILE:2: field site.lat: the row has 30 bytes and ends before "
+                                             "the field, expected 155",
+                                             "warning: FILE: table site is not loaded"));
+}
+
+TEST(FlatFile, TakesWhatAShortLineLeavesOffForNull) {
+  const OneFile file("snetsta", "KR\n" + flat_row("snetsta", {{"fsta", "AAK"}}).substr(0, 12) + "\n");
+  ASSERT_TRUE(file.is_loaded());
+  EXPECT_THAT(file.texts("snet"), ElementsAre("KR", "-"));
+  EXPECT_THAT(file.texts("fsta"), ElementsAre("-", "AAK"));
+  EXPECT_THAT(file.texts("sta"), ElementsAre("-", "-"));
+  EXPECT_THAT(file.texts("lddate"), ElementsAre("-9999999999.99900", "-9999999999.99900"));
+}
+
+// The digits behind the end of a short line are another row's.
+TEST(FlatFile, ReadsALoadDateThatALineEndsIn) {
+  const OneFile file("affiliation", "KR       AAK    1700000000\r\n" + AFFILIATION + "\nKR       AAK    17");
+  ASSERT_TRUE(file.is_loaded());
+  EXPECT_THAT(file.texts("lddate"), ElementsAre("1700000000", "1700000000.00000", "17"));
+}
+
+TEST(FlatFile, LetsANumberUseItsColumnsAsItLikes) {
+  for (const std::string& number :
+       Texts{"42.6375  ", "  42.6375", " 42.6375 ", "+42.6375 ", "0042.6375", "4.26375e1", "42.63750 ", "426375e-4"}) {
+    const OneFile file("site", flat_row("site", {{"sta", "AAK"}, {"lat", number}}) + "\n");
+    ASSERT_TRUE(file.is_loaded()) << number;
+    double lat = 0;
+    ASSERT_EQ(dbgetv(at(file.table(), 0), nullptr, "lat", &lat, nullptr), 0);
+    EXPECT_EQ(lat, 42.6375) << number;
+  }
+}
+
+TEST(FlatFile, RefusesNumbersThatAreNone) {
+  struct Case {
+    const char* field;
+    const char* text;
+    const char* expected;
+  };
+  for (const auto& [field, text, expected] : std::vector<Case>{
+           {"chanid", "12x", "an integer"},
+           {"chanid", "1.5", "an integer"},
+           {"chanid", "1e3", "an integer"},
+           {"chanid", "1 2", "an integer"},
+           {"chanid", "0x1F", "an integer"},
+           {"chanid", "--1", "an integer"},
+           {"ondate", "2001-001", "a date (yyyyddd)"},
+           {"ondate", "2001001.", "a date (yyyyddd)"},
+           {"edepth", "nan", "a number"},
+           {"edepth", "-inf", "a number"},
+           {"edepth", "Infinity", "a number"},
+           {"edepth", "0,5", "a number"},
+           {"edepth", "0x1p3", "a number"},
+           {"edepth", "1e999", "a number"},
+           {"edepth", "*********", "a number"},
+           {"edepth", "1.5D+03", "a number"},
+           {"lddate", "yesterday", "a time (epoch seconds)"},
+           {"lddate", "2001-01-01", "a time (epoch seconds)"},
+           {"lddate", "01-13-01 00:00:00", "a time (epoch seconds)"},
+           {"lddate", "01-02-29 00:00:00", "a time (epoch seconds)"},
+           {"lddate", "01-02-03 24:00:00", "a time (epoch seconds)"},
+           {"lddate", "01/02/03 04:05:06", "a time (epoch seconds)"},
+           {"lddate", "01-02-03T04:05:06", "a time (epoch seconds)"},
+           {"lddate", "01-02-03 04:05", "a time (epoch seconds)"},
+           {"lddate", "\t1700000000", "a time (epoch seconds)"},
+           {"lddate", "nan", "a time (epoch seconds)"},
+       }) {
+    const OneFile file("sitechan", flat_row("sitechan", {{"sta", "AAK"}, {field, text}}) + "\n");
+    EXPECT_FALSE(file.is_loaded()) << field << " " << text;
+    EXPECT_THAT(file.complaints(), ElementsAre("warning: FILE:1: field sitechan." + std::string(field) + ": expected " +
+                                                   expected + ", found '" + text + "'",
+                                               "warning: FILE: table sitechan is not loaded"));
+  }
+}
+
+TEST(FlatFile, ReadsAnIntegerOfAllDigitsThatFit) {
+  const OneFile file("sitechan", flat_row("sitechan", {{"chanid", "99999999"}}) + "\n" +
+                                     flat_row("sitechan", {{"chanid", "-9999999"}}) + "\n");
+  EXPECT_THAT(file.texts("chanid"), ElementsAre("99999999", "-9999999"));
+}
+
+TEST(FlatFile, ReadsTheOlderLoadDates) {
+  const OneFile file("affiliation", flat_row("affiliation", {{"lddate", "70-01-02 00:00:01"}}) + "\n" +
+                                        flat_row("affiliation", {{"lddate", "00-02-29 23:59:59"}}) + "\n");
+  ASSERT_TRUE(file.is_loaded());
+  double time = 0;
+  ASSERT_EQ(dbgetv(at(file.table(), 0), nullptr, "lddate", &time, nullptr), 0);
+  EXPECT_EQ(time, 86401);
+  ASSERT_EQ(dbgetv(at(file.table(), 1), nullptr, "lddate", &time, nullptr), 0);
+  EXPECT_EQ(time, 951868799);
+  EXPECT_THAT(file.texts("lddate"), ElementsAre("70-01-02 00:00:01", "00-02-29 23:59:59"));
+}
+
+TEST(FlatFile, ReadsTheOlderFormForLoadDatesOnly) {
+  const OneFile file("sensor", flat_row("sensor", {{"time", "70-01-02 00:00:01"}}) + "\n");
+  EXPECT_FALSE(file.is_loaded());
+}
+
+TEST(FlatFile, TakesBlankFieldsForNull) {
+  Row blank;
+  for (const FlatField& field : flat_schema().at("sitechan")) {
+    if (field.name != "sta") blank[field.name] = "";
+  }
+  blank["sta"] = "AAK";
+  const OneFile file("sitechan", flat_row("sitechan", blank) + "\n");
+  ASSERT_TRUE(file.is_loaded());
+  for (const FlatField& field : flat_schema().at("sitechan")) {
+    EXPECT_THAT(file.texts(field.name), ElementsAre(field.name == "sta" ? "AAK" : field.null_text)) << field.name;
+  }
+}
+
+TEST(FlatFile, TakesANumberThatEqualsTheNullForNull) {
+  const OneFile file("site", flat_row("site", {{"lat", "-999"}, {"lon", "-9.99e2"}, {"dnorth", "-0.0"}}) + "\n" +
+                                 flat_row("site", {{"lat", "-999.0001"}, {"ondate", "-001"}, {"dnorth", "0.0001"}}) +
+                                 "\n");
+  EXPECT_THAT(file.texts("lat"), ElementsAre("-999.0000", "-999.0001"));
+  EXPECT_THAT(file.texts("lon"), ElementsAre("-999.0000", "-999.0000"));
+  EXPECT_THAT(file.texts("dnorth"), ElementsAre("0.0000", "0.0001"));
+  EXPECT_THAT(file.texts("ondate"), ElementsAre("-1", "-1"));
+}
+
+TEST(FlatFile, TrimsTextsAtBothEnds) {
+  const OneFile file("site",
+                     flat_row("site", {{"sta", " AAK"}, {"staname", "\t Ala  Archa\t"}, {"refsta", "\t"}}) + "\n");
+  EXPECT_THAT(file.texts("sta"), ElementsAre("AAK"));
+  EXPECT_THAT(file.texts("staname"), ElementsAre("Ala  Archa"));
+  EXPECT_THAT(file.texts("refsta"), ElementsAre("-"));
+}
+
+TEST(FlatFile, TakesTextsThatAreNoUtf8ForLatin1) {
+  const std::string latin1 = "Z\xFCrich";
+  const std::string utf8 = "Z\xC3\xBCrich";
+  const OneFile file("site", flat_row("site", {{"staname", latin1}}) + "\n" + flat_row("site", {{"staname", utf8}}) +
+                                 "\n" + flat_row("site", {{"staname", latin1}}) + "\n" +
+                                 flat_row("site", {{"staname", "\xC3"}}) + "\n" +
+                                 flat_row("site", {{"staname", std::string(50, '\xFC')}}) + "\n");
+  ASSERT_TRUE(file.is_loaded());
+  std::string fifty;
+  for (int i = 0; i < 50; ++i) fifty += "\xC3\xBC";
+  EXPECT_THAT(file.texts("staname"), ElementsAre(utf8, utf8, utf8, "\xC3\x83", fifty));
+  // The three are one value.
+  EXPECT_EQ(record_count(dbsubset(file.table(), ("staname == '" + utf8 + "'").c_str(), nullptr)), 3);
+}
+
+TEST(FlatFile, CountsWidthsInBytes) {
+  std::string row = flat_row("site", {{"sta", "AAK"}, {"staname", "\xE2\x82\xAC"}, {"statype", "ss"}});
+  const OneFile file("site", row + "\n");
+  EXPECT_THAT(file.texts("staname"), ElementsAre("\xE2\x82\xAC"));
+  EXPECT_THAT(file.texts("statype"), ElementsAre("ss"));
+}
+
+TEST(FlatFile, NamesTheFirstTwentyFaultsAndCountsAll) {
+  for (const int faults : {1, 19, 20, 21, 500}) {
+    std::string bytes;
+    for (int i = 0; i < faults; ++i) bytes += flat_row("snetsta", {}) + "\n" + "x" + flat_row("snetsta", {}) + "\n";
+    const OneFile file("snetsta", bytes);
+    EXPECT_FALSE(file.is_loaded());
+    Texts expected;
+    for (int i = 0; i < std::min(faults, 20); ++i) {
+      expected.push_back("warning: FILE:" + std::to_string(2 * i + 2) + ": the row has 57 bytes, expected 56");
+    }
+    if (faults > 20) {
+      expected.push_back("warning: FILE: " + std::to_string(faults) + " faults in all, the first 20 are named");
+    }
+    expected.push_back("warning: FILE: table snetsta is not loaded");
+    EXPECT_EQ(file.complaints(), expected);
+  }
+}
+
+TEST(FlatFile, NamesEveryFaultOfARow) {
+  const OneFile file("sitechan", flat_row("sitechan", {{"chanid", "a"}, {"hang", "b"}, {"vang", "c"}}) + "\n");
+  EXPECT_EQ(file.complaints().size(), 4u);
+}
+
+TEST(FlatFile, ThatIsAFolderRefusesToLoad) {
+  FlatDatabase files;
+  files.write_file("db.site/inside", "x");
+  files.write_file("db.network", "");
+  Dbptr db;
+  ASSERT_EQ(dbopen(files.prefix().c_str(), "r", &db), 0);
+  CollectedLog log;
+  EXPECT_FALSE(is_view(table_of(db, "site")));
+  EXPECT_THAT(log.lines(), ElementsAre("warning: " + files.prefix() + ".site: cannot be read: not a regular file"));
+  dbclose(db);
+}
+
+// Random rows come back as they were written, whatever the lengths of lines.
+TEST(FlatFile, GivesBackRandomRows) {
+  const auto seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random() % n); };
+  for (int round = 0; round < 30; ++round) {
+    const auto table = std::next(flat_schema().begin(), static_cast<std::ptrdiff_t>(below(flat_schema().size())));
+    const bool even = below(2) == 0;
+    std::string bytes;
+    std::vector<Row> rows(below(40));
+    for (Row& row : rows) {
+      for (const FlatField& field : table->second) {
+        if (below(4) == 0) continue;
+        row[field.name] = field.is_text ? std::string(1 + below(field.width), static_cast<char>('A' + below(26)))
+                                        : std::to_string(1000 + below(9000));
+        if (field.width == 1) row[field.name] = "y";
+      }
+      std::string line = flat_row(table->first, row);
+      if (!even && !row.contains("lddate") && below(2) == 0) line.resize(line.size() - 18);
+      bytes += line + (even ? "" : std::string(below(3), ' ')) + (!even && below(2) == 0 ? "\r\n" : "\n");
+    }
+    const OneFile file(table->first, bytes);
+    ASSERT_TRUE(file.is_loaded()) << bytes;
+    ASSERT_EQ(file.count(), static_cast<long>(rows.size()));
+    for (const FlatField& field : table->second) {
+      Texts expected;
+      for (const Row& row : rows) expected.push_back(row.contains(field.name) ? row.at(field.name) : field.null_text);
+      ASSERT_EQ(file.texts(field.name), expected) << table->first << "." << field.name;
+    }
+  }
+}
+
+// A line of any bytes either loads or is refused, and never reads past the file.
+TEST(FlatFile, BearsRandomBytes) {
+  const auto seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  for (int round = 0; round < 1000; ++round) {
+    std::string bytes = AFFILIATION + "\n" + AFFILIATION + "\r\n" + AFFILIATION;
+    for (auto changes = random() % 4; changes > 0; --changes) {
+      constexpr std::string_view LETTERS("\n\r \0-1x\xFC", 8);
+      const char letter = LETTERS[random() % LETTERS.size()];
+      const std::size_t place = random() % bytes.size();
+      if (random() % 2 == 0) {
+        bytes[place] = letter;
+      } else {
+        bytes.insert(place, 1, letter);
+      }
+    }
+    const OneFile file("affiliation", bytes);
+    if (!file.is_loaded()) {
+      EXPECT_FALSE(file.complaints().empty());
+      continue;
+    }
+    for (const char* field : {"net", "sta", "lddate"}) file.texts(field);
+  }
+}
+
+}  // namespace
+}  // namespace triglub_test
