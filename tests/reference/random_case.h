@@ -36,8 +36,17 @@ Tree random_document_tree(Random& random, int faults);
 // A chain of groups around the depth limit, which at times leads back into itself.
 Tree random_deep_tree(Random& random);
 
+// A tree that shows every record of the master view by the load dates of its rows.
+Tree ledger_tree();
+
 // A case with one of these trees, a subset at times and flags of any kind, most often those of the response level.
 Request random_request(Random& random);
+// Tables under the ledger tree.
+Request random_ledger_request(Random& random);
+// A document tree at the response level.
+Request random_response_request(Random& random);
+// A deep tree at any verbosity.
+Request random_deep_request(Random& random);
 
 }  // namespace triglub_reference
 

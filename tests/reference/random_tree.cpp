@@ -169,9 +169,8 @@ class TreeMaker {
 
   std::string value_for(const std::string& type) {
     if (type == "text") {
-      return random_.pick({"1.1", "a <b> & 'c' \"d\"", "http://www.fdsn.org/xml/station/1", "two  blanks",
-                           "a text that is long enough to get a line of its own whatever the tag may be called",
-                           "a text whose length is near to that which wraps: seventy or so"});
+      if (random_.percent(40)) return std::string(static_cast<std::size_t>(random_.between(24, 76)), 'w');
+      return random_.pick({"1.1", "a <b> & 'c' \"d\"", "http://www.fdsn.org/xml/station/1", "two  blanks"});
     }
     if (type == "other_pf:site") return random_.pick({"country", "town", "nothing"});
     if (type == "float" || type == "integer") return number_value();
@@ -245,20 +244,69 @@ Tree random_tree(Random& random, int faults) { return TreeMaker(random, faults).
 Tree random_document_tree(Random& random, int faults) { return TreeMaker(random, faults).document_tree(); }
 Tree random_deep_tree(Random& random) { return TreeMaker(random, 0).deep_tree(); }
 
-Request random_request(Random& random) {
-  constexpr int few = 3;
+Tree ledger_tree() {
+  Tree tree;
+  tree.root = "ledger";
+  tree.definitions["ledger"] = {"Ledger", {}, {{"station", "-", "CATEGORIZED_GROUP", "sitechan.sta"}}};
+  tree.definitions["station"] = {"-", {}, {{"channel", "-", "CATEGORIZED_GROUP", "sitechan.chan"}}};
+  tree.definitions["channel"] = {"-", {}, {{"epoch", "-", "CATEGORIZED_GROUP", "sitechan.ondate"}}};
+  tree.definitions["epoch"] = {
+      "-", {}, {{"FirstStage", "-", "string", "stage.lddate"}, {"stage", "-", "CATEGORIZED_GROUP", "stage.lddate"}}};
+  Definition& stage = tree.definitions["stage"];
+  stage.tag = "Record";
+  for (const char* table :
+       {"sitechan", "snetsta", "schanloc", "network", "site", "sensor", "instrument", "calibration", "stage"}) {
+    stage.attributes.push_back({table, "-", "string", std::string(table) + ".lddate"});
+  }
+  return tree;
+}
+
+namespace {
+
+Request request_over_random_tables(Random& random) {
   Request request;
   request.tables = random_tables(random);
-  const int shape = random.below(100);
-  request.tree = shape < 45   ? random_tree(random, few)
-                 : shape < 90 ? random_document_tree(random, few)
-                              : random_deep_tree(random);
   request.site = {{"country", "Kyrgyzstan"}, {"town", "Ala Archa & around"}};
+  return request;
+}
+
+void add_subset(Random& random, Request& request) {
   if (random.percent(15)) request.subset[random.pick({"sitechan.sta", "sta", "snet"})] = "/AAK|KR|IU|AA/";
   if (random.percent(10)) request.subset["chan"] = random.pick({"/BH./", "/BHZ|LHZ/", "/BH/", "/.../"});
-  if (random.percent(1)) request.subset["site.sta"] = "/AAK/";
+}
+
+constexpr int FEW_FAULTS = 5;
+
+}  // namespace
+
+Request random_request(Random& random) {
+  Request request = request_over_random_tables(random);
+  request.tree = random.percent(50) ? random_tree(random, FEW_FAULTS) : random_document_tree(random, FEW_FAULTS);
+  add_subset(random, request);
+  if (random.percent(1)) request.subset["site.sta"] = "/AAK/";  // not in the view yet when the subsets run
   const unsigned int levels[] = {0x40, 0x40, 0x40, 0x40, 0x40, 0x40, 0x40, 0x08, 0x10, 0x20, 0x00, 0x48, 0x44};
   request.flags = random.one_of(levels) | static_cast<unsigned int>(random.percent(70) ? 0 : random.below(4));
+  return request;
+}
+
+Request random_ledger_request(Random& random) {
+  Request request = request_over_random_tables(random);
+  request.tree = ledger_tree();
+  add_subset(random, request);
+  return request;
+}
+
+Request random_response_request(Random& random) {
+  Request request = request_over_random_tables(random);
+  request.tree = random_document_tree(random, 0);
+  request.flags = 0x40;
+  return request;
+}
+
+Request random_deep_request(Random& random) {
+  Request request = request_over_random_tables(random);
+  request.tree = random_deep_tree(random);
+  request.flags = 0x40U | static_cast<unsigned int>(random.below(4));
   return request;
 }
 

@@ -87,9 +87,15 @@ void compare_sequences(std::uint64_t count, int fewest, int most, MakeRequest ma
   }
 }
 
-TEST(Reference, AgreesOnConversionsInAFreshProcess) { compare_sequences(1000, 1, 1, random_request); }
+TEST(Reference, AgreesOnEveryRecordOfTheMasterView) { compare_sequences(400, 1, 1, random_ledger_request); }
 
-TEST(Reference, AgreesOnWhatConversionsLeaveToOneAnother) { compare_sequences(400, 2, 6, random_request); }
+TEST(Reference, AgreesOnTreesOfAnyShape) { compare_sequences(600, 1, 1, random_request); }
+
+TEST(Reference, AgreesOnDocumentsWithResponses) { compare_sequences(400, 1, 1, random_response_request); }
+
+TEST(Reference, AgreesOnTreesAroundTheDepthLimit) { compare_sequences(200, 1, 1, random_deep_request); }
+
+TEST(Reference, AgreesOnWhatConversionsLeaveToOneAnother) { compare_sequences(150, 2, 6, random_request); }
 
 }  // namespace
 
