@@ -27,7 +27,13 @@ class Random {
   std::mt19937_64 engine_;
 };
 
-Tables random_tables(Random& random);
+// How large the tables are at most.
+struct Extent {
+  int stations;
+  int stages;  // of a channel epoch
+};
+
+Tables random_tables(Random& random, const Extent& extent);
 
 // A tree of any shape; `faults` are the chances in ten thousand, at each line, of something that ends the conversion.
 Tree random_tree(Random& random, int faults);
@@ -45,6 +51,8 @@ Request random_request(Random& random);
 Request random_ledger_request(Random& random);
 // A document tree at the response level.
 Request random_response_request(Random& random);
+// Any tree over a view of hundreds of records.
+Request random_large_request(Random& random);
 // A deep tree at any verbosity.
 Request random_deep_request(Random& random);
 

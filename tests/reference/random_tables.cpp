@@ -22,7 +22,8 @@ struct Epoch {
 
 class TableMaker {
  public:
-  TableMaker(Random& random, Tables& tables) : random_(random), tables_(tables) {}
+  TableMaker(Random& random, const Extent& extent, Tables& tables)
+      : random_(random), extent_(extent), tables_(tables) {}
 
   void make() {
     for (const char* net : {"KR", "K", "IU", "AA", "AAB"}) {
@@ -31,7 +32,9 @@ class TableMaker {
     if (networks_.empty()) networks_.push_back("KR");
     for (const std::string& net : networks_) add_network(net);
     add_instruments();
-    for (int n = random_.between(1, 4); n > 0; --n) add_station(random_.pick({"AAK", "AA", "AAB", "ANMO", "A1", "-"}));
+    for (int n = random_.between(1, extent_.stations); n > 0; --n) {
+      add_station(random_.pick({"AAK", "AA", "AAB", "ANMO", "A1", "-", "B2", "C3"}));
+    }
     write_files();
   }
 
@@ -113,7 +116,7 @@ class TableMaker {
                         {"lon", random_.pick({"74.4942", "190", "-180", "-999.0000", "-181.25", "360"})},
                         {"elev", random_.pick({"1.6450", "-999.0000", "0", "1000", "-0.0010", "3.3"})},
                         {"staname", random_.pick({"Ala Archa", "O'Brien's <peak>", "", "Évry & Cie"})},
-                        {"statype", random_.pick({"ss", "-", "7"})}}));
+                        {"statype", random_.percent(2) ? "(" : random_.pick({"ss", "-", "7"})}}));
     }
     for (const char* chan : {"BHZ", "BH", "BHZ_01", "LHZ", "00", "-"}) {
       if (random_.percent(chan[0] == '-' ? 5 : 45)) add_channel(sta, chan);
@@ -125,7 +128,7 @@ class TableMaker {
       if (random_.percent(3)) continue;
       add("schanloc", {{"sta", sta},
                        {"chan", chan},
-                       {"fchan", random_.pick({"BHZ", "BHN", "LHZ", "-"})},
+                       {"fchan", random_.pick({"BHZ", "BHN", "LHZ", "-", "BH.|LHZ"})},
                        {"loc", random_.pick({"00", "10", "-", "", "7", "1"})}});
     }
     for (int n = random_.percent(60) ? 1 : random_.between(2, 3); n > 0; --n) add_epoch(sta, chan, random_epoch());
@@ -159,7 +162,7 @@ class TableMaker {
       calibration["units"] = random_.pick({"nm/s", "-", "V"});
       add("calibration", calibration);
     }
-    for (int n = random_.percent(25) ? 0 : random_.between(1, 4), id = 1; n > 0; --n, ++id) {
+    for (int n = random_.percent(25) ? 0 : random_.between(1, extent_.stages), id = 1; n > 0; --n, ++id) {
       add_stage(channel, near(of_sensor), random_.percent(90) ? id : random_.between(-1, 12));
     }
   }
@@ -228,6 +231,7 @@ class TableMaker {
   }
 
   Random& random_;
+  const Extent& extent_;
   Tables& tables_;
   std::vector<std::string> networks_;
   int rows_ = 0;
@@ -235,10 +239,10 @@ class TableMaker {
 
 }  // namespace
 
-Tables random_tables(Random& random) {
+Tables random_tables(Random& random, const Extent& extent) {
   Tables tables;
   tables.rows["network"].push_back({{"net", "ZZ"}});
-  TableMaker(random, tables).make();
+  TableMaker(random, extent, tables).make();
   return tables;
 }
 

@@ -263,9 +263,9 @@ Tree ledger_tree() {
 
 namespace {
 
-Request request_over_random_tables(Random& random) {
+Request request_over_random_tables(Random& random, const Extent& extent = {4, 4}) {
   Request request;
-  request.tables = random_tables(random);
+  request.tables = random_tables(random, extent);
   request.site = {{"country", "Kyrgyzstan"}, {"town", "Ala Archa & around"}};
   return request;
 }
@@ -299,6 +299,13 @@ Request random_ledger_request(Random& random) {
 Request random_response_request(Random& random) {
   Request request = request_over_random_tables(random);
   request.tree = random_document_tree(random, 0);
+  request.flags = 0x40;
+  return request;
+}
+
+Request random_large_request(Random& random) {
+  Request request = request_over_random_tables(random, {7, 40});
+  request.tree = random.percent(50) ? random_tree(random, 0) : random_document_tree(random, 0);
   request.flags = 0x40;
   return request;
 }

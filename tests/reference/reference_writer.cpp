@@ -205,7 +205,7 @@ class Writer {
       }
       const Records taken = taken_by(category, required_field(line.value), remaining);
       write_node(line.name, taken);
-      std::erase_if(remaining, [&](std::size_t r) { return std::find(taken.begin(), taken.end(), r) != taken.end(); });
+      std::erase_if(remaining, [&](std::size_t r) { return std::binary_search(taken.begin(), taken.end(), r); });
     }
   }
 
