@@ -1,0 +1,61 @@
+// Random cases: small databases whose rows meet, miss, touch and double one another, and element trees over them.
+#ifndef TRIGLUB_TESTS_REFERENCE_RANDOM_CASE_H
+#define TRIGLUB_TESTS_REFERENCE_RANDOM_CASE_H
+
+#include <initializer_list>
+#include <random>
+#include <string>
+
+#include "reference/case.h"
+
+namespace triglub_reference {
+
+class Random {
+ public:
+  explicit Random(std::uint64_t seed) : engine_(seed) {}
+
+  int below(int end) { return static_cast<int>(engine_() % static_cast<std::uint64_t>(end)); }
+  int between(int first, int last) { return first + below(last - first + 1); }
+  bool percent(int chance) { return below(100) < chance; }
+  template <typename List>
+  const auto& one_of(const List& list) {
+    return *(std::begin(list) + below(static_cast<int>(std::size(list))));
+  }
+  std::string pick(std::initializer_list<const char*> list) { return one_of(list); }
+
+ private:
+  std::mt19937_64 engine_;
+};
+
+// How large the tables are at most.
+struct Extent {
+  int stations;
+  int stages;  // of a channel epoch
+};
+
+Tables random_tables(Random& random, const Extent& extent);
+
+// A tree of any shape; `faults` are the chances in ten thousand, at each line, of something that ends the conversion.
+Tree random_tree(Random& random, int faults);
+// Networks, stations, channels, responses and stages, with random lines between them.
+Tree random_document_tree(Random& random, int faults);
+// A chain of groups around the depth limit, which at times leads back into itself.
+Tree random_deep_tree(Random& random);
+
+// A tree that shows every record of the master view by the load dates of its rows.
+Tree ledger_tree();
+
+// A case with one of these trees, a subset at times and flags of any kind, most often those of the response level.
+Request random_request(Random& random);
+// Tables under the ledger tree.
+Request random_ledger_request(Random& random);
+// A document tree at the response level.
+Request random_response_request(Random& random);
+// Any tree over a view of hundreds of records.
+Request random_large_request(Random& random);
+// A deep tree at any verbosity.
+Request random_deep_request(Random& random);
+
+}  // namespace triglub_reference
+
+#endif
