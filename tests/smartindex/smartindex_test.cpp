@@ -394,7 +394,7 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
   const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
-  for (int round = 0; round < 1500; ++round) {
+  for (int round = 0; round < 400; ++round) {
     const unsigned long size = 1 + below(round % 10 == 0 ? 200 : 9);
     std::vector<SmartIndex> indexes;
     std::vector<PlainIndex> plain_ones;
