@@ -133,6 +133,19 @@ TEST_F(NodeWriter, GivesEachRecordToOneCategory) {
             "  <C v=\"AAB\" >\n   <Channels>1</Channels>\n  </C>\n");
 }
 
+TEST_F(NodeWriter, TakesNoRecordFromAnEarlierCategory) {
+  // B, A, B: what B's first and last record enclose is A's already.
+  stations_.add_network("KR");
+  stations_.add_station("KR", "AAK");
+  stations_.add_channel("AAK", "X", "B");
+  stations_.add_channel("AAK", "Y", "A");
+  stations_.add_channel("AAK", "Z", "B");
+  EXPECT_EQ(body("c - CATEGORIZED_GROUP schanloc.loc\n",
+                 definition("c", "C", "v - string schanloc.loc\n", "Channels - count sitechan.chan\n")),
+            "  <C v=\"A\" >\n   <Channels>1</Channels>\n  </C>\n"
+            "  <C v=\"B\" >\n   <Channels>2</Channels>\n  </C>\n");
+}
+
 TEST_F(NodeWriter, WritesNothingForACategoryThatLostItsRecords) {
   stations_.add_network("KR");
   stations_.add_station("KR", "AAK");
@@ -260,6 +273,8 @@ TEST_F(NodeWriter, WritesFifteenLevels) {
   }
   EXPECT_EXIT(document("g2 - GROUP\n", definitions), ExitedWithCode(1),
               "fatal: Exceeded maximum node level. Group recursion in parameter file\\?");
+  // The walk before the writing lets the root and fifteen levels below it pass.
+  EXPECT_EXIT(document("g2 - GROUP\n", definitions, 1), ExitedWithCode(1), "fatal: Exceeded maximum node level");
   // One level less.
   const std::string text = document("g3 - GROUP\n", definitions);
   EXPECT_THAT(text, HasSubstr("\n               <G>\n               </G>\n"));
