@@ -80,6 +80,17 @@ TEST_F(State, KeepsBothUnitsOfARowWithoutEither) {
   EXPECT_THAT(convert(others_, 0), HasSubstr(units("other", "V")));
 }
 
+TEST_F(State, CutsUnitsThatAreWiderThanTheirBuffer) {
+  add_stage(stations_, {{"iunits", "ABCDEFGHIJKLMNOP"}, {"ounits", "V"}});
+  // One field where two were: its value is "ABCDEFGHIJKLMNOP V".
+  stations_.change_schema("stage",
+                          "iunits   t 16 %-16s   -              -       unit of the input\n"
+                          "        ounits   t 16 %-16s   -              -       unit of the output",
+                          "iunits   t 33 %-33s   -              -       unit of the input");
+  parse(stage_alone());
+  EXPECT_THAT(convert(0), HasSubstr(units("ABCDEFGHIJKLMNOP", "")));
+}
+
 TEST_F(State, ReadsAResponseFileOnceInAProcess) {
   add_stage_with_file(stations_, "a.paz");
   const std::string before = convert(0x40);
