@@ -63,10 +63,14 @@ class TRIGLUB_API ElementDescription {
   // Puts the value's text at the handle's record in place of the expression. Ignored lines, empty values, "text" and
   // "count" stay as they are. Throws std::logic_error for a plain group, and what eval_as_type throws.
   void evaluate(Dbptr db);
+  // The text that evaluate() would put in place of the expression; throws what it throws.
+  std::string evaluated(Dbptr db) const;
   // The line as diagnostics show it.
   std::string as_string() const;
-  // ' NAME="VALUE"', or "" when ignored. Throws std::runtime_error for a name that no attribute can have.
+  // ' NAME="VALUE"', or "" when ignored. Throws std::runtime_error for a name that no attribute can have. The second
+  // form puts `value` in place of the line's own.
   std::string as_xml_attribute() const;
+  std::string as_xml_attribute(std::string value) const;
 
  private:
   std::string name_;
@@ -102,6 +106,9 @@ class TRIGLUB_API ElementGroup {
   // Evaluates every attribute and element line that is not ignored (elements: nor a plain group) at the handle's
   // record.
   void updateFromDatabase(Dbptr db);
+  // The attribute line at `i`, which must be below attribute_count().
+  const ElementDescription& attribute(std::size_t i) const;
+  std::size_t attribute_count() const;
   // Each attribute's text and a blank behind it.
   std::string attribs_as_xml() const;
   // The group as lines of text, for diagnostics.

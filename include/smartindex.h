@@ -8,13 +8,18 @@
 #define TRIGLUB_SMARTINDEX_H
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/database.h"
 #include "platform/export.h"
 
-// A set of record numbers of one view, as a flag a record, with its borders kept beside. Position i stands for
+// A set of record numbers of one view, seen as a flag a record, with its borders kept beside. Position i stands for
 // record i. A value type: copies are independent of each other.
+//
+// Inside, the selected positions are held as runs. Records that belong together lie together in the views that are
+// walked, so a set has few runs, and copying or narrowing one costs no more than it has, however many records the view
+// has.
 //
 // The borders are the lowest and highest selected position, both size() when nothing is selected: exactly so after a
 // constructor from flags, reset_borders, limit_to and remove; the (n, value) constructor and set() keep them
@@ -25,6 +30,8 @@ class TRIGLUB_API SmartIndex {
   // false: both n.
   SmartIndex(unsigned long n, bool value);
   explicit SmartIndex(std::vector<bool> flags);
+  // n flags, true from `begin` to before `end` (cut at n), the borders exact.
+  static SmartIndex of_range(unsigned long n, unsigned long begin, unsigned long end);
 
   SmartIndex(const SmartIndex& other);
   SmartIndex& operator=(const SmartIndex& other);
@@ -61,11 +68,25 @@ class TRIGLUB_API SmartIndex {
   void reset_first();    // the lower border from the flags
   void reset_borders();  // both borders from the flags
 
+  // The selected positions as runs, ascending: from first to before second.
+  std::vector<std::pair<unsigned long, unsigned long>> runs() const;
+
   // "([0110],1,2)": the flags, the lower and the upper border.
   std::string as_string() const;
 
  private:
-  std::vector<bool> flags_;
+  // Selected positions from begin to before end.
+  struct Run {
+    unsigned long begin;
+    unsigned long end;
+  };
+  using Runs = std::vector<Run>;
+
+  bool is_selected(unsigned long i) const;
+  Runs::const_iterator run_after(unsigned long i) const;
+
+  unsigned long size_;
+  Runs runs_;  // ascending, neither empty nor touching each other
   unsigned long first_;
   unsigned long last_;
 };

@@ -45,8 +45,5 @@ SmartIndex pseudo_subset(Dbptr db, std::string expression, SmartIndex index) {
   // Everything between the two matches, unseen: the view is sorted so that a category's records lie together, and two
   // searches cost less than a look at every record. The last match may lie before the first: then there is none within
   // the index, only around it.
-  const std::int64_t end = std::min(hi + 1, static_cast<std::int64_t>(index.size()));
-  std::vector<bool> flags(index.size(), false);
-  if (lo < end) std::fill(flags.begin() + lo, flags.begin() + end, true);
-  return SmartIndex(std::move(flags));
+  return SmartIndex::of_range(index.size(), static_cast<unsigned long>(lo), static_cast<unsigned long>(hi + 1));
 }

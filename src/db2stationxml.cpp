@@ -2,6 +2,7 @@
 #include "db2stationxml.h"
 
 #include <stdexcept>
+#include <unordered_map>
 
 #include "conversion.h"
 #include "dbhelper.h"
@@ -24,6 +25,9 @@ constexpr unsigned int RESPONSE_LEVEL = 0x40;
 std::string final_element_name;
 
 Pf* latest_parameters = nullptr;
+
+// The groups of its tree that were met so far. A node is written for every channel epoch; its lines are parsed once.
+std::unordered_map<std::string, ElementGroup> definitions;
 
 // The name of the root group; null when the parameter file has none.
 const char* root_of(Pf* pf) { return pfget_string(pf, "root_node"); }
@@ -53,6 +57,12 @@ void prepare_responses(Dbptr view) {
 }  // namespace
 
 Pf* triglub::conversion_parameters() { return latest_parameters; }
+
+const ElementGroup& triglub::group_definition(const std::string& name) {
+  const auto known = definitions.find(name);
+  if (known != definitions.end()) return known->second;
+  return definitions.emplace(name, ElementGroup(latest_parameters, name)).first->second;
+}
 
 bool triglub::is_cut(const ElementGroup& group) { return group.name() == final_element_name; }
 
@@ -88,6 +98,7 @@ Dbptr prepare_conversion(Dbptr db, Pf* pf, rbtree* subset, unsigned int flags) {
   show_func("db2stationxml");
   if (pf == nullptr) elog_die(0, "No parameter file specified");
   latest_parameters = pf;
+  definitions.clear();
   date_formats_init(pf);
   if (info_level()) {
     const char* root = root_of(pf);

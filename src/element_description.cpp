@@ -39,19 +39,23 @@ bool ElementDescription::is_numeric_group() const { return type_ == "CATEGORIZED
 bool ElementDescription::is_stage() const { return type_ == "STAGE"; }
 bool ElementDescription::is_count() const { return type_ == "count"; }
 
-void ElementDescription::evaluate(Dbptr db) {
+std::string ElementDescription::evaluated(Dbptr db) const {
   if (is_group()) throw std::logic_error("Cannot evaluate groups in ElementDescription::evaluate. (yet?)");
-  if (is_ignored() || value_.empty() || type_ == "text" || is_count()) return;
-  value_ = eval_as_type(db, value_.c_str(), type_);
+  if (is_ignored() || value_.empty() || type_ == "text" || is_count()) return value_;
+  return eval_as_type(db, value_.c_str(), type_);
 }
+
+void ElementDescription::evaluate(Dbptr db) { value_ = evaluated(db); }
 
 std::string ElementDescription::as_string() const { return name_ + "   " + flag_ + " " + type_ + "   " + value_; }
 
-std::string ElementDescription::as_xml_attribute() const {
+std::string ElementDescription::as_xml_attribute() const { return as_xml_attribute(value_); }
+
+std::string ElementDescription::as_xml_attribute(std::string value) const {
   // An empty value is written too, required or not: an attribute that is asked for is never silently missing.
   if (is_ignored()) return "";
   static const XmlAttribute attribute;
-  return attribute.get(name_, value_);
+  return attribute.get(name_, std::move(value));
 }
 
 std::vector<ElementDescription> Tbl2ElementDescription(Tbl* list) {

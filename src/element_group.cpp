@@ -44,6 +44,10 @@ const ElementDescription& ElementGroup::operator[](std::size_t i) const { return
 
 std::size_t ElementGroup::element_count() const { return elements_.size(); }
 
+const ElementDescription& ElementGroup::attribute(std::size_t i) const { return attributes_[i]; }
+
+std::size_t ElementGroup::attribute_count() const { return attributes_.size(); }
+
 int ElementGroup::find_element(std::string name) const {
   const auto found = std::find_if(elements_.begin(), elements_.end(),
                                   [&](const ElementDescription& line) { return line.name() == name; });

@@ -4,6 +4,8 @@
 // groups are written over the same records, categorized groups once for each category over that category's records.
 #include <ostream>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "conversion.h"
 #include "db2stationxml.h"
@@ -18,17 +20,19 @@ namespace {
 // describe. Kept beyond the channel and the conversion: only a channel sets it.
 bool samplerate_is_zero = false;
 
-// One node in the making: its group, evaluated, and its records.
+// One node in the making: its group, what its lines evaluate to, and its records.
 struct Node {
   Dbptr db;  // at the first record
   const ElementGroup& group;
+  const std::vector<std::string>& values;  // by element line
   const SmartIndex& index;
   const GroupLineWriter* group_lines = nullptr;  // who writes the node's group lines instead; null: this writer
 };
 
-void note_samplerate(const ElementGroup& group) {
+void note_samplerate(const ElementGroup& group, const std::vector<std::string>& values) {
   if (group.name() != "Channel") return;
-  samplerate_is_zero = group.value_of_element("SampleRate", "0") == "0";
+  const int line = group.find_element("SampleRate");
+  samplerate_is_zero = line < 0 || values[static_cast<std::size_t>(line)] == "0";
 }
 
 void write_tag(std::ostream& out, const std::string& tag) {
@@ -44,10 +48,13 @@ void write_count(std::ostream& out, const Node& node, const ElementDescription& 
   write_leaf(out, line, std::to_string(get_categories(node.db, line, node.index).size()));
 }
 
+void create_node(std::ostream& out, Dbptr db, const ElementGroup& group, const SmartIndex& index,
+                 const GroupLineWriter* group_lines);
+
 void write_group(std::ostream& out, const Node& node, const ElementDescription& line) {
   if (samplerate_is_zero && node.group.name() == "Channel" && line.name() == "response_group") return;
-  ElementGroup child(triglub::conversion_parameters(), line.name());
-  if (!triglub::is_cut(child)) xml_create_node(out, node.db, std::move(child), node.index);
+  const ElementGroup& child = triglub::group_definition(line.name());
+  if (!triglub::is_cut(child)) create_node(out, node.db, child, node.index, nullptr);
 }
 
 // Null is the only value: the records have no such category.
@@ -56,7 +63,7 @@ bool is_only_null(const std::vector<std::string>& categories) {
 }
 
 void write_categories(std::ostream& out, const Node& node, const ElementDescription& line) {
-  const ElementGroup child(triglub::conversion_parameters(), line.name());
+  const ElementGroup& child = triglub::group_definition(line.name());
   if (triglub::is_cut(child)) return;
   const std::vector<std::string> categories = get_categories(node.db, line, node.index);
   if (info_level()) elog_debug(0, "%s", as_string(categories, "Categorized Group:").c_str());
@@ -69,7 +76,7 @@ void write_categories(std::ostream& out, const Node& node, const ElementDescript
     SmartIndex current = pseudo_subset(node.db, line.value() + " =~ /" + category + "/", remaining);
     current.limit_to(remaining);
     remaining.remove(current);
-    xml_create_node(out, node.db, child, std::move(current));
+    create_node(out, node.db, child, current, nullptr);
   }
 }
 
@@ -90,15 +97,42 @@ void write_group_line(std::ostream& out, const Node& node, const ElementDescript
   write_categories(out, node, line);
 }
 
-void write_line(std::ostream& out, const Node& node, const ElementDescription& line) {
+void write_line(std::ostream& out, const Node& node, std::size_t i) {
+  const ElementDescription& line = node.group[i];
   if (line.is_ignored()) return;
   if (line.is_categorized_group() || line.is_group()) return write_group_line(out, node, line);
   if (line.is_stage()) return write_stage(out, node);
   if (line.is_count()) return write_count(out, node, line);
-  write_leaf(out, line, line.value());
+  write_leaf(out, line, node.values[i]);
 }
 
-void create_node(std::ostream& out, Dbptr db, ElementGroup group, const SmartIndex& index,
+std::vector<std::string> attribute_values(Dbptr db, const ElementGroup& group) {
+  std::vector<std::string> values(group.attribute_count());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (!group.attribute(i).is_ignored()) values[i] = group.attribute(i).evaluated(db);
+  }
+  return values;
+}
+
+std::vector<std::string> element_values(Dbptr db, const ElementGroup& group) {
+  std::vector<std::string> values(group.element_count());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    // A line that is ignored has the value that stands in the file; the sample rate is looked up whether ignored or
+    // not.
+    values[i] = group[i].is_ignored() || group[i].is_group() ? group[i].value() : group[i].evaluated(db);
+  }
+  return values;
+}
+
+// As ElementGroup::attribs_as_xml, of values that are kept beside the group.
+std::string attributes_text(const ElementGroup& group, std::vector<std::string> values) {
+  std::string text;
+  for (std::size_t i = 0; i < values.size(); ++i)
+    text += group.attribute(i).as_xml_attribute(std::move(values[i])) + " ";
+  return text;
+}
+
+void create_node(std::ostream& out, Dbptr db, const ElementGroup& group, const SmartIndex& index,
                  const GroupLineWriter* group_lines) {
   show_func("xml_create_node");
   db.record = static_cast<std::int64_t>(index.first());
@@ -106,12 +140,13 @@ void create_node(std::ostream& out, Dbptr db, ElementGroup group, const SmartInd
   if (++xml_depth > MAX_NODE_DEPTH) {
     elog_die(0, "Exceeded maximum node level. Group recursion in parameter file?");
   }
-  group.updateFromDatabase(db);
-  const ElementTag tag(group.name(), group.attribs_as_xml());
-  note_samplerate(group);
+  std::vector<std::string> attributes = attribute_values(db, group);
+  const std::vector<std::string> values = element_values(db, group);
+  const ElementTag tag(group.name(), attributes_text(group, std::move(attributes)));
+  note_samplerate(group, values);
   write_tag(out, tag.open_tag());
-  const Node node{db, group, index, group_lines};
-  for (std::size_t i = 0; i < group.element_count(); ++i) write_line(out, node, group[i]);
+  const Node node{db, group, values, index, group_lines};
+  for (std::size_t i = 0; i < group.element_count(); ++i) write_line(out, node, i);
   write_tag(out, tag.close_tag());
   --xml_depth;
 }
@@ -119,17 +154,17 @@ void create_node(std::ostream& out, Dbptr db, ElementGroup group, const SmartInd
 }  // namespace
 
 void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index) {
-  create_node(out, db, std::move(group), index, nullptr);
+  create_node(out, db, group, index, nullptr);
 }
 
 void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index,
                      const GroupLineWriter& write_group_line) {
-  create_node(out, db, std::move(group), index, &write_group_line);
+  create_node(out, db, group, index, &write_group_line);
 }
 
 void xml_create_group_line(std::ostream& out, Dbptr db, const ElementGroup& group, const ElementDescription& line,
                            const SmartIndex& index) {
   db.record = static_cast<std::int64_t>(index.first());
   if (db.record == db_nrecs(db)) return;
-  write_line(out, {db, group, index}, line);
+  write_group_line(out, {db, group, {}, index}, line);
 }

@@ -3,6 +3,7 @@
 #define TRIGLUB_DATABASE_COMPILE_H
 
 #include <memory>
+#include <optional>
 
 #include "database/database.h"
 
@@ -22,6 +23,9 @@ class CodeCondition {
   // True for texts that satisfy the condition.
   bool decide(std::uint32_t code);
   std::uint32_t code_count() const { return codes_.code_count(); }
+  // When the condition is FIELD =~ /text/ without anything special in it: that text's code, if the field has it.
+  bool has_one_text() const { return match_.matcher->literal() != nullptr && !match_.negated; }
+  std::optional<std::uint32_t> only_code() const { return codes_.find(*match_.matcher->literal()); }
   std::size_t field() const { return static_cast<std::size_t>(match_.field); }
 
  private:

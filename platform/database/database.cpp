@@ -16,6 +16,14 @@ std::vector<std::unique_ptr<Database>>& open_databases() {
   return databases;
 }
 
+bool are_all(const std::vector<std::uint32_t>& records, const View& view) {
+  if (records.size() != view.record_count()) return false;
+  for (std::uint32_t i = 0; i < view.record_count(); ++i) {
+    if (records[i] != i) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 Database::Database(Source source, std::int64_t id) : source_(std::move(source)), id_(id) {
@@ -59,8 +67,22 @@ const View* Database::view(std::int64_t number) const {
   return views_[static_cast<std::size_t>(number)].get();
 }
 
+bool Database::is_kept(std::int64_t view) const {
+  return (view >= 0 && static_cast<std::size_t>(view) < tables_.size()) || kept_.contains(view);
+}
+
+std::int64_t Database::kept_join(std::int64_t view, const std::string& step) const {
+  const auto entry = kept_joins_.find({view, step});
+  return entry == kept_joins_.end() ? dbINVALID : entry->second;
+}
+
+void Database::keep_join(std::int64_t view, const std::string& step, std::int64_t result) {
+  kept_joins_[{view, step}] = result;
+  kept_.insert(result);
+}
+
 void Database::release_view(std::int64_t number) {
-  if (view(number) == nullptr || static_cast<std::size_t>(number) < tables_.size()) return;
+  if (view(number) == nullptr || is_kept(number)) return;
   views_[static_cast<std::size_t>(number)] = nullptr;
   std::erase_if(view_by_name_, [number](const auto& entry) { return entry.second == number; });
 }
@@ -89,7 +111,11 @@ Dbptr result_view(Database& database, std::vector<ViewTable> tables, std::uint32
 }
 
 Dbptr selected_records(Database& database, const View& view, const std::vector<std::uint32_t>& records,
-                       std::string operation, const char* name) {
+                       const std::string& operation, const char* name) {
+  const auto count = static_cast<std::uint32_t>(records.size());
+  std::string operations = view.operations() + "\n" + operation;
+  // All records in their order, as a sort of what is sorted gives them: the row numbers are shared.
+  if (are_all(records, view)) return result_view(database, view.tables(), count, std::move(operations), name);
   std::vector<ViewTable> tables;
   for (std::size_t t = 0; t < view.tables().size(); ++t) {
     auto rows = std::make_shared<std::vector<std::uint32_t>>();
@@ -97,8 +123,7 @@ Dbptr selected_records(Database& database, const View& view, const std::vector<s
     for (const std::uint32_t record : records) rows->push_back(view.row(t, record));
     tables.push_back({view.tables()[t].table, std::move(rows)});
   }
-  return result_view(database, std::move(tables), static_cast<std::uint32_t>(records.size()),
-                     view.operations() + "\n" + operation, name);
+  return result_view(database, std::move(tables), count, std::move(operations), name);
 }
 
 Dbptr view_of_records(Dbptr view, const std::vector<std::uint32_t>& records, const char* name) {
@@ -129,7 +154,8 @@ std::vector<std::uint32_t> base_rows(Dbptr view, const char* table) {
 
 std::string table_path(Dbptr db, const char* table) {
   const Database* database = database_of(db);
-  return database == nullptr ? "" : database->source().table_file(table);
+  if (database == nullptr || database->source().schema()->find(table) < 0) return "";
+  return database->source().table_file(table);
 }
 
 std::vector<std::string> table_names(Dbptr db) {

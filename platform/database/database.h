@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,7 +30,15 @@ class Database {
   std::int64_t add_view(std::unique_ptr<View> view, const char* name);
   // Null for a number of no view.
   const View* view(std::int64_t number) const;
+  // Frees a view that is not kept.
   void release_view(std::int64_t number);
+
+  // Views that are kept for as long as the database: base tables, and joins of kept views that step lists asked for.
+  // The tables do not change, so the next step list that begins alike need not join them again.
+  bool is_kept(std::int64_t view) const;
+  // The view that a step made of a kept view before; dbINVALID when it was not asked for yet.
+  std::int64_t kept_join(std::int64_t view, const std::string& step) const;
+  void keep_join(std::int64_t view, const std::string& step, std::int64_t result);
 
  private:
   std::int64_t load_table(std::size_t index);
@@ -40,6 +49,8 @@ class Database {
   std::vector<bool> refused_;                   // by number in the schema
   std::vector<std::unique_ptr<View>> views_;    // the schema's tables first
   std::map<std::string, std::int64_t, std::less<>> view_by_name_;
+  std::map<std::pair<std::int64_t, std::string>, std::int64_t> kept_joins_;  // by view and step
+  std::set<std::int64_t> kept_;
 };
 
 // The open database of a handle, its view, and the handle of a view; null and all dbINVALID where there is none.
@@ -56,7 +67,7 @@ Dbptr result_view(Database& database, std::vector<ViewTable> tables, std::uint32
                   const char* name);
 // A view of chosen records of a view.
 Dbptr selected_records(Database& database, const View& view, const std::vector<std::uint32_t>& records,
-                       std::string operation, const char* name);
+                       const std::string& operation, const char* name);
 
 }  // namespace triglub
 

@@ -24,12 +24,12 @@ namespace {
 
 // The view's compiled form of a text; null after a complaint.
 Expression* compiled_for(const View& view, const char* text, int type) {
-  const std::string key = std::to_string(type) + text;
-  const auto known = view.compiled().find(key);
-  if (known != view.compiled().end()) return known->second.get();
+  View::CompiledByText& compiled = view.compiled(type);
+  const auto known = compiled.find(std::string_view(text));
+  if (known != compiled.end()) return known->second.get();
   auto made = compile_expression(view, text, type);
   if (made == nullptr) return nullptr;
-  return view.compiled().emplace(key, std::move(made)).first->second.get();
+  return compiled.emplace(text, std::move(made)).first->second.get();
 }
 
 char* new_text(const std::string& text) {

@@ -19,6 +19,8 @@ std::uint32_t RecordCodes::operator[](std::uint32_t record) const {
 
 std::string_view RecordCodes::text(std::uint32_t code) const { return (*dictionary_)[code]; }
 
+std::optional<std::uint32_t> RecordCodes::find(std::string_view text) const { return dictionary_->find(text); }
+
 std::uint32_t RecordCodes::code_count() const { return dictionary_->size(); }
 
 void FieldRuns::build(const View& view, const ViewField& field) {
@@ -54,6 +56,14 @@ std::int64_t FieldRuns::at_or_before(std::uint32_t code, std::int64_t record) co
   const auto end = runs_.begin() + first_[code + 1];
   const auto run = std::partition_point(begin, end, [&](const Run& r) { return r.begin <= record; });
   return run == begin ? NONE : std::min<std::int64_t>(record, std::int64_t{(run - 1)->end} - 1);
+}
+
+std::vector<std::uint32_t> FieldRuns::records(std::uint32_t code) const {
+  std::vector<std::uint32_t> records;
+  for (std::uint32_t run = first_[code]; run < first_[code + 1]; ++run) {
+    for (std::uint32_t record = runs_[run].begin; record < runs_[run].end; ++record) records.push_back(record);
+  }
+  return records;
 }
 
 }  // namespace triglub

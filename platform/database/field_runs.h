@@ -4,6 +4,7 @@
 #define TRIGLUB_DATABASE_FIELD_RUNS_H
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,7 @@ class RecordCodes {
   RecordCodes(const View& view, const ViewField& field);
   std::uint32_t operator[](std::uint32_t record) const;
   std::string_view text(std::uint32_t code) const;
+  std::optional<std::uint32_t> find(std::string_view text) const;  // the code of a text that is there
   std::uint32_t code_count() const;
 
  private:
@@ -36,6 +38,8 @@ class FieldRuns {
   // The first record at or after `record` with that code; the last one at or before it. NONE when there is none.
   std::int64_t at_or_after(std::uint32_t code, std::int64_t record) const;
   std::int64_t at_or_before(std::uint32_t code, std::int64_t record) const;
+  // All records with that code, in order.
+  std::vector<std::uint32_t> records(std::uint32_t code) const;
 
  private:
   struct Run {

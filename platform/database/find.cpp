@@ -1,6 +1,9 @@
 // The nearest record at which a condition holds. FIELD =~ /pattern/ is decided by the field's distinct texts: the
 // records near the start are looked at one by one, and when none of them matches, the field's runs tell where the next
-// one is. So a search costs no more than the distance to its result, nor more than a few steps for each matching text.
+// one is. So a search costs no more than the distance to its result, nor more than a few steps for each distinct text;
+// a pattern that only one text matches is looked up.
+#include <algorithm>
+
 #include "database/compile.h"
 
 namespace triglub {
@@ -28,12 +31,21 @@ std::int64_t walk(const Walk& walk, std::int64_t limit, Condition holds) {
   return NO_MATCH;
 }
 
+std::int64_t nearest_of_code(const FieldRuns& runs, std::uint32_t code, const Walk& walk) {
+  const std::int64_t found = walk.step > 0 ? runs.at_or_after(code, walk.from) : runs.at_or_before(code, walk.from);
+  return found == FieldRuns::NONE ? NO_MATCH : found;
+}
+
 std::int64_t nearest_in_runs(const FieldRuns& runs, CodeCondition& condition, const Walk& walk) {
+  if (condition.has_one_text()) {
+    const auto code = condition.only_code();
+    return code ? nearest_of_code(runs, *code, walk) : NO_MATCH;
+  }
   std::int64_t best = NO_MATCH;
   for (std::uint32_t code = 0; code < condition.code_count(); ++code) {
     if (!condition.decide(code)) continue;
-    const std::int64_t found = walk.step > 0 ? runs.at_or_after(code, walk.from) : runs.at_or_before(code, walk.from);
-    if (found == FieldRuns::NONE) continue;
+    const std::int64_t found = nearest_of_code(runs, code, walk);
+    if (found == NO_MATCH) continue;
     if (best == NO_MATCH || (best - found) * walk.step > 0) best = found;
   }
   return best;
@@ -65,12 +77,8 @@ std::int64_t dbfind(Dbptr db, const char* expression, int direction, Expression*
   if (*hook == nullptr) *hook = compile_expression(*view, expression, dbINTEGER).release();
   if (*hook == nullptr) return DOES_NOT_COMPILE;
   const auto records = static_cast<std::int64_t>(view->record_count());
-  Walk way{};
-  if (direction == 0) {
-    way = {std::max<std::int64_t>(db.record + 1, 0), 1, records};
-  } else {
-    way = {std::min(db.record - 1, records - 1), -1, -1};
-  }
+  const std::int64_t start = std::clamp<std::int64_t>(db.record, -1, records);
+  const Walk way = direction == 0 ? Walk{start + 1, 1, records} : Walk{start - 1, -1, -1};
   if (way.left() <= 0) return NO_MATCH;
   return (*hook)->compiled->field_match() ? find_by_codes(*view, **hook, way) : find_by_evaluation(*view, **hook, way);
 }

@@ -2,6 +2,7 @@
 // Nothing is guessed: a row that does not fit makes the table refuse to load, after the faults have been named.
 #include "database/flat_file.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "database/number.h"
@@ -44,6 +45,13 @@ const char* expected(const FieldSchema& field) {
 
 bool is_load_date(const FieldSchema& field) { return field.name == "lddate"; }
 
+// Load dates were once written as "yy-mm-dd hh:mm:ss".
+bool has_older_form(std::string_view text) {
+  constexpr std::string_view FORM = "99-99-99 99:99:99";
+  const auto fits = [](char form, char c) { return form == '9' ? '0' <= c && c <= '9' : c == form; };
+  return std::equal(FORM.begin(), FORM.end(), text.begin(), text.end(), fits);
+}
+
 }  // namespace
 
 class FlatFileLoader {
@@ -59,11 +67,10 @@ class FlatFileLoader {
     }
     table_.path_ = path_;
     read_lines(table_.file_->bytes());
-    if (faults_ > MAX_COMPLAINTS) {
-      elog_complain(0, "%s: %llu faults in all, the first %llu are named", path_.c_str(),
-                    static_cast<unsigned long long>(faults_), static_cast<unsigned long long>(MAX_COMPLAINTS));
+    if (faults_ > 0) {
+      elog_complain(0, "%s: table %s is not loaded: %llu fault%s", path_.c_str(), schema_.name.c_str(),
+                    static_cast<unsigned long long>(faults_), faults_ == 1 ? "" : "s");
     }
-    if (faults_ > 0) elog_complain(0, "%s: table %s is not loaded", path_.c_str(), schema_.name.c_str());
     return faults_ == 0;
   }
 
@@ -161,6 +168,7 @@ class FlatFileLoader {
   }
 
   static void read_text(std::string_view text, Column* column) {
+    text = trimmed(text);  // of tabs and the like
     if (text.empty()) {
       column->codes.push_back(0);
       return;
@@ -183,8 +191,8 @@ class FlatFileLoader {
   void read_real(std::string_view text, const FieldSchema& field, Column* column) {
     double value = field.null_real;
     if (!text.empty() && !parse_real(text, &value)) {
-      // Load dates were once written as "yy-mm-dd hh:mm:ss".
-      if (!is_load_date(field) || is_epoch_string(std::string(text).c_str(), &value) == 0) complain_of(field, text);
+      const bool is_older_form = is_load_date(field) && has_older_form(text);
+      if (!is_older_form || is_epoch_string(std::string(text).c_str(), &value) == 0) complain_of(field, text);
     }
     column->reals.push_back(value);
   }

@@ -1,6 +1,7 @@
 // Joins a base table to a view. The equal fields go through a hash index of the table, which the table keeps for the
-// next join on the same fields; ranges of validity and the fields that null lifts are then tested pair by pair. Rows
-// come in the view's order, and for each record in the table's.
+// next join on the same fields; ranges of validity and the fields that null lifts are then tested pair by pair. Where
+// null may lift every equal field, the first of them is looked up in the index all the same: its own value's rows and
+// the null's are what can match. Rows come in the first view's order, and for each record in the second's.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -26,13 +27,28 @@ class WordSource {
 
   JoinColumn column() const { return {pair_.table_field, as_real_}; }
 
+  // The word of the table's null.
+  JoinWord null_word(const Table& table) const {
+    const FieldSchema& field = table.schema().fields[pair_.table_field];
+    switch (field.storage()) {
+      case Storage::text:
+        return 0;
+      case Storage::integer:
+        if (as_real_) return real_word(static_cast<double>(field.null_integer));
+        return static_cast<JoinWord>(field.null_integer);
+      case Storage::real:
+        return real_word(field.null_real);
+    }
+    return 0;
+  }
+
   // False when no row of the table can be equal.
   bool word(std::uint32_t record, JoinWord* word) const {
     const ViewField& field = pair_.view_field;
     switch (storage_) {
       case Storage::text: {
         const std::uint32_t row = view_.row(field.table, record);
-        *word = codes_[row == NO_ROW ? 0 : (*view_codes_)[row]];
+        *word = (*codes_)[row == NO_ROW ? 0 : (*view_codes_)[row]];
         return *word != NO_CODE;
       }
       case Storage::integer: {
@@ -48,16 +64,10 @@ class WordSource {
   }
 
  private:
-  static constexpr std::uint32_t NO_CODE = 0xFFFFFFFFu;
-
   // The table's code of each of the view's texts.
   void translate(const Column& mine, const Table& table) {
-    const Dictionary& theirs = table.column(pair_.table_field).dictionary;
     view_codes_ = &mine.codes;
-    codes_.reserve(mine.dictionary.size());
-    for (std::uint32_t code = 0; code < mine.dictionary.size(); ++code) {
-      codes_.push_back(theirs.find(mine.dictionary[code]).value_or(NO_CODE));
-    }
+    codes_ = &table.translation(mine.dictionary, pair_.table_field);
   }
 
   const View& view_;
@@ -65,7 +75,7 @@ class WordSource {
   Storage storage_;
   bool as_real_;
   const std::vector<std::uint32_t>* view_codes_ = nullptr;
-  std::vector<std::uint32_t> codes_;
+  const std::vector<std::uint32_t>* codes_ = nullptr;
 };
 
 class Joiner {
@@ -77,48 +87,71 @@ class Joiner {
       strict_.push_back(sources_.size() - 1);
       columns_.push_back(sources_.back().column());
     }
+    by_lifted_field_ = strict_.empty() && !sources_.empty();
+    if (by_lifted_field_) columns_.push_back(sources_.front().column());
     index_ = &table.join_index(columns_);
     words_.resize(columns_.size());
   }
 
   // Appends the rows that match a record to `rows`, in table order.
   void match(std::uint32_t record, std::vector<std::uint32_t>* rows) {
+    if (by_lifted_field_) {
+      match_by_lifted_field(record, rows);
+      return;
+    }
     for (std::size_t i = 0; i < strict_.size(); ++i) {
       if (!sources_[strict_[i]].word(record, &words_[i])) return;
     }
-    std::uint32_t row = table_.row_count() == 0 ? NO_ROW : index_->first(table_, columns_, words_.data());
+    std::uint32_t row = first_row();
     if (row == NO_ROW) return;
     load_ranges(record);
-    for (; row != NO_ROW; row = index_->next(row)) {
-      if (lifted_fields_agree(record, row) && ranges_overlap(row)) rows->push_back(row);
-    }
+    for (; row != NO_ROW; row = index_->next(row)) test(record, row, rows);
   }
 
  private:
-  void load_ranges(std::uint32_t record) {
-    view_ranges_.clear();
-    for (const RangePair& pair : plan_.ranges) {
-      view_ranges_.push_back({range_begin(view_.schema_of(pair.view_begin), view_.number(pair.view_begin, record),
-                                          view_.is_null(pair.view_begin, record), pair.unit),
-                              range_end(view_.schema_of(pair.view_end), view_.number(pair.view_end, record),
-                                        view_.is_null(pair.view_end, record), pair.unit)});
+  // The first row whose columns are words_.
+  std::uint32_t first_row() const { return index_->first(table_, columns_, words_.data()); }
+
+  void test(std::uint32_t record, std::uint32_t row, std::vector<std::uint32_t>* rows) const {
+    if (lifted_fields_agree(record, row) && ranges_overlap(row)) rows->push_back(row);
+  }
+
+  void match_by_lifted_field(std::uint32_t record, std::vector<std::uint32_t>* rows) {
+    load_ranges(record);
+    if (view_.is_null(plan_.equal.front().view_field, record)) {
+      for (std::uint32_t row = 0; row < table_.row_count(); ++row) test(record, row, rows);
+      return;
+    }
+    std::uint32_t same = sources_.front().word(record, words_.data()) ? first_row() : NO_ROW;
+    words_.front() = sources_.front().null_word(table_);
+    std::uint32_t null = first_row();
+    if (same == null) null = NO_ROW;  // neither, or a value that is the table's null
+    while (same != NO_ROW || null != NO_ROW) {
+      std::uint32_t& next = same < null ? same : null;  // NO_ROW comes after every row
+      test(record, next, rows);
+      next = index_->next(next);
     }
   }
 
-  double table_number(std::size_t field, std::uint32_t row) const {
-    if (table_.schema().fields[field].storage() == Storage::integer) {
-      return static_cast<double>(table_.integer(field, row));
+  void load_ranges(std::uint32_t record) {
+    view_ranges_.clear();
+    for (const RangePair& pair : plan_.ranges) {
+      view_ranges_.push_back(make_range(view_end(pair.view_begin, record), view_end(pair.view_end, record), pair.unit));
     }
-    return table_.real(field, row);
+  }
+
+  RangeEnd view_end(const ViewField& field, std::uint32_t record) const {
+    return {view_.schema_of(field).type, view_.number(field, record), view_.is_null(field, record)};
+  }
+
+  RangeEnd table_end(std::size_t field, std::uint32_t row) const {
+    return {table_.schema().fields[field].type, table_.number(field, row), table_.is_null(field, row)};
   }
 
   bool ranges_overlap(std::uint32_t row) const {
     for (std::size_t i = 0; i < plan_.ranges.size(); ++i) {
       const RangePair& pair = plan_.ranges[i];
-      const Range range{range_begin(table_.schema().fields[pair.table_begin], table_number(pair.table_begin, row),
-                                    table_.is_null(pair.table_begin, row), pair.unit),
-                        range_end(table_.schema().fields[pair.table_end], table_number(pair.table_end, row),
-                                  table_.is_null(pair.table_end, row), pair.unit)};
+      const Range range = make_range(table_end(pair.table_begin, row), table_end(pair.table_end, row), pair.unit);
       if (!overlap(view_ranges_[i], range)) return false;
     }
     return true;
@@ -140,7 +173,8 @@ class Joiner {
   std::vector<WordSource> sources_;   // one an equal pair
   std::vector<std::size_t> strict_;   // the sources whose fields always restrict
   std::vector<JoinColumn> columns_;   // their columns
-  const JoinIndex* index_ = nullptr;  // over those
+  bool by_lifted_field_ = false;      // there are none, and the index is over the first field that null lifts
+  const JoinIndex* index_ = nullptr;  // over the columns
   std::vector<JoinWord> words_;
   std::vector<Range> view_ranges_;  // of the present record
 };
@@ -151,22 +185,54 @@ struct Pairs {
   std::vector<std::uint32_t> rows;
 };
 
-// `kept` are the rows that the second view has, by row number; null when it has all.
-Pairs matching_pairs(const View& view, const Table& table, const JoinPlan& plan, const std::vector<bool>* kept,
-                     bool outer) {
-  Joiner joiner(view, table, plan);
+// The records of a view of one table, by the table's rows: a view may leave rows out, repeat them and have an order of
+// its own.
+class RecordsOfRows {
+ public:
+  explicit RecordsOfRows(const View& view) : view_(view), is_base_(view.tables()[0].rows == nullptr) {
+    if (is_base_) return;
+    first_.assign(std::size_t{view.tables()[0].table->row_count()} + 1, 0);
+    for (std::uint32_t r = 0; r < view.record_count(); ++r) ++first_[view.row(0, r) + 1];
+    for (std::size_t row = 1; row < first_.size(); ++row) first_[row] += first_[row - 1];
+    records_.resize(view.record_count());
+    std::vector<std::uint32_t> next(first_.begin(), first_.end() - 1);
+    for (std::uint32_t r = 0; r < view.record_count(); ++r) records_[next[view.row(0, r)]++] = r;
+  }
+
+  // Puts the rows from `from` on into the view's order, each as often as the view has it.
+  void arrange(std::vector<std::uint32_t>* rows, std::size_t from) {
+    if (is_base_) return;
+    found_.clear();
+    for (std::size_t i = from; i < rows->size(); ++i) {
+      const std::uint32_t row = (*rows)[i];
+      found_.insert(found_.end(), records_.begin() + first_[row], records_.begin() + first_[row + 1]);
+    }
+    std::sort(found_.begin(), found_.end());
+    rows->resize(from);
+    for (const std::uint32_t record : found_) rows->push_back(view_.row(0, record));
+  }
+
+ private:
+  const View& view_;
+  bool is_base_;                        // record i is row i
+  std::vector<std::uint32_t> first_;    // by row: where its records begin; one entry more at the end
+  std::vector<std::uint32_t> records_;  // by row
+  std::vector<std::uint32_t> found_;
+};
+
+// Nothing when there are more than a view can have.
+std::optional<Pairs> matching_pairs(const View& view, const View& other, const JoinPlan& plan, bool outer) {
+  Joiner joiner(view, *other.tables()[0].table, plan);
+  RecordsOfRows second(other);
   Pairs pairs;
   pairs.records.reserve(view.record_count());
   pairs.rows.reserve(view.record_count());
   for (std::uint32_t record = 0; record < view.record_count(); ++record) {
     const std::size_t before = pairs.rows.size();
     joiner.match(record, &pairs.rows);
-    if (kept != nullptr) {
-      const auto from = pairs.rows.begin() + static_cast<std::ptrdiff_t>(before);
-      pairs.rows.erase(std::remove_if(from, pairs.rows.end(), [&](std::uint32_t row) { return !(*kept)[row]; }),
-                       pairs.rows.end());
-    }
+    second.arrange(&pairs.rows, before);
     if (outer && pairs.rows.size() == before) pairs.rows.push_back(NO_ROW);
+    if (pairs.rows.size() > MAX_ROWS) return std::nullopt;
     pairs.records.resize(pairs.rows.size(), record);
   }
   return pairs;
@@ -197,18 +263,6 @@ void report_keys(const JoinPlan& plan, Tbl** joined_on) {
   for (const std::string& key : plan.keys) pushtbl(*joined_on, strdup(key.c_str()));
 }
 
-// Which rows of its table a view has; nothing when it has each once, in order.
-std::vector<bool> rows_of(const View& view) {
-  std::vector<bool> kept;
-  if (view.tables()[0].rows == nullptr) return kept;
-  kept.resize(view.tables()[0].table->row_count(), false);
-  for (std::uint32_t record = 0; record < view.record_count(); ++record) {
-    const std::uint32_t row = view.row(0, record);
-    if (row != NO_ROW) kept[row] = true;
-  }
-  return kept;
-}
-
 Dbptr fail(const char* fault) {
   elog_complain(0, "dbjoin: %s", fault);
   return INVALID_HANDLE;
@@ -230,11 +284,10 @@ Dbptr dbjoin(Dbptr a, Dbptr b, Tbl** keys_a, Tbl** keys_b, int outer, Tbl** join
   const auto plan =
       natural ? plan_natural_join(*view, table.schema()) : plan_named_join(*view, table.schema(), *keys_a, *keys_b);
   if (!plan) return INVALID_HANDLE;
-  const std::vector<bool> kept = rows_of(*other);
-  Pairs pairs = matching_pairs(*view, table, *plan, kept.empty() ? nullptr : &kept, outer != 0);
-  if (pairs.records.size() >= MAX_ROWS) return fail("the result has more records than a view can have");
+  auto pairs = matching_pairs(*view, *other, *plan, outer != 0);
+  if (!pairs) return fail("the result has more records than a view can have");
   report_keys(*plan, joined_on);
-  const auto record_count = static_cast<std::uint32_t>(pairs.records.size());
-  return result_view(*database_of(a), joined_tables(*view, table, std::move(pairs)), record_count,
+  const auto record_count = static_cast<std::uint32_t>(pairs->records.size());
+  return result_view(*database_of(a), joined_tables(*view, table, std::move(*pairs)), record_count,
                      view->operations() + "\n" + operation_text(table, *plan, outer != 0, natural), name);
 }

@@ -113,6 +113,12 @@ bool unknown_key(const std::string& key, const std::string& where) {
   return false;
 }
 
+bool no_range(const KeyField& key, const std::string& where) {
+  elog_complain(0, "dbjoin: '%s::%s' of %s is no range: it needs two dates or two times", key.name.c_str(),
+                key.end.c_str(), where.c_str());
+  return false;
+}
+
 // The part of a qualified name that a table knows: "network.net" of the table network is "net".
 std::string bare_name(const std::string& name, const TableSchema& table) {
   const std::string prefix = table.name + ".";
@@ -127,6 +133,13 @@ bool plan_named_range(const View& view, const TableSchema& table, const KeyField
   const int table_begin = table.find(bare_name(b.name, table));
   const int table_end = table.find(bare_name(b.end, table));
   if (table_begin < 0 || table_end < 0) return unknown_key(b.name + "::" + b.end, "the table " + table.name);
+  if (!can_be_range(view.schema_of(field_at(view, view_begin)), view.schema_of(field_at(view, view_end)))) {
+    return no_range(a, "the view");
+  }
+  if (!can_be_range(table.fields[static_cast<std::size_t>(table_begin)],
+                    table.fields[static_cast<std::size_t>(table_end)])) {
+    return no_range(b, "the table " + table.name);
+  }
   plan->ranges.push_back(
       range_pair(view, field_at(view, view_begin), field_at(view, view_end), table, table_begin, table_end));
   return true;

@@ -36,7 +36,7 @@ Dbptr dblookup(Dbptr db, const char* database, const char* table, const char* fi
   if (view == nullptr) return lost_table(db);
   if (given(field)) {
     db.field = view->find_field(field);
-    if (db.field < 0) return {db.database, db.table, dbINVALID, given(record) ? dbINVALID : db.record};
+    if (db.field < 0) return {db.database, db.table, dbINVALID, dbINVALID};
   }
   if (given(record)) db.record = record_number(record, *view);
   return db;

@@ -11,7 +11,8 @@
 namespace triglub {
 
 std::unique_ptr<MappedFile> MappedFile::open(const std::string& path, std::string* fault) {
-  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // O_NONBLOCK: a pipe is refused below, not waited for.
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (file < 0) {
     *fault = std::strerror(errno);
     return nullptr;

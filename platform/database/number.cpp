@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <string>
@@ -73,7 +74,9 @@ bool parse_real(std::string_view text, double* value) {
   if (end != text.data() + text.size()) return false;
   if (error == std::errc::result_out_of_range) {
     // from_chars does not tell too large from too small; a number too small to tell from zero is still a number.
-    number = std::strtod(std::string(text).c_str(), nullptr);
+    // The decimal point is a point, whatever locale the program runs in.
+    static const locale_t C_LOCALE = newlocale(LC_ALL_MASK, "C", nullptr);
+    number = strtod_l(std::string(text).c_str(), nullptr, C_LOCALE);
   } else if (error != std::errc()) {
     return false;
   }

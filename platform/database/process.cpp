@@ -72,6 +72,17 @@ bool take_flag(std::vector<std::string>* words, const char* flag) {
   return true;
 }
 
+// Where the key of the view ends and that of the table begins: a range has two colons, a pair of keys one (snet:net,
+// ondate::offdate:time::endtime).
+std::size_t single_colon(const std::string& key) {
+  for (std::size_t at = key.find(':'); at != std::string::npos; at = key.find(':', at)) {
+    const std::size_t after = std::min(key.find_first_not_of(':', at), key.size());
+    if (after - at == 1) return at;
+    at = after;
+  }
+  return std::string::npos;
+}
+
 Dbptr join_table(Dbptr db, const Step& step) {
   std::vector<std::string> words = step.words;
   const bool outer = take_flag(&words, "-o");
@@ -81,8 +92,7 @@ Dbptr join_table(Dbptr db, const Step& step) {
   std::vector<std::string> view_keys;
   std::vector<std::string> table_keys;
   for (std::size_t i = 1; i < words.size(); ++i) {
-    // A range key has two colons, a pair of names one: ondate::offdate, snet:net.
-    const std::size_t colon = words[i].find("::") == std::string::npos ? words[i].find(':') : std::string::npos;
+    const std::size_t colon = single_colon(words[i]);
     view_keys.push_back(words[i].substr(0, colon));
     table_keys.push_back(colon == std::string::npos ? words[i] : words[i].substr(colon + 1));
   }
@@ -103,9 +113,31 @@ Dbptr sort_view(Dbptr db, const Step& step) {
   return dbsort(db, keys.get(), unique ? dbSORT_UNIQUE : 0, nullptr);
 }
 
+// The steps that are carried out here; the others are the handler's.
+bool is_operation(const Step& step) {
+  return step.verb == "dbopen" || step.verb == "dbjoin" || step.verb == "dbsubset" || step.verb == "dbsort";
+}
+
+// True for a join with a table of the schema; a named view may come to name another.
+bool joins_base_table(const Database& database, const Step& step) {
+  const std::size_t table = !step.words.empty() && step.words[0] == "-o" ? 1 : 0;
+  return table < step.words.size() && database.source().schema()->find(step.words[table]) >= 0;
+}
+
+// Joins of views that stay are made once for the life of the database.
+Dbptr join_once(Dbptr db, const Step& step) {
+  Database& database = *database_of(db);
+  if (!database.is_kept(db.table) || !joins_base_table(database, step)) return join_table(db, step);
+  const std::int64_t known = database.kept_join(db.table, step.text);
+  if (known >= 0) return handle_of(database, known);
+  const Dbptr joined = join_table(db, step);
+  if (joined.table >= 0) database.keep_join(db.table, step.text, joined.table);
+  return joined;
+}
+
 Dbptr apply(Dbptr db, const Step& step, DbprocessHandler handler) {
   if (step.verb == "dbopen") return open_table(db, step);
-  if (step.verb == "dbjoin") return join_table(db, step);
+  if (step.verb == "dbjoin") return join_once(db, step);
   if (step.verb == "dbsubset") return dbsubset(db, step.rest.c_str(), nullptr);
   if (step.verb == "dbsort") return sort_view(db, step);
   return handler == nullptr ? fail(step, "there is no such operation") : handler(db, step.text.c_str());
@@ -125,7 +157,7 @@ Dbptr dbprocess(Dbptr db, Tbl* steps, DbprocessHandler handler) {
   using namespace triglub;
   if (database_of(db) == nullptr) return INVALID_HANDLE;
   bool verbose = false;
-  std::int64_t made_here = dbINVALID;  // the view of the step before, if a step of this list made it
+  bool made_here = false;  // a step of this list made the present view, which is no base table
   for (long i = 0; i < maxtbl(steps); ++i) {
     const Step step = parse_step(static_cast<const char*>(gettbl(steps, i)));
     if (step.verb == "verbose") {
@@ -133,15 +165,15 @@ Dbptr dbprocess(Dbptr db, Tbl* steps, DbprocessHandler handler) {
       continue;
     }
     const Dbptr view = apply(db, step, handler);
+    // Nobody has a handle of a view in the middle of the list, unless the handler got it.
+    const bool is_own = handler == nullptr || is_operation(step);
+    if (made_here && is_own) release_view(db);
     if (view_of(view) == nullptr) {
       elog_complain(0, "dbprocess: the step '%s' failed", step.text.c_str());
       return INVALID_HANDLE;
     }
     if (verbose) trace(step, view);
-    // Nobody else has a handle of a view in the middle of the list. (release_view leaves base tables alone.)
-    if (view.table != made_here && made_here != dbINVALID) release_view({db.database, made_here, dbALL, dbALL});
-    const bool made = step.verb == "dbjoin" || step.verb == "dbsubset" || step.verb == "dbsort";
-    made_here = made ? view.table : dbINVALID;
+    made_here = is_own && step.verb != "dbopen";
     db = view;
   }
   return db;

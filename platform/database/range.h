@@ -20,9 +20,15 @@ bool overlap(const Range& a, const Range& b);
 // The unit in which two ranges are compared.
 enum class RangeUnit { as_stored, days };
 
-// What a begin or end stands for: its value in the unit, or, when null, the infinity on its side.
-double range_begin(const FieldSchema& field, double value, bool is_null, RangeUnit unit);
-double range_end(const FieldSchema& field, double value, bool is_null, RangeUnit unit);
+// A begin or an end as a row holds it.
+struct RangeEnd {
+  FieldType type;
+  double value;
+  bool is_null;  // the range is open on this side
+};
+
+// The range from one to the other in the unit.
+Range make_range(const RangeEnd& begin, const RangeEnd& end, RangeUnit unit);
 
 }  // namespace triglub
 

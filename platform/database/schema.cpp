@@ -3,11 +3,11 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <set>
 
 #include "database/builtin_schema.h"
 #include "database/number.h"
+#include "parfile/search.h"
 #include "platform/database.h"
 #include "platform/elog.h"
 #include "platform/text.h"
@@ -16,6 +16,7 @@ namespace triglub {
 
 namespace {
 
+constexpr const char* STANDARD = "css3.0";
 constexpr int MAX_FIELD_WIDTH = 1000;  // a value must fit the 1024-byte buffers of dbget
 
 // The next blank-separated word of `rest`, which is advanced; empty at the end.
@@ -72,12 +73,23 @@ std::string parse_field(std::string_view line, FieldSchema* field) {
   return "";
 }
 
-// The first name of the keys that is no field of the table; empty when all are.
-std::string unknown_key_field(const TableSchema& table) {
-  for (const auto* key : {&table.primary, &table.alternate, &table.foreign}) {
-    for (const KeyField& field : *key) {
-      if (table.find(field.name) < 0) return field.name;
-      if (field.is_range() && table.find(field.end) < 0) return field.end;
+// What is wrong with one field of a table's keys; empty when nothing is.
+std::string key_fault(const TableSchema& table, const KeyField& key) {
+  const int begin = table.find(key.name);
+  if (begin < 0) return "the key field '" + key.name + "' is no field of the table";
+  if (!key.is_range()) return "";
+  const int end = table.find(key.end);
+  if (end < 0) return "the key field '" + key.end + "' is no field of the table";
+  if (can_be_range(table.fields[static_cast<std::size_t>(begin)], table.fields[static_cast<std::size_t>(end)]))
+    return "";
+  return "the range '" + key.name + "::" + key.end + "' needs two dates or two times";
+}
+
+std::string keys_fault(const TableSchema& table) {
+  for (const auto* keys : {&table.primary, &table.alternate, &table.foreign}) {
+    for (const KeyField& key : *keys) {
+      const std::string fault = key_fault(table, key);
+      if (!fault.empty()) return fault;
     }
   }
   return "";
@@ -111,27 +123,22 @@ bool parse_table(Pf* pf, const std::string& name, TableSchema* table) {
   table->primary = parse_key(string_at(pf, name + "{primary}"));
   table->alternate = parse_key(string_at(pf, name + "{alternate}"));
   table->foreign = parse_key(string_at(pf, name + "{foreign}"));
-  const std::string unknown = unknown_key_field(*table);
-  if (!unknown.empty()) return reject(pf, name, "the key field '" + unknown + "' is no field of the table");
-  return true;
-}
-
-std::vector<std::string> data_folders() {
-  std::vector<std::string> folders;
-  const char* path = std::getenv("TRIGLUB_PFPATH");
-  std::string_view rest = path == nullptr ? "" : path;
-  while (!rest.empty()) {
-    const std::size_t colon = std::min(rest.find(':'), rest.size());
-    if (colon > 0) folders.emplace_back(rest.substr(0, colon));
-    rest.remove_prefix(std::min(colon + 1, rest.size()));
-  }
-  folders.emplace_back(TRIGLUB_DATADIR);
-  return folders;
+  const std::string fault = keys_fault(*table);
+  return fault.empty() || reject(pf, name, fault);
 }
 
 bool is_file(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// The file of a schema in the data folders; empty when there is none.
+std::string path_in_data_folders(const std::string& name) {
+  for (const std::string& place : parfile::data_folders()) {
+    const std::string path = place + "/schemas/" + name + ".pf";
+    if (is_file(path)) return path;
+  }
+  return "";
 }
 
 std::shared_ptr<const Schema> read_schema(const std::string& path) {
@@ -178,6 +185,11 @@ int FieldSchema::type_code() const {
   return dbSTRING;
 }
 
+bool can_be_range(const FieldSchema& begin, const FieldSchema& end) {
+  if (begin.storage() == Storage::text || end.storage() == Storage::text) return false;
+  return (begin.type == FieldType::date) == (end.type == FieldType::date);
+}
+
 KeyField parse_key_field(std::string_view text) {
   const std::size_t colons = text.find("::");
   if (colons == std::string_view::npos) return {std::string(text), ""};
@@ -217,7 +229,7 @@ std::shared_ptr<const Schema> Schema::from(Pf* pf) {
 std::shared_ptr<const Schema> Schema::builtin() {
   static const std::shared_ptr<const Schema> schema = [] {
     Pf* pf = nullptr;
-    if (pfparse(builtin_schema_text(), "css3.0", &pf) != 0) elog_die(0, "the built-in schema cannot be read");
+    if (pfparse(builtin_schema_text(), STANDARD, &pf) != 0) elog_die(0, "the built-in schema cannot be read");
     auto made = from(pf);
     pffree(pf);
     return made;
@@ -225,18 +237,21 @@ std::shared_ptr<const Schema> Schema::builtin() {
   return schema;
 }
 
+std::shared_ptr<const Schema> Schema::standard() {
+  const std::string path = path_in_data_folders(STANDARD);
+  return path.empty() ? builtin() : read_schema(path);
+}
+
 std::shared_ptr<const Schema> Schema::named(const std::string& name, const std::string& folder) {
   if (name.find('/') != std::string::npos || name.ends_with(".pf")) {
     return read_schema(name.starts_with("/") ? name : folder + "/" + name);
   }
   if (is_file(folder + "/" + name + ".pf")) return read_schema(folder + "/" + name + ".pf");
-  for (const std::string& place : data_folders()) {
-    const std::string path = place + "/schemas/" + name + ".pf";
-    if (is_file(path)) return read_schema(path);
-  }
-  if (name == "css3.0") return builtin();
-  elog_complain(0, "there is no schema '%s' (looked for schemas/%s.pf in TRIGLUB_PFPATH and " TRIGLUB_DATADIR ")",
-                name.c_str(), name.c_str());
+  if (name == STANDARD) return standard();
+  const std::string path = path_in_data_folders(name);
+  if (!path.empty()) return read_schema(path);
+  elog_complain(0, "there is no schema '%s' (looked for schemas/%s.pf in TRIGLUB_PFPATH and %s)", name.c_str(),
+                name.c_str(), parfile::data_folders().back().c_str());
   return nullptr;
 }
 

@@ -36,6 +36,9 @@ struct FieldSchema {
   int type_code() const;  // dbINTEGER ... dbSTRING
 };
 
+// True when two fields can be the begin and the end of a range of validity: both dates, or both numbers that are none.
+bool can_be_range(const FieldSchema& begin, const FieldSchema& end);
+
 // One field of a key, or the two of a range of validity.
 struct KeyField {
   std::string name;
@@ -65,11 +68,14 @@ class Schema {
  public:
   // The CSS3.0 schema that is compiled in.
   static std::shared_ptr<const Schema> builtin();
+  // The CSS3.0 schema of the data folders, schemas/css3.0.pf in TRIGLUB_PFPATH or where it is installed, else the one
+  // that is compiled in. Null after a complaint.
+  static std::shared_ptr<const Schema> standard();
   // Reads a schema from a parameter file object; null after a complaint that names what is wrong.
   static std::shared_ptr<const Schema> from(Pf* pf);
   // The schema of that name: a path when it holds '/' or ends in ".pf" (relative to `folder`), else NAME.pf in
-  // `folder`, schemas/NAME.pf in the folders of TRIGLUB_PFPATH and in the installed data folder, else the compiled-in
-  // one if it has that name. Null after a complaint.
+  // `folder`, schemas/NAME.pf in the data folders, else the compiled-in one if it has that name. Null after a
+  // complaint.
   static std::shared_ptr<const Schema> named(const std::string& name, const std::string& folder);
 
   const std::vector<TableSchema>& tables() const { return tables_; }

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "database/flat_file.h"
 #include "database/mapped_file.h"
@@ -15,10 +16,13 @@ namespace {
 
 enum class PathKind { none, file, folder };
 
+// What cannot be looked at counts as a file, and so does a link to nothing: that it cannot be read is told when it is
+// opened, and no table is taken for empty that may have rows.
 PathKind kind_of(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return PathKind::none;
-  return S_ISDIR(status.st_mode) ? PathKind::folder : PathKind::file;
+  if (stat(path.c_str(), &status) == 0) return S_ISDIR(status.st_mode) ? PathKind::folder : PathKind::file;
+  if (errno != ENOENT && errno != ENOTDIR) return PathKind::file;
+  return lstat(path.c_str(), &status) == 0 ? PathKind::file : PathKind::none;
 }
 
 std::string folder_of(const std::string& path) {
@@ -60,20 +64,19 @@ std::optional<Source> Source::find(const std::string& prefix) {
   source.name_ = slash == std::string::npos ? prefix : prefix.substr(slash + 1);
   source.folder_ = folder_of(prefix);
   source.prefixes_.push_back(prefix);
-  source.schema_ = Schema::builtin();
   const PathKind kind = kind_of(prefix);
+  if (kind == PathKind::file && !source.read_descriptor(prefix)) return std::nullopt;
+  if (source.schema_ == nullptr) source.schema_ = Schema::standard();
+  if (source.schema_ == nullptr) return std::nullopt;
+  if (kind == PathKind::file || (!source.name_.empty() && source.has_any_table())) return source;
   if (source.name_.empty() || kind == PathKind::folder) {
     elog_complain(0, "%s: is a folder; a database is named by the common beginning of its files, %s%sNAME",
                   prefix.c_str(), prefix.c_str(), source.name_.empty() ? "" : "/");
-    return std::nullopt;
-  }
-  if (kind == PathKind::file && !source.read_descriptor(prefix)) return std::nullopt;
-  if (kind == PathKind::none && !source.has_any_table()) {
+  } else {
     elog_complain(0, "%s: there is no such database (neither a descriptor %s nor any table file such as %s.site)",
                   prefix.c_str(), prefix.c_str(), prefix.c_str());
-    return std::nullopt;
   }
-  return source;
+  return std::nullopt;
 }
 
 bool Source::read_descriptor(const std::string& path) {

@@ -14,9 +14,16 @@ std::vector<std::uint32_t> records_where(const View& view, Condition holds) {
   return records;
 }
 
-std::vector<std::uint32_t> matching_records(const View& view, Expression& expression) {
+// In a view that stays, the runs of the one text that matches are found once for all conditions on the field.
+std::vector<std::uint32_t> records_of_text(const View& view, const CodeCondition& condition) {
+  const auto code = condition.only_code();
+  return code ? view.runs(condition.field()).records(*code) : std::vector<std::uint32_t>();
+}
+
+std::vector<std::uint32_t> matching_records(const View& view, Expression& expression, bool view_is_kept) {
   if (expression.compiled->field_match()) {
     CodeCondition condition(view, expression);
+    if (view_is_kept && condition.has_one_text()) return records_of_text(view, condition);
     return records_where(view, [&](std::uint32_t record) { return condition.is_true(record); });
   }
   ViewRecord at(view, 0);
@@ -36,6 +43,7 @@ Dbptr dbsubset(Dbptr view, const char* expression, const char* name) {
   if (from == nullptr) return INVALID_HANDLE;
   const auto compiled = compile_expression(*from, expression, dbINTEGER);
   if (compiled == nullptr) return INVALID_HANDLE;
-  return selected_records(*database_of(view), *from, matching_records(*from, *compiled),
+  Database& database = *database_of(view);
+  return selected_records(database, *from, matching_records(*from, *compiled, database.is_kept(view.table)),
                           "dbsubset " + std::string(expression), name);
 }

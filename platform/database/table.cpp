@@ -8,7 +8,14 @@ namespace triglub {
 
 Table::Table(const TableSchema& schema, std::string directory)
     : schema_(schema), directory_(std::move(directory)), columns_(schema.fields.size()) {
-  for (std::size_t i = 0; i < columns_.size(); ++i) columns_[i].dictionary.intern(schema.fields[i].null_text);
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    if (schema.fields[i].storage() == Storage::text) columns_[i].dictionary.intern(schema.fields[i].null_text);
+  }
+}
+
+double Table::number(std::size_t field, std::uint32_t row) const {
+  if (schema_.fields[field].storage() == Storage::integer) return static_cast<double>(integer(field, row));
+  return real(field, row);
 }
 
 bool Table::is_null(std::size_t field, std::uint32_t row) const {
@@ -59,6 +66,16 @@ const JoinIndex& Table::join_index(const std::vector<JoinColumn>& columns) const
   const auto [entry, added] = join_indexes_.try_emplace(columns);
   if (added) entry->second.build(*this, columns);
   return entry->second;
+}
+
+const std::vector<std::uint32_t>& Table::translation(const Dictionary& from, std::size_t field) const {
+  const auto [entry, added] = translations_.try_emplace({&from, field});
+  std::vector<std::uint32_t>& codes = entry->second;
+  if (!added) return codes;
+  const Dictionary& to = columns_[field].dictionary;
+  codes.reserve(from.size());
+  for (std::uint32_t code = 0; code < from.size(); ++code) codes.push_back(to.find(from[code]).value_or(NO_CODE));
+  return codes;
 }
 
 }  // namespace triglub

@@ -17,6 +17,7 @@
 namespace triglub {
 
 inline constexpr std::uint32_t MAX_ROWS = 1u << 31;
+inline constexpr std::uint32_t NO_CODE = 0xFFFFFFFFu;
 
 // The values of one field, by row. One of the vectors is filled, as the field's storage says. A null is held as the
 // field's null value; the null of a text has code 0.
@@ -46,6 +47,8 @@ class Table {
 
   std::int64_t integer(std::size_t field, std::uint32_t row) const { return columns_[field].integers[row]; }
   double real(std::size_t field, std::uint32_t row) const { return columns_[field].reals[row]; }
+  // A number of either storage.
+  double number(std::size_t field, std::uint32_t row) const;
   bool is_null(std::size_t field, std::uint32_t row) const;
   // The value's text: the null text of a null, else the file's own characters, trimmed. Valid as long as the table.
   std::string_view text(std::size_t field, std::uint32_t row) const;
@@ -53,6 +56,9 @@ class Table {
   // Made when first asked for; valid as long as the table.
   TextCodes text_codes(std::size_t field) const;
   const JoinIndex& join_index(const std::vector<JoinColumn>& columns) const;
+  // By code of another column's dictionary: the code of the same text in a text column of this table, NO_CODE where it
+  // does not have the text. `from` must live as long as the table.
+  const std::vector<std::uint32_t>& translation(const Dictionary& from, std::size_t field) const;
 
  private:
   friend class FlatFileLoader;
@@ -76,6 +82,7 @@ class Table {
   };
   mutable std::map<std::size_t, NumberTexts> number_texts_;
   mutable std::map<std::vector<JoinColumn>, JoinIndex> join_indexes_;
+  mutable std::map<std::pair<const Dictionary*, std::size_t>, std::vector<std::uint32_t>> translations_;
 };
 
 }  // namespace triglub

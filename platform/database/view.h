@@ -69,8 +69,9 @@ class View final : public expression::FieldNames {
   // Where the runs of equal texts of a field lie; made when first asked for.
   const FieldRuns& runs(std::size_t field) const;
 
-  // Compiled expressions of this view by result type and text.
-  std::map<std::string, std::unique_ptr<Expression>, std::less<>>& compiled() const { return compiled_; }
+  // Compiled expressions of this view by text, for each result type.
+  using CompiledByText = std::map<std::string, std::unique_ptr<Expression>, std::less<>>;
+  CompiledByText& compiled(int type) const { return compiled_[type]; }
 
  private:
   std::vector<ViewTable> tables_;
@@ -79,7 +80,7 @@ class View final : public expression::FieldNames {
   std::vector<ViewField> fields_;
   std::unordered_map<std::string_view, int> field_by_bare_name_;  // the names are the schema's
   mutable std::map<std::size_t, FieldRuns> runs_;
-  mutable std::map<std::string, std::unique_ptr<Expression>, std::less<>> compiled_;
+  mutable std::map<int, CompiledByText> compiled_;
 };
 
 // One record of a view, as expressions see it.

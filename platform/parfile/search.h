@@ -1,4 +1,4 @@
-// Where a parameter file is looked for.
+// Where parameter files and schemas are looked for.
 #ifndef TRIGLUB_PARFILE_SEARCH_H
 #define TRIGLUB_PARFILE_SEARCH_H
 
@@ -7,6 +7,9 @@
 #include <vector>
 
 namespace triglub::parfile {
+
+// The folders that data files are looked for in: those of TRIGLUB_PFPATH, then the installed one.
+std::vector<std::string> data_folders();
 
 // The paths to try for a name, the first one first.
 std::vector<std::string> candidates(std::string_view name);
