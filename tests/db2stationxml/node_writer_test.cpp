@@ -246,10 +246,9 @@ TEST_F(NodeWriter, LeavesGroupLinesToWhoeverWritesThem) {
   EXPECT_TRUE(out.str().ends_with("[c][m] </Root>\n"));
 }
 
-TEST_F(NodeWriter, WritesOneLineByItself) {
+TEST_F(NodeWriter, WritesOneGroupLineByItself) {
   add_channels({"BHZ", "BHN"});
-  parse(preamble("root") +
-        definition("root", "Root", "", "A - text 1\nc - CATEGORIZED_GROUP sitechan.chan\nN - count sitechan.chan\n") +
+  parse(preamble("root") + definition("root", "Root", "", "c - CATEGORIZED_GROUP sitechan.chan\nc - GROUP\n") +
         group_with("sitechan.chan"));
   const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, 0);
   const ElementGroup root(pf_, "root");
@@ -258,9 +257,9 @@ TEST_F(NodeWriter, WritesOneLineByItself) {
     xml_create_group_line(out, view, root, root[i], index);
     return out.str();
   };
-  EXPECT_EQ(line(0, SmartIndex(2, true)), " <A>1</A>\n");
-  EXPECT_EQ(line(1, SmartIndex(2, true)), " <C v=\"BHN\" >\n </C>\n <C v=\"BHZ\" >\n </C>\n");
-  EXPECT_EQ(line(2, SmartIndex(std::vector<bool>{false, true})), " <N>1</N>\n");
+  EXPECT_EQ(line(0, SmartIndex(2, true)), " <C v=\"BHN\" >\n </C>\n <C v=\"BHZ\" >\n </C>\n");
+  EXPECT_EQ(line(0, SmartIndex(std::vector<bool>{false, true})), " <C v=\"BHZ\" >\n </C>\n");
+  EXPECT_EQ(line(1, SmartIndex(2, true)), " <C v=\"BHN\" >\n </C>\n");
   EXPECT_EQ(line(0, SmartIndex(2, false)), "");
 }
 
