@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <random>
 
 #include "conversion.h"
@@ -168,7 +170,7 @@ TEST_F(PseudoSubset, IsWhatAPlainScanGives) {
   std::vector<std::string> names;
   for (int i = 0; i < 60; ++i) names.emplace_back(1, static_cast<char>('A' + random() % 5));
   const Dbptr db = channels(names);
-  for (int round = 0; round < 300; ++round) {
+  for (int round = 0; round < 5000; ++round) {
     std::string flags(60, '0');
     const std::size_t begin = random() % 60;
     const std::size_t end = begin + random() % (61 - begin);
@@ -184,6 +186,35 @@ TEST_F(PseudoSubset, IsWhatAPlainScanGives) {
       for (std::size_t i = lo; static_cast<long>(i) <= hi; ++i) expected[i] = '1';
     }
     ASSERT_EQ(flags_of(pseudo_subset(db, "chan =~ /" + name + "/", index)), expected) << flags << " " << name;
+  }
+}
+
+TEST_F(Categories, AreWhatAPlainListingGives) {
+  const unsigned seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  std::vector<std::string> names;
+  for (int i = 0; i < 40; ++i) names.push_back(std::string(random() % 3, '0') + std::to_string(random() % 120));
+  const Dbptr db = channels(names);
+  for (int round = 0; round < 3000; ++round) {
+    std::string flags;
+    for (int i = 0; i < 40; ++i) flags += random() % 4 == 0 ? '1' : '0';
+    std::vector<std::string> expected;
+    for (std::size_t i = 0; i < 40; ++i) {
+      const bool is_new = std::find(expected.begin(), expected.end(), names[i]) == expected.end();
+      if (flags[i] == '1' && is_new) expected.push_back(names[i]);
+    }
+    std::sort(expected.begin(), expected.end());
+    ASSERT_EQ(get_categories(db, line("CATEGORIZED_GROUP"), selected(flags)), expected) << flags;
+    ASSERT_EQ(get_categories(db, line("count"), selected(flags)), expected) << flags;
+    // Numbers that are equal stay in byte order.
+    for (std::size_t end = expected.size(); end > 1; --end) {
+      for (std::size_t i = 1; i < end; ++i) {
+        if (std::atoi(expected[i].c_str()) < std::atoi(expected[i - 1].c_str()))
+          std::swap(expected[i], expected[i - 1]);
+      }
+    }
+    ASSERT_EQ(get_categories(db, line("CATEGORIZED_BY_NUMBER"), selected(flags)), expected) << flags;
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -50,8 +51,21 @@ class Stations {
     for (const auto& [field, value] : more) values[field] = value;
     files_.add_row("stage", values);
   }
+  void write_file(const std::string& file, const std::string& text) { files_.write_file(file, text); }
   void write_response(const std::string& file) {
     files_.write_file(file, "theoretical 1 instrument paz author\n1.0 1.0\n1\n-0.1 0.2\n1\n0 0\n");
+  }
+
+  void add_row(const std::string& table, const Row& values) { files_.add_row(table, values); }
+
+  // Gives the database a schema of its own: the built-in one, where the table has `to` in place of `from`.
+  void change_schema(const std::string& table, const std::string& from, const std::string& to) {
+    std::ifstream file(TRIGLUB_SOURCE_DIR "/data/schemas/css3.0.pf");
+    std::string schema((std::istreambuf_iterator<char>(file)), {});
+    const std::size_t found = schema.find(from, schema.find("\n" + table + " &Arr{"));
+    if (found == std::string::npos) throw std::runtime_error("the schema has no " + from);
+    files_.write_file("own.pf", schema.replace(found, from.size(), to));
+    files_.write_file("db", "schema own\n");
   }
 
   Dbptr database() {
@@ -131,10 +145,11 @@ class Conversion : public ::testing::Test {
     stations_.add_stage("AAK", "BHZ", 1);
   }
   // A network KR with the station AAK and channels of these names.
-  void add_channels(std::initializer_list<const char*> names) {
-    stations_.add_network("KR");
-    stations_.add_station("KR", "AAK");
-    for (const char* name : names) stations_.add_channel("AAK", name);
+  void add_channels(std::initializer_list<const char*> names) { add_channels(stations_, names); }
+  static void add_channels(Stations& stations, std::initializer_list<const char*> names) {
+    stations.add_network("KR");
+    stations.add_station("KR", "AAK");
+    for (const char* name : names) stations.add_channel("AAK", name);
   }
 
   Pf* parse(const std::string& text) {
@@ -144,10 +159,11 @@ class Conversion : public ::testing::Test {
     return pf_;
   }
   // The document of the stations and the parameter file, which is the whole tree unless parsed before.
-  std::string convert(unsigned int flags) {
+  std::string convert(unsigned int flags) { return convert(stations_, flags); }
+  std::string convert(Stations& stations, unsigned int flags) {
     if (pf_ == nullptr) parse(whole_tree());
     std::ostringstream out;
-    EXPECT_EQ(db2stationxml(stations_.database(), pf_, subset_, out, flags), 0);
+    EXPECT_EQ(db2stationxml(stations.database(), pf_, subset_, out, flags), 0);
     return out.str();
   }
 

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <iostream>
 #include <regex>
 
@@ -336,6 +337,17 @@ TEST_F(ResponseLevel, ReadsTheResponses) {
     const CollectedLog log;
     EXPECT_THAT(convert(flags), HasSubstr("<PolesZeros"));
     EXPECT_THAT(log.lines_with("warning"), IsEmpty());
+  }
+}
+
+// Each in a process that has not read any responses before.
+TEST_F(ResponseLevel, ReadsTheResponsesAtEveryVerbosity) {
+  add_stage_with_file(stations_, "a.paz");
+  const auto convert_and_exit = [&](unsigned int flags) {
+    std::exit(convert(flags).find("<PolesZeros") == std::string::npos ? 3 : 0);
+  };
+  for (const unsigned int flags : {0x40u, 0x41u, 0x42u, 0x43u, 0x44u}) {
+    EXPECT_EXIT(convert_and_exit(flags), ExitedWithCode(0), "") << flags;
   }
 }
 

@@ -66,6 +66,60 @@ TEST_F(MasterView, NeedsEverythingButInstrumentAndStages) {
   EXPECT_EQ(db_fieldlookup(view, "network.netname"), "KR network");
 }
 
+TEST_F(MasterView, LeavesOutAChannelThatLacksARowOfAnyOtherTable) {
+  const char* const tables[] = {"network", "snetsta", "site", "schanloc", "sensor", "calibration"};
+  for (const std::string missing : tables) {
+    Stations stations;
+    for (const std::string sta : {"AAK", "ANMO"}) {
+      const Row rows[] = {{{"net", sta}},
+                          {{"snet", sta}, {"fsta", sta}, {"sta", sta}},
+                          {{"sta", sta}, {"ondate", "1990001"}},
+                          {{"sta", sta}, {"chan", "BHZ"}},
+                          {{"sta", sta}, {"chan", "BHZ"}, {"time", "978307200.00000"}},
+                          {{"sta", sta}, {"chan", "BHZ"}, {"time", "978307200.00000"}}};
+      stations.add_row("sitechan", {{"sta", sta}, {"chan", "BHZ"}, {"ondate", "2001001"}});
+      for (std::size_t i = 0; i < std::size(tables); ++i) {
+        if (sta == "ANMO" || tables[i] != missing) stations.add_row(tables[i], rows[i]);
+      }
+    }
+    Dbptr view = create_master_view(stations.database(), subset_);
+    ASSERT_EQ(db_nrecs(view), 1) << missing;
+    view.record = 0;
+    EXPECT_EQ(db_fieldlookup(view, "sitechan.sta"), "ANMO") << missing;
+  }
+}
+
+TEST_F(MasterView, KeepsEveryEpochOfAChannelInOrder) {
+  add_channels({});
+  for (const std::string chan : {"BHZ", "BHE"}) {
+    const bool is_late = chan == "BHE";
+    stations_.add_row("sitechan", {{"sta", "AAK"}, {"chan", chan}, {"ondate", is_late ? "2010001" : "2005001"}});
+    if (!is_late) {
+      stations_.add_row("sitechan", {{"sta", "AAK"}, {"chan", chan}, {"ondate", "2001001"}, {"offdate", "2005001"}});
+    }
+    stations_.add_row("schanloc", {{"sta", "AAK"}, {"chan", chan}});
+    stations_.add_sensor("AAK", chan);
+    stations_.add_row("calibration", {{"sta", "AAK"}, {"chan", chan}, {"time", Stations::begin}});
+  }
+  Dbptr view = create_master_view(stations_.database(), subset_);
+  std::vector<std::string> epochs;
+  const long count = db_nrecs(view);
+  for (view.record = 0; view.record < count; ++view.record) {
+    epochs.push_back(db_fieldlookup(view, "sitechan.chan") + " " + db_fieldlookup(view, "sitechan.ondate"));
+  }
+  EXPECT_THAT(epochs, ElementsAre("BHE 2010001", "BHZ 2001001", "BHZ 2005001"));
+}
+
+TEST_F(MasterView, TakesOnlyTheDatabaseOfTheHandle) {
+  add_two_networks();
+  const Dbptr db = stations_.database();
+  const std::int64_t table = dblookup(db, nullptr, "network", nullptr, nullptr).table;
+  for (const Dbptr& handle : {Dbptr{db.database, table, 1, 0}, Dbptr{db.database, dbINVALID, dbINVALID, dbINVALID},
+                              Dbptr{db.database, 9999, 77, -5}}) {
+    EXPECT_EQ(db_nrecs(create_master_view(handle, subset_)), 3) << as_string(handle);
+  }
+}
+
 TEST_F(MasterView, IsNarrowedByEverySubset) {
   add_two_networks();
   EXPECT_THAT(records(), ElementsAre("AAK BHN -1", "AAK BHZ 1", "ANMO BHZ -1"));

@@ -46,6 +46,13 @@ TEST_F(NodeWriter, WritesLinesInOrder) {
       "  <B>2</B>\n  <A>1</A>\n  <empty></empty>\n  <Count>1</Count>\n  <R></R>\n");
 }
 
+TEST_F(NodeWriter, NeverLooksAtLinesThatAreIgnored) {
+  add_channels({"BHZ"});
+  EXPECT_EQ(body("missing x GROUP\nmissing x CATEGORIZED_GROUP nosuch\nmissing x CATEGORIZED_BY_NUMBER nosuch\n"
+                 "n x count nosuch\nb@d x text 1\nA - text 1\n"),
+            "  <A>1</A>\n");
+}
+
 TEST_F(NodeWriter, DoesNotEscapeOrAlterContent) {
   add_channels({"BHZ"});
   EXPECT_EQ(body("A - text a & b <c/>\nL - deg_lat site.lat\n"), "  <A>a & b <c/></A>\n  <L>42.637500</L>\n");
@@ -126,6 +133,19 @@ TEST_F(NodeWriter, GivesEachRecordToOneCategory) {
             "  <C v=\"AAB\" >\n   <Channels>1</Channels>\n  </C>\n");
 }
 
+TEST_F(NodeWriter, TakesNoRecordFromAnEarlierCategory) {
+  // B, A, B: what B's first and last record enclose is A's already.
+  stations_.add_network("KR");
+  stations_.add_station("KR", "AAK");
+  stations_.add_channel("AAK", "X", "B");
+  stations_.add_channel("AAK", "Y", "A");
+  stations_.add_channel("AAK", "Z", "B");
+  EXPECT_EQ(body("c - CATEGORIZED_GROUP schanloc.loc\n",
+                 definition("c", "C", "v - string schanloc.loc\n", "Channels - count sitechan.chan\n")),
+            "  <C v=\"A\" >\n   <Channels>1</Channels>\n  </C>\n"
+            "  <C v=\"B\" >\n   <Channels>2</Channels>\n  </C>\n");
+}
+
 TEST_F(NodeWriter, WritesNothingForACategoryThatLostItsRecords) {
   stations_.add_network("KR");
   stations_.add_station("KR", "AAK");
@@ -201,6 +221,48 @@ TEST_F(NodeWriter, WritesResponseStagesInPlace) {
             "  <A>1</A>\n" + digital_stage() + "  <B>2</B>\n");
 }
 
+TEST_F(NodeWriter, WritesNothingOfAStageWhoseFileHoldsSeveralFilters) {
+  add_channels({"BHZ"});
+  stations_.add_stage("AAK", "BHZ", 1, {{"dir", "resp"}, {"dfile", "two.paz"}});
+  const std::string filter = "theoretical 1 instrument paz\n1.0\n0\n0\n";
+  stations_.write_file("resp/two.paz", filter + filter);
+  const CollectedLog log;
+  EXPECT_EQ(body("stage - STAGE stage\nA - text 1\n", "", 0x40), "  <A>1</A>\n");
+  EXPECT_THAT(log.lines(),
+              ElementsAre(HasSubstr("warning: Problem with Response: expected single group. instead got 2 [db(")));
+}
+
+TEST_F(NodeWriter, LeavesGroupLinesToWhoeverWritesThem) {
+  add_channels({"BHZ"});
+  parse(preamble("root") + definition("root", "Root", "code - string sitechan.chan\n",
+                                      "A - text 1\nn - GROUP\nB - count sitechan.sta\nx x GROUP\n"
+                                      "c - CATEGORIZED_GROUP sta\nm - CATEGORIZED_BY_NUMBER sta\n"));
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, 0);
+  std::ostringstream out;
+  const GroupLineWriter writer = [&](const ElementDescription& line) { out << "[" << line.name() << "]"; };
+  xml_create_node(out, view, ElementGroup(pf_, "root"), SmartIndex(1, true), writer);
+  EXPECT_EQ(out.str(), " <Root code=\"BHZ\" >\n  <A>1</A>\n[n]  <B>1</B>\n[c][m] </Root>\n");
+  xml_create_node(out, view, ElementGroup(pf_, "root"), SmartIndex(1, false), writer);
+  EXPECT_TRUE(out.str().ends_with("[c][m] </Root>\n"));
+}
+
+TEST_F(NodeWriter, WritesOneGroupLineByItself) {
+  add_channels({"BHZ", "BHN"});
+  parse(preamble("root") + definition("root", "Root", "", "c - CATEGORIZED_GROUP sitechan.chan\nc - GROUP\n") +
+        group_with("sitechan.chan"));
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, 0);
+  const ElementGroup root(pf_, "root");
+  const auto line = [&](std::size_t i, const SmartIndex& index) {
+    std::ostringstream out;
+    xml_create_group_line(out, view, root, root[i], index);
+    return out.str();
+  };
+  EXPECT_EQ(line(0, SmartIndex(2, true)), " <C v=\"BHN\" >\n </C>\n <C v=\"BHZ\" >\n </C>\n");
+  EXPECT_EQ(line(0, SmartIndex(std::vector<bool>{false, true})), " <C v=\"BHZ\" >\n </C>\n");
+  EXPECT_EQ(line(1, SmartIndex(2, true)), " <C v=\"BHN\" >\n </C>\n");
+  EXPECT_EQ(line(0, SmartIndex(2, false)), "");
+}
+
 TEST_F(NodeWriter, WritesFifteenLevels) {
   add_channels({"BHZ"});
   std::string definitions;
@@ -210,6 +272,8 @@ TEST_F(NodeWriter, WritesFifteenLevels) {
   }
   EXPECT_EXIT(document("g2 - GROUP\n", definitions), ExitedWithCode(1),
               "fatal: Exceeded maximum node level. Group recursion in parameter file\\?");
+  // The walk before the writing lets the root and fifteen levels below it pass.
+  EXPECT_EXIT(document("g2 - GROUP\n", definitions, 1), ExitedWithCode(1), "fatal: Exceeded maximum node level");
   // One level less.
   const std::string text = document("g3 - GROUP\n", definitions);
   EXPECT_THAT(text, HasSubstr("\n               <G>\n               </G>\n"));
@@ -218,7 +282,7 @@ TEST_F(NodeWriter, WritesFifteenLevels) {
 
 TEST_F(NodeWriter, FlushesTagLines) {
   add_channels({"BHZ"});
-  parse(preamble("root") + definition("root", "Root", "", ""));
+  parse(preamble("root") + definition("root", "Root", "", "A - text 1\n"));
   struct Flushes : std::stringbuf {
     int count = 0;
     int sync() override { return ++count, 0; }

@@ -126,7 +126,9 @@ TEST_F(EvalExpr, ComplainsAndGoesOnWithZero) {
 
 TEST_F(EvalExpr, EndsTheProcessForATypeThatIsNoNumber) {
   const Dbptr sensor = first("sensor");
-  EXPECT_EXIT(eval_expr(sensor, "sta", dbSTRING), ::testing::ExitedWithCode(1), "fatal:  unknown evaluation");
+  for (const int type : {int{dbSTRING}, 0, 1, 7, -1}) {
+    EXPECT_EXIT(eval_expr(sensor, "sta", type), ::testing::ExitedWithCode(1), "fatal:  unknown evaluation") << type;
+  }
 }
 
 using EvalEpoch = OneSite;

@@ -133,7 +133,7 @@ TEST(GetUnique, AgreesWithAskingEveryRecordOnRandomIndexes) {
   Texts stations(40);
   for (std::string& station : stations) station = std::string(1, static_cast<char>('A' + random() % 8));
   const SiteChannels channels(stations);
-  for (int round = 0; round < 200; ++round) {
+  for (int round = 0; round < 3000; ++round) {
     SmartIndex index(30 + random() % 20, random() % 2 == 0);
     for (int i = 0; i < 30; ++i) index.set(random() % index.size(), random() % 3 == 0);
     ASSERT_EQ(get_unique(channels.view(), "sta", index), unique_plainly(channels.view(), "sta", index))

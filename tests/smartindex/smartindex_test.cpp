@@ -371,9 +371,12 @@ struct PlainIndex {
     }
     reset_borders();
   }
-  void reset_borders() {
+  void reset_first() {
     first = 0;
     while (first != size() && !flags[first]) ++first;
+  }
+  void reset_borders() {
+    reset_first();
     last = first;
     for (unsigned long p = first; p < size(); ++p) {
       if (flags[p]) last = p;
@@ -391,7 +394,7 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
   const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
-  for (int round = 0; round < 300; ++round) {
+  for (int round = 0; round < 400; ++round) {
     const unsigned long size = 1 + below(round % 10 == 0 ? 200 : 9);
     std::vector<SmartIndex> indexes;
     std::vector<PlainIndex> plain_ones;
@@ -403,7 +406,7 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
     for (int step = 0; step < 60; ++step) {
       const unsigned long at = below(3);
       const unsigned long other = below(3);
-      switch (below(8)) {
+      switch (below(12)) {
         case 0:
           indexes[at].limit_to(indexes[other]);
           plain_ones[at].limit_to(plain_ones[other]);
@@ -416,8 +419,30 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
           indexes[at].reset_borders();
           plain_ones[at].reset_borders();
           break;
+        case 3:
+          indexes[at].reset_first();
+          plain_ones[at].reset_first();
+          break;
+        case 4:
+          indexes[at] = indexes[other];
+          plain_ones[at] = plain_ones[other];
+          break;
+        case 5: {
+          SmartIndex moved = std::move(indexes[at]);
+          indexes[at] = std::move(moved);
+          break;
+        }
+        case 6:
+          indexes[at] = SmartIndex(plain_ones[other].flags);
+          plain_ones[at] = plain_ones[other];
+          plain_ones[at].reset_borders();
+          break;
         default:
-          const unsigned long i = below(size);
+          const unsigned long i = below(size + 1);
+          if (i == size) {  // is let through without effect
+            indexes[at].set(i, true);
+            break;
+          }
           const bool value = below(3) != 0;
           indexes[at].set(i, value);
           plain_ones[at].set(i, value);
@@ -428,6 +453,7 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
       for (unsigned long i = 0; i < size + 2; ++i) {
         ASSERT_EQ(indexes[at].next(i), plain_ones[at].next(i)) << i;
         ASSERT_EQ(indexes[at].prev(i), plain_ones[at].prev(i)) << i;
+        ASSERT_EQ(indexes[at].includes(at_record(static_cast<std::int64_t>(i))), plain_ones[at].flag(i)) << i;
       }
     }
   }
