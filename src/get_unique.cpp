@@ -1,32 +1,34 @@
-// The distinct texts of a field over the selected records.
+// The distinct texts of a field over the selected records: one pass over the index's runs, an ordered set.
 #include <algorithm>
-#include <functional>
+#include <array>
+#include <set>
+#include <string_view>
 
 #include "dbhelper.h"
 #include "platform/text.h"
 #include "smartindex.h"
 
-namespace {
-
-// Values that differ only in the blanks around them are one.
-void trim_all(std::vector<std::string>* texts) {
-  for (std::string& text : *texts) {
-    const std::string_view kept = triglub::trimmed(text);
-    if (kept.size() != text.size()) text = std::string(kept);
-  }
-  if (std::is_sorted(texts->begin(), texts->end(), std::less_equal<>())) return;
-  std::sort(texts->begin(), texts->end());
-  texts->erase(std::unique(texts->begin(), texts->end()), texts->end());
-}
-
-}  // namespace
-
 std::vector<std::string> get_unique(Dbptr db, std::string field, SmartIndex index) {
+  constexpr std::size_t kLongestValue = 1024;  // with its zero byte; what dbget writes at most
   db = db_setfield(db, std::move(field));
-  // Only for their failures: a field without a type, or a view whose records cannot be counted, has no values to list.
-  db_getfieldtype(db);
-  db_nrecs(db);
-  std::vector<std::string> texts = triglub::distinct_texts(db, index.runs());
-  trim_all(&texts);
-  return texts;
+  db_getfieldtype(db);  // only for its failure: a field without a type has no values to list
+  const auto record_count = static_cast<unsigned long>(db_nrecs(db));
+
+  std::set<std::string, std::less<>> values;
+  std::array<char, kLongestValue> buffer{};
+  std::string_view latest;
+  for (const auto& [begin, end] : index.runs()) {
+    for (unsigned long record = begin; record < std::min(end, record_count); ++record) {
+      db.record = static_cast<std::int64_t>(record);
+      // A value that cannot be read leaves the text of the record before it, which is in the set already (or is the
+      // empty text, at the first record): one bad value never stops the listing.
+      dbget(db, buffer.data());
+      const std::string_view value = strtrim(buffer.data());
+      if (!values.empty() && value == latest) continue;  // records of one station stand together
+      auto place = values.find(value);
+      if (place == values.end()) place = values.emplace(value).first;
+      latest = *place;
+    }
+  }
+  return {values.begin(), values.end()};
 }

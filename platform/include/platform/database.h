@@ -29,7 +29,6 @@
 
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/containers.h"
@@ -158,13 +157,6 @@ namespace triglub {
 // absent through an outer join. Empty when the view does not have the table.
 TRIGLUB_API std::vector<std::uint32_t> base_rows(Dbptr view, const char* table);
 inline constexpr std::uint32_t NO_BASE_ROW = 0xFFFFFFFFu;
-
-// Records from `first` to before `second`.
-using RecordRun = std::pair<unsigned long, unsigned long>;
-
-// The distinct texts of the handle's field over runs of records, each as dbget gives it, in ascending byte order.
-// Records beyond the view's end are passed over. Empty for a handle without a field.
-TRIGLUB_API std::vector<std::string> distinct_texts(Dbptr db, const std::vector<RecordRun>& runs);
 
 // A view of chosen rows of a base table or view, in the order given. Rows beyond the end make the result invalid.
 TRIGLUB_API Dbptr view_of_records(Dbptr view, const std::vector<std::uint32_t>& records, const char* name);

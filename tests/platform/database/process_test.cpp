@@ -173,7 +173,7 @@ long views_alive_below(const Dbptr& view, std::int64_t first) {
 
 TEST_F(Process, LeavesNoViewBehindButTheLast) {
   const Dbptr first = dbsubset(tables_.table("site"), "1", nullptr);
-  const Dbptr view = tables_.process({"dbopen sitechan", "dbjoin site", "dbsubset 1", "dbsort sta", "dbsubset 1"});
+  const Dbptr view = tables_.process({"dbopen sitechan", "dbsubset 1", "dbjoin site", "dbsort sta", "dbsubset 1"});
   EXPECT_EQ(record_count(view), 3);
   EXPECT_EQ(views_alive_below(view, first.table), 1);
   EXPECT_EQ(record_count(first), 2);
@@ -183,10 +183,23 @@ TEST_F(Process, LeavesNoViewBehindWhenItFails) {
   const Dbptr first = dbsubset(tables_.table("site"), "1", nullptr);
   CollectedLog log;
   for (const char* step : {"dbsort nothing", "dbopen nothing", "dbfly"}) {
-    EXPECT_EQ(tables_.process({"dbopen sitechan", "dbjoin site", "dbsubset 1", step}), Dbptr());
+    EXPECT_EQ(tables_.process({"dbopen sitechan", "dbsubset 1", "dbjoin site", step}), Dbptr());
   }
   const Dbptr last = dbsubset(tables_.table("site"), "1", nullptr);
   EXPECT_EQ(views_alive_below(last, first.table), 1);
+}
+
+TEST_F(Process, KeepsJoinsOfWholeTablesForTheNextListThatBeginsAlike) {
+  const Dbptr before = dbsubset(tables_.table("site"), "1", nullptr);
+  const Dbptr joined = tables_.process({"dbopen sitechan", "dbjoin site"});
+  for (int i = 0; i < 10; ++i) {
+    EXPECT_EQ(tables_.process({"dbopen sitechan", "dbjoin site"}), joined);
+    triglub::release_view(joined);
+    triglub::release_view(tables_.process({"dbopen sitechan", "dbjoin site", "dbsubset 1"}));
+  }
+  EXPECT_EQ(record_count(joined), 3);
+  const Dbptr after = dbsubset(tables_.table("site"), "1", nullptr);
+  EXPECT_EQ(views_alive_below(after, before.table), 2);
 }
 
 TEST_F(Process, LeavesTheViewItBeganWith) {
