@@ -103,6 +103,7 @@ class TableMaker {
   }
 
   void add_station(const std::string& sta) {
+    plain_types_ = random_.percent(60);
     for (int n = random_.percent(10) ? 2 : 1; n > 0; --n) {
       const std::string snet = random_.percent(5) ? "XX" : random_.one_of(networks_);
       const std::string fsta = random_.percent(80) ? sta : "F" + sta;
@@ -173,7 +174,7 @@ class TableMaker {
     stage["gnom"] = random_.pick({"1500", "-1", "1", "4.19e+05", "0.000125", "-1.00", "1234567"});
     stage["iunits"] = random_.pick({"m/s", "V", "counts", "-", "", "-"});
     stage["ounits"] = random_.pick({"V", "counts", "-", "", "V"});
-    stage["gtype"] = random_.pick({"digitizer", "-", "FIR"});
+    stage["gtype"] = plain_types_ ? random_.pick({"H", "-"}) : random_.pick({"H", "G1", "G2", "G.", "F|G."});
     stage["izero"] = random_.pick({"0", "-1", "5"});
     stage["decifac"] = random_.pick({"1", "4", "-1", "2", "0", ""});
     stage["samprate"] = random_.pick({"25", "-1", "-1.0000000", "100.0", "1234567.5", "0"});
@@ -235,6 +236,7 @@ class TableMaker {
   Tables& tables_;
   std::vector<std::string> networks_;
   int rows_ = 0;
+  bool plain_types_ = false;  // no gain types of this station's stages that match others as patterns
 };
 
 }  // namespace

@@ -304,8 +304,13 @@ Request random_response_request(Random& random) {
 }
 
 Request random_large_request(Random& random) {
-  Request request = request_over_random_tables(random, {7, 40});
+  Request request = request_over_random_tables(random, {7, 70});
   request.tree = random.percent(50) ? random_tree(random, 0) : random_document_tree(random, 0);
+  // Patterns that match several texts, whose first records lie far from the first of all at times.
+  std::vector<Line>& elements = request.tree.definitions[request.tree.root].elements;
+  elements.insert(elements.begin(), {"by_type", "-", "CATEGORIZED_GROUP", "stage.gtype"});
+  request.tree.definitions["by_type"] = {
+      "Type", {{"first", "-", "string", "stage.lddate"}}, {{"Records", "-", "count", "stage.lddate"}}};
   request.flags = 0x40;
   return request;
 }

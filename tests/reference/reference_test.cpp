@@ -94,7 +94,7 @@ TEST(Reference, AgreesOnTreesOfAnyShape) { compare_sequences(600, 1, 1, random_r
 TEST(Reference, AgreesOnDocumentsWithResponses) { compare_sequences(400, 1, 1, random_response_request); }
 
 // Searches over long distances go other ways than those to a record near by.
-TEST(Reference, AgreesOnViewsOfHundredsOfRecords) { compare_sequences(60, 1, 1, random_large_request); }
+TEST(Reference, AgreesOnViewsOfHundredsOfRecords) { compare_sequences(50, 1, 1, random_large_request); }
 
 TEST(Reference, AgreesOnTreesAroundTheDepthLimit) { compare_sequences(200, 1, 1, random_deep_request); }
 
