@@ -269,6 +269,58 @@ TEST(SmartIndex, RemovesWhatTheOtherSelects) {
   }
 }
 
+// 1, 2 and 5 selected, but the borders 1 and 2: set() has lost the upper one.
+SmartIndex index_with_a_low_border() {
+  SmartIndex index = index_of("00000101");
+  index.set(7, false);
+  index.set(1, true);
+  index.set(2, true);
+  return index;
+}
+
+TEST(SmartIndex, WalksToTheBorderItHasNotToTheOneItShouldHave) {
+  ASSERT_EQ(index_with_a_low_border().as_string(), "([01100100],1,2)");
+  const Pair cases[] = {
+      // other, limited to it, without it
+      {"01100000", "([01100100],1,5)", "([00000100],5,5)"},  // the walk stops at 2
+      {"01000100", "([01000100],1,5)", "([00100100],2,5)"},
+      {"00010000", "([01100000],1,2)", "([01100100],1,5)"},  // it begins behind 2 and so never stops
+      {"00010100", "([01100100],1,5)", "([01100000],1,2)"},
+  };
+  for (const Pair& item : cases) {
+    SmartIndex limited = index_with_a_low_border();
+    limited.limit_to(index_of(item.left));
+    EXPECT_EQ(limited.as_string(), item.right) << item.left;
+    SmartIndex rest = index_with_a_low_border();
+    rest.remove(index_of(item.left));
+    EXPECT_EQ(rest.as_string(), item.result) << item.left;
+  }
+}
+
+TEST(SmartIndex, HoldsARangeCutAtItsSize) {
+  EXPECT_EQ(SmartIndex::of_range(5, 1, 3).as_string(), "([01100],1,2)");
+  EXPECT_EQ(SmartIndex::of_range(5, 0, 5).as_string(), "([11111],0,4)");
+  EXPECT_EQ(SmartIndex::of_range(5, 3, 9).as_string(), "([00011],3,4)");
+  EXPECT_EQ(SmartIndex::of_range(5, 3, 9).count(), 2);
+  EXPECT_FALSE(SmartIndex::of_range(5, 3, 9).includes(at_record(5)));
+  EXPECT_EQ(SmartIndex::of_range(5, 3, 3).as_string(), "([00000],5,5)");
+  EXPECT_EQ(SmartIndex::of_range(5, 4, 2).as_string(), "([00000],5,5)");
+  EXPECT_EQ(SmartIndex::of_range(5, 7, 9).as_string(), "([00000],5,5)");
+}
+
+TEST(SmartIndex, GivesItsRunsAsLongAsTheyCanBe) {
+  using Runs = std::vector<std::pair<unsigned long, unsigned long>>;
+  EXPECT_EQ(index_of("0110100").runs(), (Runs{{1, 3}, {4, 5}}));
+  EXPECT_EQ(index_of("000").runs(), Runs());
+  SmartIndex index = index_of("0110100");
+  index.set(3, true);
+  EXPECT_EQ(index.runs(), (Runs{{1, 5}}));
+  index.set(2, false);
+  EXPECT_EQ(index.runs(), (Runs{{1, 2}, {3, 5}}));
+  index.limit_to(index_of("1111111"));
+  EXPECT_EQ(index.runs(), (Runs{{1, 2}, {3, 5}}));
+}
+
 TEST(SmartIndex, TakesItselfAsTheOther) {
   SmartIndex index = index_of("0110");
   index.limit_to(index);
