@@ -265,14 +265,20 @@ class Generator {
         keys.push_back({from, mine.begin, theirs.begin, true, mine.end, theirs.end});
         continue;
       }
-      const FlatField& a = flat_schema().at(from)[static_cast<std::size_t>(below(5))];
-      const FlatField& b = flat_schema().at(table)[static_cast<std::size_t>(below(5))];
+      const FlatField& a = early_field(from);
+      const FlatField& b = early_field(table);
       if (a.is_text == b.is_text) keys.push_back({from, a.name, b.name, false, "", ""});
     }
     return keys;
   }
 
  private:
+  // One of a table's first fields, where its keys are; not every table has five.
+  const FlatField& early_field(const std::string& table) {
+    const auto& fields = flat_schema().at(table);
+    return fields[static_cast<std::size_t>(below(static_cast<int>(std::min<std::size_t>(fields.size(), 5))))];
+  }
+
   std::mt19937 random_;
 };
 
