@@ -3,8 +3,8 @@
 //     make_database PREFIX CHANNEL_EPOCHS [NETWORKS [STAGES [INTERLEAVE]]]
 //
 // Each station has three channels of up to three epochs. Station codes of different networks interleave in alphabetical
-// order. STAGES counts the response stages of an epoch: a seismometer, a digitizer and FIR filters (default 3). Response
-// files are PREFIX's folder's resp/*, eight of each kind, the FIR filters with 60 to 200 coefficients.
+// order. STAGES counts the response stages of an epoch: a seismometer, a digitizer and FIR filters (default 3).
+// Response files are PREFIX's folder's resp/*, eight of each kind, the FIR filters with 60 to 200 coefficients.
 #include <sys/stat.h>
 
 #include <cmath>
@@ -64,7 +64,8 @@ void write_responses(const std::string& folder) {
     FILE* fir = open_file(folder + "/fir." + std::to_string(kind));
     const int count = 60 + 20 * kind;
     std::fprintf(fir, "theoretical 1 instrument fir generated\n%d\n%d\n", 40 * (kind + 1), count);
-    for (int i = 0; i < count; ++i) std::fprintf(fir, "%.10e\n", noise(random) * std::exp(-0.05 * std::abs(i - count / 2)));
+    for (int i = 0; i < count; ++i)
+      std::fprintf(fir, "%.10e\n", noise(random) * std::exp(-0.05 * std::abs(i - count / 2)));
     std::fprintf(fir, "0\n");
     std::fclose(fir);
   }
@@ -75,18 +76,33 @@ void write_stage(FILE* file, const char* sta, const char* chan, int epoch, doubl
   const char* iunits = stage == 1 ? "m/s" : stage == 2 ? "V" : "counts";
   const char* ounits = stage == 1 ? "V" : "counts";
   const std::string dfile = stage == 2 ? "-" : (stage == 1 ? "paz." : "fir.") + std::to_string(kind);
-  std::fprintf(file,
-               "%-6s %-8s %17.5f %17.5f %8d %-16s %16.8g %-16s %-16s %10.6f %-20s %8d %8d %11.7f %11.7f %-64s %-32s %17.5f\n",
-               sta, chan, time_of(epoch), end, stage, "-", stage == 1 ? 1500.0 : stage == 2 ? 419430.0 : 1.0, iunits,
-               ounits, 1.0, stage == 1 ? "paz" : stage == 2 ? "digitizer" : "fir", -1, stage == 1 ? -1 : stage == 2 ? 1 : 2,
-               stage == 1 ? -1.0 : stage == 2 ? 200.0 : 100.0, -1.0, stage == 2 ? "-" : "resp", dfile.c_str(), 1.7e9);
+  std::fprintf(
+      file,
+      "%-6s %-8s %17.5f %17.5f %8d %-16s %16.8g %-16s %-16s %10.6f %-20s %8d %8d %11.7f %11.7f %-64s %-32s %17.5f\n",
+      sta, chan, time_of(epoch), end, stage, "-",
+      stage == 1   ? 1500.0
+      : stage == 2 ? 419430.0
+                   : 1.0,
+      iunits, ounits, 1.0,
+      stage == 1   ? "paz"
+      : stage == 2 ? "digitizer"
+                   : "fir",
+      -1,
+      stage == 1   ? -1
+      : stage == 2 ? 1
+                   : 2,
+      stage == 1   ? -1.0
+      : stage == 2 ? 200.0
+                   : 100.0,
+      -1.0, stage == 2 ? "-" : "resp", dfile.c_str(), 1.7e9);
 }
 
-void write_epoch(const Tables& t, const char* sta, const char* chan, int channel, int epoch, bool last, long id, int stages) {
+void write_epoch(const Tables& t, const char* sta, const char* chan, int channel, int epoch, bool last, long id,
+                 int stages) {
   const long offdate = last ? -1 : day_of(epoch + 1);
   const double end = last ? OPEN : time_of(epoch + 1);
-  std::fprintf(t.sitechan, "%-6s %-8s %8ld %8ld %8ld %-4s %9.4f %6.1f %6.1f %-50s %17.5f\n", sta, chan, day_of(epoch), id,
-               offdate, "n", 0.0, channel == 0 ? 90.0 : 0.0, channel == 2 ? 0.0 : 90.0, "-", 1.7e9);
+  std::fprintf(t.sitechan, "%-6s %-8s %8ld %8ld %8ld %-4s %9.4f %6.1f %6.1f %-50s %17.5f\n", sta, chan, day_of(epoch),
+               id, offdate, "n", 0.0, channel == 0 ? 90.0 : 0.0, channel == 2 ? 0.0 : 90.0, "-", 1.7e9);
   std::fprintf(t.sensor, "%-6s %-8s %17.5f %17.5f %8ld %8ld %8ld %16.6f %16.6f %6.2f %-1s %17.5f\n", sta, chan,
                time_of(epoch), end, 1 + id % 100, id, day_of(epoch), 1.0, 1.0, 0.0, "y", 1.7e9);
   std::fprintf(t.calibration, "%-6s %-8s %17.5f %17.5f %-16s %-16s %11.7f %16.8g %16.6f %16.6f %8d %17.5f\n", sta, chan,
@@ -97,17 +113,17 @@ void write_epoch(const Tables& t, const char* sta, const char* chan, int channel
 void write_station(const Tables& t, long number, long networks) {
   const std::string sta = code_of(number);
   const std::string net = network_of(number % networks);
-  std::fprintf(t.site, "%-6s %8ld %8d %9.4f %9.4f %9.4f %-50s %-4s %-6s %9.4f %9.4f %17.5f\n", sta.c_str(), day_of(0), -1,
-               static_cast<double>(number % 170) - 85.0, static_cast<double>(number % 359) - 179.0, 0.5, "A made place",
-               "ss", sta.c_str(), 0.0, 0.0, 1.7e9);
+  std::fprintf(t.site, "%-6s %8ld %8d %9.4f %9.4f %9.4f %-50s %-4s %-6s %9.4f %9.4f %17.5f\n", sta.c_str(), day_of(0),
+               -1, static_cast<double>(number % 170) - 85.0, static_cast<double>(number % 359) - 179.0, 0.5,
+               "A made place", "ss", sta.c_str(), 0.0, 0.0, 1.7e9);
   std::fprintf(t.snetsta, "%-8s %-6s %-6s %-15s %17.5f\n", net.c_str(), sta.c_str(), sta.c_str(), "made", 1.7e9);
   std::fprintf(t.affiliation, "%-8s %-6s %17.5f\n", net.c_str(), sta.c_str(), 1.7e9);
 }
 
 void write_common(const Tables& t, long networks) {
   for (long n = 0; n < networks; ++n) {
-    std::fprintf(t.network, "%-8s %-80s %-4s %-15s %8d %17.5f\n", network_of(n).c_str(), "A made network", "-", "made", -1,
-                 1.7e9);
+    std::fprintf(t.network, "%-8s %-80s %-4s %-15s %8d %17.5f\n", network_of(n).c_str(), "A made network", "-", "made",
+                 -1, 1.7e9);
   }
   for (int i = 1; i <= 100; ++i) {
     std::fprintf(t.instrument, "%8d %-50s %-6s %-1s %-1s %11.7f %16.6f %16.6f %-64s %-32s %-6s %17.5f\n", i,
@@ -128,7 +144,7 @@ int main(int argc, char** argv) {
   const int stages = argc > 4 ? std::atoi(argv[4]) : 3;
   Tables t{};
   const auto open_table = [&](const char* name) { return open_file(prefix + "." + name); };
-  t = {open_table("site"),        open_table("sitechan"), open_table("sensor"),   open_table("instrument"),
+  t = {open_table("site"),        open_table("sitechan"),    open_table("sensor"),  open_table("instrument"),
        open_table("network"),     open_table("affiliation"), open_table("snetsta"), open_table("schanloc"),
        open_table("calibration"), open_table("stage")};
   write_responses(prefix.substr(0, prefix.rfind('/') + 1) + "resp");
@@ -143,7 +159,8 @@ int main(int argc, char** argv) {
       std::fprintf(t.schanloc, "%-6s %-8s %-8s %-8s %-15s %17.5f\n", sta.c_str(), chan.c_str(), CODES[channel], "00",
                    "made", 1.7e9);
       for (int epoch = 0; epoch < EPOCHS && id < epochs; ++epoch) {
-        write_epoch(t, sta.c_str(), chan.c_str(), channel, epoch, epoch + 1 == EPOCHS || id + 1 == epochs, id + 1, stages);
+        write_epoch(t, sta.c_str(), chan.c_str(), channel, epoch, epoch + 1 == EPOCHS || id + 1 == epochs, id + 1,
+                    stages);
         ++id;
       }
     }

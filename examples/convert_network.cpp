@@ -2,8 +2,8 @@
 //
 //     convert_network examples/observatory/observatory XA > XA.xml
 //
-// The library writes a category from the first to the last of its records, which is exact for one network at a time. For
-// everything the command `triglub convert` does, down to the telling of what is left out, see tool/.
+// The library writes a category from the first to the last of its records, which is exact for one network at a time.
+// For everything the command `triglub convert` does, down to the telling of what is left out, see tool/.
 #include <cstdio>
 #include <iostream>
 #include <string>
