@@ -51,6 +51,7 @@ class TRIGLUB_API ElementDescription {
   explicit ElementDescription(char const* line);
 
   std::string name() const;
+  std::string type() const;
   std::string value() const;
   bool is_ignored() const;
   bool is_required() const;
@@ -60,17 +61,15 @@ class TRIGLUB_API ElementDescription {
   bool is_stage() const;              // "STAGE"
   bool is_count() const;              // "count"
 
-  // Puts the value's text at the handle's record in place of the expression. Ignored lines, empty values, "text" and
-  // "count" stay as they are. Throws std::logic_error for a plain group, and what eval_as_type throws.
+  // True for ignored lines, empty values, "text" and "count": the value stays as it stands in the file.
+  bool is_constant() const;
+  // Puts the value's text at the handle's record in place of the expression, unless it is constant. Throws
+  // std::logic_error for a plain group, and what eval_as_type throws.
   void evaluate(Dbptr db);
-  // The text that evaluate() would put in place of the expression; throws what it throws.
-  std::string evaluated(Dbptr db) const;
   // The line as diagnostics show it.
   std::string as_string() const;
-  // ' NAME="VALUE"', or "" when ignored. Throws std::runtime_error for a name that no attribute can have. The second
-  // form puts `value` in place of the line's own.
+  // ' NAME="VALUE"', or "" when ignored. Throws std::runtime_error for a name that no attribute can have.
   std::string as_xml_attribute() const;
-  std::string as_xml_attribute(std::string value) const;
 
  private:
   std::string name_;

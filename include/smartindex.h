@@ -68,6 +68,9 @@ class TRIGLUB_API SmartIndex {
   void reset_first();    // the lower border from the flags
   void reset_borders();  // both borders from the flags
 
+  // True when the borders say all: what lies between them is selected, and nothing else.
+  bool is_one_run() const { return runs_.size() == 1 && first_ == runs_[0].begin && last_ + 1 == runs_[0].end; }
+
   // The selected positions as runs, ascending: from first to before second.
   std::vector<std::pair<unsigned long, unsigned long>> runs() const;
 

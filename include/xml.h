@@ -29,6 +29,8 @@ class TRIGLUB_API XmlAttribute {
   // ' NAME="VALUE"' with its leading blank, the value escaped.
   // Throws std::runtime_error "Invalid attribute name: [NAME]".
   std::string get(std::string name, std::string value) const;
+  // The same, behind what *text holds, which stays as it is for an invalid name.
+  void append(std::string const& name, std::string const& value, std::string* text) const;
 };
 
 // The tags of one element. The name "-" makes a transparent element: both tags are empty.
@@ -52,6 +54,8 @@ class TRIGLUB_API ElementTag {
   // The whole leaf element with line end(s), indented by `indent` blanks: on one line while est_len is below
   // MAX_XML_LINE_LENGTH, else the content on a line of its own, one blank further in. Content is written as it is.
   std::string wrap(std::string content, unsigned long indent) const;
+  // The same, behind what *text holds.
+  void append_wrapped(std::string const& content, unsigned long indent, std::string* text) const;
 
  private:
   std::string name_;

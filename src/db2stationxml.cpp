@@ -2,7 +2,6 @@
 #include "db2stationxml.h"
 
 #include <stdexcept>
-#include <unordered_map>
 
 #include "conversion.h"
 #include "dbhelper.h"
@@ -25,9 +24,6 @@ constexpr unsigned int RESPONSE_LEVEL = 0x40;
 std::string final_element_name;
 
 Pf* latest_parameters = nullptr;
-
-// The groups of its tree that were met so far. A node is written for every channel epoch; its lines are parsed once.
-std::unordered_map<std::string, ElementGroup> definitions;
 
 // The name of the root group; null when the parameter file has none.
 const char* root_of(Pf* pf) { return pfget_string(pf, "root_node"); }
@@ -58,13 +54,7 @@ void prepare_responses(Dbptr view) {
 
 Pf* triglub::conversion_parameters() { return latest_parameters; }
 
-const ElementGroup& triglub::group_definition(const std::string& name) {
-  const auto known = definitions.find(name);
-  if (known != definitions.end()) return known->second;
-  return definitions.emplace(name, ElementGroup(latest_parameters, name)).first->second;
-}
-
-bool triglub::is_cut(const ElementGroup& group) { return group.name() == final_element_name; }
+bool triglub::is_cut(const std::string& tag) { return tag == final_element_name; }
 
 bool info_level() { return verbosity != 0; }
 
@@ -89,7 +79,7 @@ void set_detail_level(unsigned int level) {
   }
 }
 
-bool max_detail_level_reached(ElementGroup group) { return triglub::is_cut(group); }
+bool max_detail_level_reached(ElementGroup group) { return triglub::is_cut(group.name()); }
 
 Dbptr prepare_conversion(Dbptr db, Pf* pf, rbtree* subset, unsigned int flags) {
   verbosity = flags & VERBOSITY_BITS;
@@ -98,7 +88,6 @@ Dbptr prepare_conversion(Dbptr db, Pf* pf, rbtree* subset, unsigned int flags) {
   show_func("db2stationxml");
   if (pf == nullptr) elog_die(0, "No parameter file specified");
   latest_parameters = pf;
-  definitions.clear();
   date_formats_init(pf);
   if (info_level()) {
     const char* root = root_of(pf);

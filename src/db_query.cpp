@@ -1,15 +1,12 @@
 // Checked queries: what the database library reports as a status becomes an exception, its texts become strings.
-#include <array>
 #include <map>
 
+#include "db_value.h"
 #include "dbhelper.h"
 #include "platform/elog.h"
 #include "platform/text.h"
 
 namespace {
-
-// Room for one value as text, as dbget asks for it.
-using ValueText = std::array<char, 1024>;
 
 // The answer of a counting or type query.
 template <typename Answer>
@@ -58,12 +55,18 @@ Dbptr db_setfield(Dbptr db, std::string field) {
   return found;
 }
 
-std::string db_fieldlookup(Dbptr db, std::string field) {
-  ValueText text{};
-  if (dbget(db_setfield(db, field), text.data()) == dbINVALID) {
+void triglub::read_value(Dbptr db, const std::string& field, std::string* text) {
+  ValueText value;
+  if (dbget(db, value.data()) == dbINVALID) {
     throw dbquery_error("dbget was unable to retrieve value of field [" + field + "]");
   }
-  return strtrim(text.data());
+  *text = strtrim(value.data());
+}
+
+std::string db_fieldlookup(Dbptr db, std::string field) {
+  std::string text;
+  triglub::read_value(db_setfield(db, field), field, &text);
+  return text;
 }
 
 std::string db_fieldlookup(Dbptr db, std::string field, std::string fallback) {
@@ -74,7 +77,7 @@ std::string db_fieldlookup(Dbptr db, std::string field, std::string fallback) {
   }
 }
 
-std::string get_nullvalue(Dbptr db) {
+const std::string& triglub::null_value(Dbptr db) {
   // The key is the field's position alone, so fields of different tables share an entry: within the one master view a
   // position says all, and documents made so far rely on the first answer of a process standing.
   static std::map<std::int64_t, std::string> known;
@@ -83,6 +86,8 @@ std::string get_nullvalue(Dbptr db) {
   if (is_new) dbquery(db, dbNULL_VALUE, entry->second);
   return entry->second;
 }
+
+std::string get_nullvalue(Dbptr db) { return triglub::null_value(db); }
 
 std::string get_nullvalue(Dbptr db, std::string field) { return get_nullvalue(db_setfield(db, std::move(field))); }
 

@@ -30,6 +30,7 @@ ElementDescription::ElementDescription(char const* line) {
 }
 
 std::string ElementDescription::name() const { return name_; }
+std::string ElementDescription::type() const { return type_; }
 std::string ElementDescription::value() const { return value_; }
 bool ElementDescription::is_ignored() const { return flag_ == 'x'; }
 bool ElementDescription::is_required() const { return flag_ == 'r'; }
@@ -39,23 +40,18 @@ bool ElementDescription::is_numeric_group() const { return type_ == "CATEGORIZED
 bool ElementDescription::is_stage() const { return type_ == "STAGE"; }
 bool ElementDescription::is_count() const { return type_ == "count"; }
 
-std::string ElementDescription::evaluated(Dbptr db) const {
-  if (is_group()) throw std::logic_error("Cannot evaluate groups in ElementDescription::evaluate. (yet?)");
-  if (is_ignored() || value_.empty() || type_ == "text" || is_count()) return value_;
-  return eval_as_type(db, value_.c_str(), type_);
-}
+bool ElementDescription::is_constant() const { return is_ignored() || value_.empty() || type_ == "text" || is_count(); }
 
-void ElementDescription::evaluate(Dbptr db) { value_ = evaluated(db); }
+void ElementDescription::evaluate(Dbptr db) {
+  if (is_group()) throw std::logic_error("Cannot evaluate groups in ElementDescription::evaluate. (yet?)");
+  if (!is_constant()) value_ = eval_as_type(db, value_.c_str(), type_);
+}
 
 std::string ElementDescription::as_string() const { return name_ + "   " + flag_ + " " + type_ + "   " + value_; }
 
-std::string ElementDescription::as_xml_attribute() const { return as_xml_attribute(value_); }
-
-std::string ElementDescription::as_xml_attribute(std::string value) const {
+std::string ElementDescription::as_xml_attribute() const {
   // An empty value is written too, required or not: an attribute that is asked for is never silently missing.
-  if (is_ignored()) return "";
-  static const XmlAttribute attribute;
-  return attribute.get(name_, std::move(value));
+  return is_ignored() ? "" : XmlAttribute().get(name_, value_);
 }
 
 std::vector<ElementDescription> Tbl2ElementDescription(Tbl* list) {

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "bound_value.h"
+#include "db_value.h"
 #include "dbhelper.h"
 #include "platform/elog.h"
 
@@ -66,12 +68,6 @@ std::string as_angle(const std::string& text, GroupType kind) {
   return as_valid_az(text);
 }
 
-std::string eval_angle(Dbptr db, const char* field, GroupType kind) {
-  const std::string text = db_fieldlookup(db, field);
-  if (text == get_nullvalue(db, field)) return null_mark;
-  return as_angle(text, kind);
-}
-
 // The first of value - k x step that is not above `limit`, for a value so far above that stepping would take for ever:
 // the remainder is exact, so it is where the steps would end.
 double step_down_from_afar(double value, double limit, double step) {
@@ -83,46 +79,85 @@ double step_down_from_afar(double value, double limit, double step) {
 
 }  // namespace
 
-std::string eval_as_type(Dbptr db, const char* expr, std::string type) {
+triglub::BoundValue::BoundValue(std::string text, std::string type) : text_(std::move(text)), type_(std::move(type)) {}
+
+// The text of the field that the value names. Throws as db_fieldlookup does.
+void triglub::BoundValue::read_field(Dbptr db, std::string* result) {
+  if (!field_) field_ = db_setfield(db, text_).field;
+  db.field = *field_;
+  read_value(db, text_, result);
+}
+
+void triglub::BoundValue::write_angle(Dbptr db, std::string* result) {
+  read_field(db, result);
+  // Neighbouring records mostly agree.
+  if (null_ != nullptr && *result == latest_) {
+    *result = latest_result_;
+    return;
+  }
+  db.field = *field_;
+  if (null_ == nullptr) null_ = &null_value(db);
+  std::string angle = *result == *null_ ? null_mark : as_angle(*result, *kind_);
+  latest_.swap(*result);
+  latest_result_ = angle;
+  result->swap(angle);
+}
+
+void triglub::BoundValue::write_expression(Dbptr db, int type, TextWriter* write, std::string* result) {
+  if (!expression_) expression_.emplace(text_, type);
+  write(db, *expression_, result);
+}
+
+void triglub::BoundValue::write(Dbptr db, std::string* result) {
   // An unknown keyword enters the table as 0, which is deg_lat: a parameter file with a keyword of tomorrow still
   // gives a number, or a clear exception for what is none.
-  const GroupType kind = INTERPRETERS[type];
-  switch (kind) {
+  if (!kind_) kind_ = INTERPRETERS[type_];
+  switch (*kind_) {
     case deg_lat:
     case deg_lon:
     case dip:
     case deg_az:
-      return eval_angle(db, expr, kind);
+      return write_angle(db, result);
     case record_count:
-      return "";  // counted where the records of a node are known, not here
+      return result->clear();  // counted where the records of a node are known, not here
     case meters:
       // No null test: -999000 for an unknown elevation is seen, 0 would pass for a station at sea level.
-      return six_decimals(number_of(db_fieldlookup(db, expr)) * 1000.0);
+      read_field(db, result);
+      *result = six_decimals(number_of(*result) * 1000.0);
+      return;
     case float_type:
-      return eval_expr(db, expr, dbREAL);
+      return write_expression(db, dbREAL, number_text, result);
     case integer:
-      return eval_expr(db, expr, dbINTEGER);
+      return write_expression(db, dbINTEGER, number_text, result);
     case force_lookup:
       // The keyword has no fallback text to force. Programs know this exception by its text, so it is thrown with it.
       throw std::logic_error("basic_string::_M_construct null not valid");
     case lookup:
     case string_type:
-      return eval_str_expr(db, expr);
+      return write_expression(db, dbSTRING, string_text, result);
     case epoch_type:
-      return eval_epoch_expr(db, expr);
+      return write_expression(db, dbTIME, epoch_text, result);
     case julian:
-      return eval_jday_expr(db, expr);
+      return write_expression(db, dbYEARDAY, yearday_text, result);
     case GROUP:
     case CATEGORIZED_GROUP:
     case CATEGORIZED_BY_NUMBER:
     case STAGE:
-      return expr;
+      *result = text_;
+      return;
     case other_pf_site:
-      return get_from_other_pf("site", expr);
+      *result = get_from_other_pf("site", text_);
+      return;
   }
   // Only a program that has put a number of its own into the table comes here.
-  elog_complain(0, "Unrecognized special_types value %s", type.c_str());
-  return "";
+  elog_complain(0, "Unrecognized special_types value %s", type_.c_str());
+  result->clear();
+}
+
+std::string eval_as_type(Dbptr db, const char* expr, std::string type) {
+  std::string text;
+  triglub::BoundValue(expr, std::move(type)).write(db, &text);
+  return text;
 }
 
 double bring_into_range(double value, double low, double high, double step) {

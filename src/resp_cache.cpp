@@ -1,9 +1,9 @@
 // The cache of parsed response files: every file that the stage rows name is read once, when the cache is made.
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
+#include "db_value.h"
 #include "dbhelper.h"
 #include "platform/text.h"
 #include "resp_helper.h"
@@ -11,9 +11,6 @@
 const std::string EMPTYFILENAME = "-/-";
 
 namespace {
-
-// What dbget writes at most, with its zero byte.
-constexpr std::size_t kLongestValue = 1024;
 
 // An assertion that holds in release builds too: past it, a wrong program would give wrong documents.
 void require(bool holds, const char* condition) {
@@ -39,7 +36,7 @@ std::string simplefile(std::string dir, std::string dfile) { return std::move(di
 // By way of dbget, which never writes more than its buffer holds, whatever the schema says of the field's width.
 std::string dbget_stringv(Dbptr db, std::string field, std::string fallback) {
   const Dbptr value = dblookup(db, nullptr, nullptr, field.c_str(), nullptr);
-  std::array<char, kLongestValue> text{};
+  triglub::ValueText text{};
   if (dbget(value, text.data()) != 0) return fallback;
   return text.data();
 }

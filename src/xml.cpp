@@ -55,8 +55,20 @@ std::string XmlAttribute::make_value_safe(std::string value) const {
 }
 
 std::string XmlAttribute::get(std::string name, std::string value) const {
+  std::string text;
+  append(name, value, &text);
+  return text;
+}
+
+void XmlAttribute::append(std::string const& name, std::string const& value, std::string* text) const {
   if (!isvalid_name(name)) throw std::runtime_error("Invalid attribute name: [" + name + "]");
-  return " " + name + "=\"" + make_value_safe(std::move(value)) + "\"";
+  text->append(1, ' ').append(name).append("=\"");
+  if (value.find_first_of("&<>'\"") == std::string::npos) {
+    text->append(value);
+  } else {
+    text->append(make_value_safe(value));
+  }
+  text->append(1, '"');
 }
 
 ElementTag::ElementTag(std::string name) : ElementTag(std::move(name), std::string()) {}
@@ -95,12 +107,19 @@ unsigned long ElementTag::est_len(std::string const& content) const {
 
 std::string ElementTag::wrap(std::string content, unsigned long indent) const {
   std::string text;
-  text.reserve(est_len(content) + 3 * indent + 8);
-  text.append(indent, ' ').append(open_tag());
+  append_wrapped(content, indent, &text);
+  return text;
+}
+
+void ElementTag::append_wrapped(std::string const& content, unsigned long indent, std::string* text) const {
+  const bool is_transparent = name_ == kTransparentName;
+  text->append(indent, ' ');
+  if (!is_transparent) text->append(1, '<').append(name_).append(attributes_).append(1, '>');
   if (est_len(content) < MAX_XML_LINE_LENGTH) {
-    text += content;
+    text->append(content);
   } else {
-    text.append(1, '\n').append(indent + 1, ' ').append(content).append(1, '\n').append(indent, ' ');
+    text->append(1, '\n').append(indent + 1, ' ').append(content).append(1, '\n').append(indent, ' ');
   }
-  return text.append(close_tag()).append(1, '\n');
+  if (!is_transparent) text->append("</").append(name_).append(1, '>');
+  text->append(1, '\n');
 }

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "db_value.h"
 #include "platform/elog.h"
 #include "platform/text.h"
 #include "resp_helper.h"
@@ -30,8 +31,7 @@ std::string& most_recent_unit() {
 // The text of a field into a buffer, cut to it; nothing when the field cannot be read.
 template <std::size_t size>
 void read_text(Dbptr db, const char* field, std::array<char, size>& buffer) {
-  constexpr std::size_t kLongestValue = 1024;
-  std::array<char, kLongestValue> value{};
+  triglub::ValueText value{};
   if (dbget(dblookup(db, nullptr, nullptr, field, nullptr), value.data()) != 0) return;
   const std::string_view kept = triglub::utf8_prefix(value.data(), size - 1);
   buffer[kept.copy(buffer.data(), kept.size())] = '\0';

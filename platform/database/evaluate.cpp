@@ -93,6 +93,12 @@ int dbex_eval(Dbptr db, Expression* compiled, int /*reserved*/, void* result) {
   return triglub::evaluate(*compiled, record, result) ? 0 : -1;
 }
 
+bool triglub::evaluate_text(Dbptr db, const Expression* compiled, std::string* text) {
+  const View* view = view_of(db);
+  if (compiled == nullptr || view == nullptr || !has_record(*view, db)) return false;
+  return compiled->compiled->text(ViewRecord(*view, static_cast<std::uint32_t>(db.record)), text);
+}
+
 int dbex_evalstr(Dbptr db, const char* expression, int type, void* result) {
   triglub::clear_result(type, result);
   Expression* compiled = nullptr;

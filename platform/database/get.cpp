@@ -8,16 +8,10 @@ namespace triglub {
 
 namespace {
 
-constexpr std::size_t MAX_TEXT = 1023;  // dbget's buffers have 1024 bytes
-
 void copy_text(std::string_view text, std::size_t limit, char* to) {
   const std::string_view kept = utf8_prefix(text, limit);
   std::memcpy(to, kept.data(), kept.size());
   to[kept.size()] = '\0';
-}
-
-bool is_field_number(const View& view, std::int64_t number) {
-  return number >= 0 && static_cast<std::size_t>(number) < view.fields().size();
 }
 
 // A field of the view by name, seen as a field of `table` when that is given.
@@ -62,14 +56,14 @@ void fill_null(const FieldSchema& schema, void* variable) {
 int dbget(Dbptr db, char* buffer) {
   using namespace triglub;
   const View* view = view_of(db);
-  if (view == nullptr || !is_field_number(*view, db.field)) return static_cast<int>(dbINVALID);
+  if (view == nullptr || !view->has_field(db.field)) return static_cast<int>(dbINVALID);
   const ViewField& field = view->fields()[static_cast<std::size_t>(db.field)];
   if (db.record == dbNULL) {
-    copy_text(view->schema_of(field).null_text, MAX_TEXT, buffer);
+    copy_text(view->schema_of(field).null_text, LONGEST_TEXT, buffer);
     return 0;
   }
   if (!has_record(*view, db)) return static_cast<int>(dbINVALID);
-  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), MAX_TEXT, buffer);
+  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), LONGEST_TEXT, buffer);
   return 0;
 }
 

@@ -7,7 +7,7 @@ namespace {
 constexpr int NO_ANSWER = -1;
 
 const ViewField* field_of(const View& view, const Dbptr& db) {
-  if (db.field < 0 || static_cast<std::size_t>(db.field) >= view.fields().size()) return nullptr;
+  if (!view.has_field(db.field)) return nullptr;
   return &view.fields()[static_cast<std::size_t>(db.field)];
 }
 

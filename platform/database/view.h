@@ -44,6 +44,7 @@ class View final : public expression::FieldNames {
   const std::vector<ViewField>& fields() const { return fields_; }
   const Table& table_of(const ViewField& field) const { return *tables_[field.table].table; }
   const FieldSchema& schema_of(const ViewField& field) const { return table_of(field).schema().fields[field.field]; }
+  bool has_field(std::int64_t number) const { return number >= 0 && static_cast<std::size_t>(number) < fields_.size(); }
   // The index of a field by bare or qualified name; -1 when there is none.
   int find_field(std::string_view name) const;
   // The index of a table by name; -1 when there is none.

@@ -29,6 +29,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/containers.h"
@@ -157,6 +158,21 @@ namespace triglub {
 // absent through an outer join. Empty when the view does not have the table.
 TRIGLUB_API std::vector<std::uint32_t> base_rows(Dbptr view, const char* table);
 inline constexpr std::uint32_t NO_BASE_ROW = 0xFFFFFFFFu;
+
+// As dbex_eval for an expression compiled as dbSTRING, in place of what *text held and in its memory: for a program
+// that reads many values. False when the evaluation fails; the text is then untouched.
+TRIGLUB_API bool evaluate_text(Dbptr db, const Expression* compiled, std::string* text);
+
+// Records of a view, from `begin` to before `end`, at which a field has one text.
+struct TextRun {
+  std::string_view text;  // as dbget gives it; valid as long as the database
+  std::uint32_t begin = 0;
+  std::uint32_t end = 0;
+};
+
+// The runs of equal texts of the handle's field among the records from `begin` to before `end` (cut at the end of the
+// view), in record order: neighbours differ. Empty for a handle that names no field.
+TRIGLUB_API void text_runs(Dbptr db, std::uint64_t begin, std::uint64_t end, std::vector<TextRun>* runs);
 
 // A view of chosen rows of a base table or view, in the order given. Rows beyond the end make the result invalid.
 TRIGLUB_API Dbptr view_of_records(Dbptr view, const std::vector<std::uint32_t>& records, const char* name);
