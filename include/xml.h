@@ -29,8 +29,8 @@ class TRIGLUB_API XmlAttribute {
   // ' NAME="VALUE"' with its leading blank, the value escaped.
   // Throws std::runtime_error "Invalid attribute name: [NAME]".
   std::string get(std::string name, std::string value) const;
-  // The same, behind what *text holds, which stays as it is for an invalid name.
-  void append(std::string const& name, std::string const& value, std::string* text) const;
+  // As make_value_safe, behind what *text holds.
+  void append_safe(std::string const& value, std::string* text) const;
 };
 
 // The tags of one element. The name "-" makes a transparent element: both tags are empty.

@@ -27,7 +27,7 @@ void LineValue::write(Dbptr db, std::string* result) {
 }
 
 AttributePlan::AttributePlan(const ElementDescription& line)
-    : name(line.name()), is_ignored(line.is_ignored()), value(line) {}
+    : name(line.name()), head(" " + name + "=\""), is_ignored(line.is_ignored()), value(line) {}
 
 LinePlan::LinePlan(const ElementDescription& line) : line(line), name(line.name()), kind(kind_of(line)), value(line) {}
 

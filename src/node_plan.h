@@ -35,6 +35,7 @@ struct AttributePlan {
   explicit AttributePlan(const ElementDescription& line);
 
   std::string name;
+  std::string head;  // the text before the value: ' NAME="'
   bool is_ignored;
   LineValue value;
 };

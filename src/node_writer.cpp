@@ -133,7 +133,11 @@ void NodeWriter::open_tag(const Node& node) {
   text_.append(xml_depth, ' ').append(1, '<').append(node.plan.name);
   for (std::size_t i = 0; i < node.plan.attributes.size(); ++i) {
     const AttributePlan& attribute = node.plan.attributes[i];
-    if (!attribute.is_ignored) XmlAttribute().append(attribute.name, values().attributes[i], &text_);
+    if (!attribute.is_ignored) {
+      text_ += attribute.head;
+      XmlAttribute().append_safe(values().attributes[i], &text_);
+      text_ += '"';
+    }
     text_ += ' ';  // as ElementGroup::attribs_as_xml has it
   }
   text_ += '>';

@@ -16,8 +16,19 @@ bool consists_of_alphanumerics_or(std::string_view others, std::string_view name
                      [others](char c) { return is_ascii_alphanumeric(c) || others.find(c) != std::string_view::npos; });
 }
 
+bool is_markup(char c) { return c == '&' || c == '<' || c == '>' || c == '\'' || c == '"'; }
+
 // The name of an element that groups others without being seen itself.
 constexpr std::string_view kTransparentName = "-";
+
+// Brackets, slash, line ends and the blank of a broken line.
+constexpr std::size_t kLongestMarkup = 9;
+
+// Copies the pieces to `to`; returns the place behind them.
+char* put(char* to, std::initializer_list<std::string_view> pieces) {
+  for (const std::string_view piece : pieces) to = std::copy(piece.begin(), piece.end(), to);
+  return to;
+}
 
 std::string joined_attributes(const std::vector<std::string>& attributes) {
   std::string text;
@@ -54,21 +65,17 @@ std::string XmlAttribute::make_value_safe(std::string value) const {
   return value;
 }
 
-std::string XmlAttribute::get(std::string name, std::string value) const {
-  std::string text;
-  append(name, value, &text);
-  return text;
+void XmlAttribute::append_safe(std::string const& value, std::string* text) const {
+  if (std::any_of(value.begin(), value.end(), is_markup)) {
+    text->append(make_value_safe(value));
+  } else {
+    text->append(value);
+  }
 }
 
-void XmlAttribute::append(std::string const& name, std::string const& value, std::string* text) const {
+std::string XmlAttribute::get(std::string name, std::string value) const {
   if (!isvalid_name(name)) throw std::runtime_error("Invalid attribute name: [" + name + "]");
-  text->append(1, ' ').append(name).append("=\"");
-  if (value.find_first_of("&<>'\"") == std::string::npos) {
-    text->append(value);
-  } else {
-    text->append(make_value_safe(value));
-  }
-  text->append(1, '"');
+  return " " + name + "=\"" + make_value_safe(std::move(value)) + "\"";
 }
 
 ElementTag::ElementTag(std::string name) : ElementTag(std::move(name), std::string()) {}
@@ -113,13 +120,16 @@ std::string ElementTag::wrap(std::string content, unsigned long indent) const {
 
 void ElementTag::append_wrapped(std::string const& content, unsigned long indent, std::string* text) const {
   const bool is_transparent = name_ == kTransparentName;
-  text->append(indent, ' ');
-  if (!is_transparent) text->append(1, '<').append(name_).append(attributes_).append(1, '>');
-  if (est_len(content) < MAX_XML_LINE_LENGTH) {
-    text->append(content);
-  } else {
-    text->append(1, '\n').append(indent + 1, ' ').append(content).append(1, '\n').append(indent, ' ');
-  }
-  if (!is_transparent) text->append("</").append(name_).append(1, '>');
-  text->append(1, '\n');
+  const bool is_broken = est_len(content) >= MAX_XML_LINE_LENGTH;
+  // Leaves are most of a document: one step of growth for the whole, then plain copies.
+  const std::size_t before = text->size();
+  text->resize(before + 3 * indent + 2 * name_.size() + attributes_.size() + content.size() + kLongestMarkup, ' ');
+  char* to = text->data() + before + indent;
+  if (!is_transparent) to = put(to, {"<", name_, attributes_, ">"});
+  if (is_broken) to = put(to, {"\n"}) + indent + 1;
+  to = put(to, {content});
+  if (is_broken) to = put(to, {"\n"}) + indent;
+  if (!is_transparent) to = put(to, {"</", name_, ">"});
+  to = put(to, {"\n"});
+  text->resize(static_cast<std::size_t>(to - text->data()));
 }

@@ -104,6 +104,18 @@ bool has_record(const View& view, const Dbptr& db) {
   return db.record >= 0 && db.record < static_cast<std::int64_t>(view.record_count());
 }
 
+std::vector<ViewTable> tables_of_records(const View& view, const std::vector<std::uint32_t>& records) {
+  if (are_all(records, view)) return view.tables();
+  std::vector<ViewTable> tables;
+  for (std::size_t t = 0; t < view.tables().size(); ++t) {
+    auto rows = std::make_shared<std::vector<std::uint32_t>>();
+    rows->reserve(records.size());
+    for (const std::uint32_t record : records) rows->push_back(view.row(t, record));
+    tables.push_back({view.tables()[t].table, std::move(rows)});
+  }
+  return tables;
+}
+
 Dbptr result_view(Database& database, std::vector<ViewTable> tables, std::uint32_t record_count, std::string operations,
                   const char* name) {
   return handle_of(database, database.add_view(
@@ -113,17 +125,7 @@ Dbptr result_view(Database& database, std::vector<ViewTable> tables, std::uint32
 Dbptr selected_records(Database& database, const View& view, const std::vector<std::uint32_t>& records,
                        const std::string& operation, const char* name) {
   const auto count = static_cast<std::uint32_t>(records.size());
-  std::string operations = view.operations() + "\n" + operation;
-  // All records in their order, as a sort of what is sorted gives them: the row numbers are shared.
-  if (are_all(records, view)) return result_view(database, view.tables(), count, std::move(operations), name);
-  std::vector<ViewTable> tables;
-  for (std::size_t t = 0; t < view.tables().size(); ++t) {
-    auto rows = std::make_shared<std::vector<std::uint32_t>>();
-    rows->reserve(records.size());
-    for (const std::uint32_t record : records) rows->push_back(view.row(t, record));
-    tables.push_back({view.tables()[t].table, std::move(rows)});
-  }
-  return result_view(database, std::move(tables), count, std::move(operations), name);
+  return result_view(database, tables_of_records(view, records), count, view.operations() + "\n" + operation, name);
 }
 
 Dbptr view_of_records(Dbptr view, const std::vector<std::uint32_t>& records, const char* name) {

@@ -65,6 +65,10 @@ inline constexpr Dbptr INVALID_HANDLE{};
 // True when the handle's record is one of the view's.
 bool has_record(const View& view, const Dbptr& db);
 
+// The tables of a view at chosen records. All of its records in their order, as a sort of what is sorted gives them or
+// a join in which each finds one partner, share its row numbers.
+std::vector<ViewTable> tables_of_records(const View& view, const std::vector<std::uint32_t>& records);
+
 // Adds the view that results from an operation and gives its handle.
 Dbptr result_view(Database& database, std::vector<ViewTable> tables, std::uint32_t record_count, std::string operations,
                   const char* name);

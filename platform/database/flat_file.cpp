@@ -1,8 +1,10 @@
-// One pass over the mapped file: each line is checked against the row's layout and its cells go into the columns.
+// One pass over the mapped file: each line is checked against the row's layout and its cells go into the columns. Most
+// cells have been seen before, in the row above or a few rows up: what has the same bytes has the same value.
 // Nothing is guessed: a row that does not fit makes the table refuse to load, after the faults have been named.
 #include "database/flat_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "database/number.h"
@@ -16,7 +18,25 @@ namespace {
 
 constexpr std::uint64_t MAX_COMPLAINTS = 20;
 
+constexpr std::size_t WORD = sizeof(std::uint64_t);
+
+std::uint64_t word_at(const char* bytes) {
+  std::uint64_t word;
+  std::memcpy(&word, bytes, WORD);
+  return word;
+}
+
+bool are_same(const char* a, const char* b, std::size_t count) {
+  if (count < WORD) return std::equal(a, a + count, b);
+  for (std::size_t at = 0; at + WORD < count; at += WORD) {
+    if (word_at(a + at) != word_at(b + at)) return false;
+  }
+  return word_at(a + count - WORD) == word_at(b + count - WORD);
+}
+
 std::string_view without_trailing_blanks(std::string_view text) {
+  constexpr std::uint64_t BLANKS = 0x2020202020202020u;
+  while (text.size() >= WORD && word_at(text.data() + text.size() - WORD) == BLANKS) text.remove_suffix(WORD);
   while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
   return text;
 }
@@ -52,11 +72,97 @@ bool has_older_form(std::string_view text) {
   return std::equal(FORM.begin(), FORM.end(), text.begin(), text.end(), fits);
 }
 
+// Which parts of a row differ from another: a bit for each of at most 64 pieces of equal length.
+class RowComparison {
+ public:
+  explicit RowComparison(std::size_t row_width) : row_width_(row_width) {
+    while (piece_at(row_width_ - 1) >= PIECES) ++shift_;
+  }
+
+  // The pieces that hold the bytes from `begin` to before `end` (cut at the end of the row).
+  std::uint64_t pieces_of(std::size_t begin, std::size_t end) const {
+    const std::size_t last = piece_at(std::min(end, row_width_) - 1);
+    return (ALL >> (PIECES - 1 - last)) & (ALL << piece_at(begin));
+  }
+
+  std::uint64_t differing(const char* a, const char* b) const {
+    std::uint64_t pieces = 0;
+    const std::size_t words = row_width_ / WORD;
+    for (std::size_t word = 0; word < words; ++word) {
+      const bool differs = word_at(a + word * WORD) != word_at(b + word * WORD);
+      pieces |= std::uint64_t{differs} << (word >> shift_);
+    }
+    const std::size_t rest = words * WORD;
+    if (rest < row_width_ && !are_same(a + rest, b + rest, row_width_ - rest)) pieces |= pieces_of(rest, row_width_);
+    return pieces;
+  }
+
+  static constexpr std::uint64_t ALL = ~std::uint64_t{0};
+
+ private:
+  static constexpr std::size_t PIECES = 64;
+
+  std::size_t piece_at(std::size_t byte) const { return byte / WORD >> shift_; }
+
+  std::size_t row_width_;
+  std::size_t shift_ = 0;  // words of a piece, as a power of two
+};
+
+// Cells of one field that were read before, the latest of each kind.
+class KnownCells {
+ public:
+  explicit KnownCells(std::size_t width) : width_(width) {}
+
+  // The number of an earlier row whose cell has the same bytes; nothing when none is known.
+  const std::uint32_t* find(const char* cell) {
+    latest_ = &cells_[slot_of(cell)];
+    return latest_->bytes != nullptr && are_same(latest_->bytes, cell, width_) ? &latest_->row : nullptr;
+  }
+  // Keeps the cell that was asked for last.
+  void keep(const char* cell, std::uint32_t row) { *latest_ = {cell, row}; }
+
+ private:
+  struct Cell {
+    const char* bytes = nullptr;
+    std::uint32_t row = 0;
+  };
+  static constexpr int SLOT_BITS = 6;
+
+  // Numbers stand at the end of their cells, texts at the beginning.
+  std::size_t slot_of(const char* cell) const {
+    std::uint64_t hash = width_ < WORD ? short_word(cell) : word_at(cell) ^ (word_at(cell + width_ - WORD) << 1);
+    hash *= 0x9E3779B97F4A7C15u;  // 2^64 divided by the golden ratio
+    return hash >> (64 - SLOT_BITS);
+  }
+
+  std::uint64_t short_word(const char* cell) const {
+    std::uint64_t word = 0;
+    for (std::size_t i = 0; i < width_; ++i) word = word << 8 | static_cast<unsigned char>(cell[i]);
+    return word;
+  }
+
+  std::size_t width_;
+  std::array<Cell, std::size_t{1} << SLOT_BITS> cells_;
+  Cell* latest_ = nullptr;
+};
+
 }  // namespace
 
 class FlatFileLoader {
  public:
-  FlatFileLoader(Table* table, std::string path) : table_(*table), schema_(table->schema()), path_(std::move(path)) {}
+  FlatFileLoader(Table* table, std::string path)
+      : table_(*table),
+        schema_(table->schema()),
+        path_(std::move(path)),
+        comparison_(static_cast<std::size_t>(schema_.row_width)) {
+    for (const FieldSchema& field : schema_.fields) {
+      const auto begin = static_cast<std::size_t>(field.offset);
+      const auto width = static_cast<std::size_t>(field.width);
+      pieces_.push_back(comparison_.pieces_of(begin, begin + width + 1));  // with the separator
+      known_.emplace_back(width);
+      storages_.push_back(field.storage());
+    }
+  }
 
   bool load() {
     std::string fault;
@@ -101,6 +207,7 @@ class FlatFileLoader {
       begin = end + 1;
     }
     table_.row_count_ = static_cast<std::uint32_t>(line_);
+    for (std::size_t i = 0; faults_ == 0 && line_ > 0 && i < storages_.size(); ++i) fill(i, line_);
   }
 
   void reserve(std::size_t rows) {
@@ -131,8 +238,53 @@ class FlatFileLoader {
       complain("", "the line is blank, expected a row of " + std::to_string(row_width) + " bytes");
       return;
     }
+    const bool is_full = line.size() == row_width;
+    const std::uint64_t faults = faults_;
+    const std::uint64_t changed =
+        is_full && above_ != nullptr ? comparison_.differing(above_, line.data()) : RowComparison::ALL;
+    above_ = nullptr;
     for (std::size_t i = 0; i < schema_.fields.size(); ++i) {
+      if ((changed & pieces_[i]) == 0) continue;
+      fill(i, line_ - 1);
       if (!read_cell(line, i)) return;
+    }
+    if (is_full && faults_ == faults) above_ = line.data();
+  }
+
+  // Brings the column up to the rows before `row`: the rows that it lacks have the value of the last one that it has.
+  void fill(std::size_t i, std::uint64_t row) {
+    Column& column = table_.columns_[i];
+    switch (storages_[i]) {
+      case Storage::text:
+        repeat_last(row, &column.codes);
+        break;
+      case Storage::integer:
+        repeat_last(row, &column.integers);
+        break;
+      case Storage::real:
+        repeat_last(row, &column.reals);
+        break;
+    }
+  }
+
+  template <typename T>
+  static void repeat_last(std::uint64_t size, std::vector<T>* values) {
+    if (values->size() < size) values->resize(size, values->back());
+  }
+
+  // Gives the present row the value of an earlier one.
+  void repeat(std::size_t i, std::uint32_t row) {
+    Column& column = table_.columns_[i];
+    switch (storages_[i]) {
+      case Storage::text:
+        column.codes.push_back(column.codes[row]);
+        break;
+      case Storage::integer:
+        column.integers.push_back(column.integers[row]);
+        break;
+      case Storage::real:
+        column.reals.push_back(column.reals[row]);
+        break;
     }
   }
 
@@ -152,8 +304,17 @@ class FlatFileLoader {
                                " bytes and ends before the field, expected " + std::to_string(schema_.row_width));
       return false;
     }
-    const std::string_view cell = begin < line.size() ? line.substr(begin, end - begin) : std::string_view();
+    const bool is_whole = end <= line.size();
     Column& column = table_.columns_[i];
+    if (is_whole) {
+      const std::uint32_t* known = known_[i].find(line.data() + begin);
+      if (known != nullptr) {
+        repeat(i, *known);
+        return true;
+      }
+    }
+    const std::string_view cell = begin < line.size() ? line.substr(begin, end - begin) : std::string_view();
+    const std::uint64_t faults = faults_;
     switch (field.storage()) {
       case Storage::text:
         read_text(without_blanks(cell), &column);
@@ -165,6 +326,7 @@ class FlatFileLoader {
         read_real(without_blanks(cell), field, &column);
         break;
     }
+    if (is_whole && faults_ == faults) known_[i].keep(cell.data(), static_cast<std::uint32_t>(line_ - 1));
     return true;
   }
 
@@ -172,11 +334,6 @@ class FlatFileLoader {
     text = trimmed(text);  // of tabs and the like
     if (text.empty()) {
       column->codes.push_back(0);
-      return;
-    }
-    // Neighbouring rows mostly agree.
-    if (!column->codes.empty() && column->dictionary[column->codes.back()] == text) {
-      column->codes.push_back(column->codes.back());
       return;
     }
     const bool utf8 = is_utf8(text);
@@ -213,7 +370,12 @@ class FlatFileLoader {
   Table& table_;
   const TableSchema& schema_;
   std::string path_;
-  std::uint64_t line_ = 0;  // lines begun so far, which is the number of the present one
+  RowComparison comparison_;
+  const char* above_ = nullptr;        // the row before the present one, if it was full and without fault
+  std::vector<std::uint64_t> pieces_;  // of each field
+  std::vector<Storage> storages_;      // of each field
+  std::vector<KnownCells> known_;      // of each field
+  std::uint64_t line_ = 0;             // lines begun so far, which is the number of the present one
   std::uint64_t faults_ = 0;
 };
 

@@ -83,7 +83,10 @@ class Joiner {
   Joiner(const View& view, const Table& table, const JoinPlan& plan) : view_(view), table_(table), plan_(plan) {
     for (const EqualPair& pair : plan.equal) {
       sources_.emplace_back(view, pair, table);
-      if (pair.null_lifts) continue;
+      if (pair.null_lifts) {
+        lifted_.push_back(sources_.size() - 1);
+        continue;
+      }
       strict_.push_back(sources_.size() - 1);
       columns_.push_back(sources_.back().column());
     }
@@ -99,21 +102,49 @@ class Joiner {
       match_by_lifted_field(record, rows);
       return;
     }
-    for (std::size_t i = 0; i < strict_.size(); ++i) {
-      if (!sources_[strict_[i]].word(record, &words_[i])) return;
-    }
-    std::uint32_t row = first_row();
-    if (row == NO_ROW) return;
+    if (!load_candidates(record) || candidates_.empty()) return;
     load_ranges(record);
-    for (; row != NO_ROW; row = index_->next(row)) test(record, row, rows);
+    const Range* ranges = candidate_ranges_.data();
+    for (const std::uint32_t row : candidates_) {
+      if (all_overlap(ranges) && lifted_fields_agree(record, row)) rows->push_back(row);
+      ranges += plan_.ranges.size();
+    }
   }
 
  private:
-  // The first row whose columns are words_.
-  std::uint32_t first_row() const { return index_->first(table_, columns_, words_.data()); }
+  // The rows whose columns are words_.
+  JoinIndex::Rows rows_of_words() const { return index_->find(table_, columns_, words_.data()); }
 
-  void test(std::uint32_t record, std::uint32_t row, std::vector<std::uint32_t>* rows) const {
-    if (lifted_fields_agree(record, row) && ranges_overlap(row)) rows->push_back(row);
+  // Puts the record's words in words_, the rows of these in candidates_ and their ranges in candidate_ranges_. False
+  // when no row can be equal.
+  bool load_candidates(std::uint32_t record) {
+    bool changed = !are_words_known_;
+    are_words_known_ = false;
+    for (std::size_t i = 0; i < strict_.size(); ++i) {
+      JoinWord word = 0;
+      if (!sources_[strict_[i]].word(record, &word)) return false;
+      changed = changed || word != words_[i];
+      words_[i] = word;
+    }
+    // Neighbouring records mostly agree: the epochs of a channel, the channels of a station.
+    if (changed) look_up_candidates();
+    are_words_known_ = true;
+    return true;
+  }
+
+  void look_up_candidates() {
+    candidates_.clear();
+    candidate_ranges_.clear();
+    for (JoinIndex::Rows found = rows_of_words(); found.row() != NO_ROW; found.move_on()) {
+      candidates_.push_back(found.row());
+      for (const RangePair& pair : plan_.ranges) candidate_ranges_.push_back(table_range(pair, found.row()));
+    }
+  }
+
+  void test(std::uint32_t record, std::uint32_t row, std::vector<std::uint32_t>* rows) {
+    candidate_ranges_.clear();
+    for (const RangePair& pair : plan_.ranges) candidate_ranges_.push_back(table_range(pair, row));
+    if (lifted_fields_agree(record, row) && all_overlap(candidate_ranges_.data())) rows->push_back(row);
   }
 
   void match_by_lifted_field(std::uint32_t record, std::vector<std::uint32_t>* rows) {
@@ -122,14 +153,15 @@ class Joiner {
       for (std::uint32_t row = 0; row < table_.row_count(); ++row) test(record, row, rows);
       return;
     }
-    std::uint32_t same = sources_.front().word(record, words_.data()) ? first_row() : NO_ROW;
+    JoinIndex::Rows same;
+    if (sources_.front().word(record, words_.data())) same = rows_of_words();
     words_.front() = sources_.front().null_word(table_);
-    std::uint32_t null = first_row();
-    if (same == null) null = NO_ROW;  // neither, or a value that is the table's null
-    while (same != NO_ROW || null != NO_ROW) {
-      std::uint32_t& next = same < null ? same : null;  // NO_ROW comes after every row
-      test(record, next, rows);
-      next = index_->next(next);
+    JoinIndex::Rows null = rows_of_words();
+    if (same.row() == null.row()) null = {};  // neither, or a value that is the table's null
+    while (same.row() != NO_ROW || null.row() != NO_ROW) {
+      JoinIndex::Rows& next = same.row() < null.row() ? same : null;  // NO_ROW comes after every row
+      test(record, next.row(), rows);
+      next.move_on();
     }
   }
 
@@ -148,19 +180,22 @@ class Joiner {
     return {table_.schema().fields[field].type, table_.number(field, row), table_.is_null(field, row)};
   }
 
-  bool ranges_overlap(std::uint32_t row) const {
-    for (std::size_t i = 0; i < plan_.ranges.size(); ++i) {
-      const RangePair& pair = plan_.ranges[i];
-      const Range range = make_range(table_end(pair.table_begin, row), table_end(pair.table_end, row), pair.unit);
-      if (!overlap(view_ranges_[i], range)) return false;
+  Range table_range(const RangePair& pair, std::uint32_t row) const {
+    return make_range(table_end(pair.table_begin, row), table_end(pair.table_end, row), pair.unit);
+  }
+
+  // `ranges`: one a range pair, of a row of the table.
+  bool all_overlap(const Range* ranges) const {
+    for (std::size_t i = 0; i < view_ranges_.size(); ++i) {
+      if (!overlap(view_ranges_[i], ranges[i])) return false;
     }
     return true;
   }
 
   bool lifted_fields_agree(std::uint32_t record, std::uint32_t row) const {
-    for (std::size_t i = 0; i < plan_.equal.size(); ++i) {
+    for (const std::size_t i : lifted_) {
       const EqualPair& pair = plan_.equal[i];
-      if (!pair.null_lifts || view_.is_null(pair.view_field, record) || table_.is_null(pair.table_field, row)) continue;
+      if (view_.is_null(pair.view_field, record) || table_.is_null(pair.table_field, row)) continue;
       JoinWord word = 0;
       if (!sources_[i].word(record, &word) || word != join_word(table_, sources_[i].column(), row)) return false;
     }
@@ -172,11 +207,15 @@ class Joiner {
   const JoinPlan& plan_;
   std::vector<WordSource> sources_;   // one an equal pair
   std::vector<std::size_t> strict_;   // the sources whose fields always restrict
+  std::vector<std::size_t> lifted_;   // those of the other fields
   std::vector<JoinColumn> columns_;   // their columns
   bool by_lifted_field_ = false;      // there are none, and the index is over the first field that null lifts
   const JoinIndex* index_ = nullptr;  // over the columns
   std::vector<JoinWord> words_;
-  std::vector<Range> view_ranges_;  // of the present record
+  bool are_words_known_ = false;  // words_ are a record's, and these two are theirs:
+  std::vector<std::uint32_t> candidates_;
+  std::vector<Range> candidate_ranges_;  // one a candidate and range pair
+  std::vector<Range> view_ranges_;       // of the present record
 };
 
 // The records of the view (repeated as they match) and the row that each is joined with.
@@ -239,13 +278,7 @@ std::optional<Pairs> matching_pairs(const View& view, const View& other, const J
 }
 
 std::vector<ViewTable> joined_tables(const View& view, const Table& table, Pairs pairs) {
-  std::vector<ViewTable> tables;
-  for (std::size_t t = 0; t < view.tables().size(); ++t) {
-    auto rows = std::make_shared<std::vector<std::uint32_t>>();
-    rows->reserve(pairs.records.size());
-    for (const std::uint32_t record : pairs.records) rows->push_back(view.row(t, record));
-    tables.push_back({view.tables()[t].table, std::move(rows)});
-  }
+  std::vector<ViewTable> tables = tables_of_records(view, pairs.records);
   tables.push_back({&table, std::make_shared<std::vector<std::uint32_t>>(std::move(pairs.rows))});
   return tables;
 }

@@ -47,30 +47,45 @@ JoinWord join_word(const Table& table, const JoinColumn& column, std::uint32_t r
   return 0;
 }
 
+std::size_t JoinIndex::slot_of(const Table& table, const std::vector<JoinColumn>& columns,
+                               const JoinWord* words) const {
+  std::size_t slot = hash_of(words, columns.size()) & (heads_.size() - 1);
+  while (heads_[slot] != NO_ROW && !same_key(table, columns, runs_[heads_[slot]].begin, words)) {
+    slot = (slot + 1) & (heads_.size() - 1);
+  }
+  return slot;
+}
+
 void JoinIndex::build(const Table& table, const std::vector<JoinColumn>& columns) {
   const std::uint32_t rows = table.row_count();
-  heads_.assign(std::bit_ceil(std::size_t{rows} * 2 + 1), NO_ROW);
-  next_.assign(rows, NO_ROW);
   std::vector<JoinWord> words(columns.size());
-  // From the last row back, so that each chain runs in table order with its head put in front.
-  for (std::uint32_t row = rows; row-- > 0;) {
+  for (std::uint32_t row = 0; row < rows; ++row) {
+    if (row > 0 && same_key(table, columns, row, words.data())) continue;
+    if (row > 0) runs_.back().end = row;
     for (std::size_t i = 0; i < columns.size(); ++i) words[i] = join_word(table, columns[i], row);
-    std::size_t slot = hash_of(words.data(), words.size()) & (heads_.size() - 1);
-    while (heads_[slot] != NO_ROW && !same_key(table, columns, heads_[slot], words.data())) {
-      slot = (slot + 1) & (heads_.size() - 1);
-    }
-    next_[row] = heads_[slot];
-    heads_[slot] = row;
+    runs_.push_back({row, rows, NO_ROW});
+  }
+  heads_.assign(std::bit_ceil(runs_.size() * 2 + 1), NO_ROW);
+  // From the last run back, so that each chain runs in table order with its head put in front.
+  for (auto run = static_cast<std::uint32_t>(runs_.size()); run-- > 0;) {
+    for (std::size_t i = 0; i < columns.size(); ++i) words[i] = join_word(table, columns[i], runs_[run].begin);
+    std::uint32_t& head = heads_[slot_of(table, columns, words.data())];
+    runs_[run].next = head;
+    head = run;
   }
 }
 
-std::uint32_t JoinIndex::first(const Table& table, const std::vector<JoinColumn>& columns,
-                               const JoinWord* words) const {
-  std::size_t slot = hash_of(words, columns.size()) & (heads_.size() - 1);
-  while (heads_[slot] != NO_ROW && !same_key(table, columns, heads_[slot], words)) {
-    slot = (slot + 1) & (heads_.size() - 1);
-  }
-  return heads_[slot];
+JoinIndex::Rows JoinIndex::find(const Table& table, const std::vector<JoinColumn>& columns,
+                                const JoinWord* words) const {
+  return {*this, heads_[slot_of(table, columns, words)]};
+}
+
+JoinIndex::Rows::Rows(const JoinIndex& index, std::uint32_t run)
+    : index_(&index), run_(run), row_(run == NO_ROW ? NO_ROW : index.runs_[run].begin) {}
+
+void JoinIndex::Rows::move_on() {
+  if (++row_ < index_->runs_[run_].end) return;
+  *this = Rows(*index_, index_->runs_[run_].next);
 }
 
 }  // namespace triglub

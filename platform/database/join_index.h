@@ -27,17 +27,40 @@ JoinWord real_word(double value);
 
 inline constexpr std::uint32_t NO_ROW = 0xFFFFFFFFu;
 
+// Rows of one key mostly lie together, so the index is over their runs.
 class JoinIndex {
  public:
   void build(const Table& table, const std::vector<JoinColumn>& columns);
 
-  // Rows come in table order: first(words), then next(row) until NO_ROW. `words` holds one word a column.
-  std::uint32_t first(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words) const;
-  std::uint32_t next(std::uint32_t row) const { return next_[row]; }
+  // The rows of one key, in table order.
+  class Rows {
+   public:
+    Rows() = default;
+    std::uint32_t row() const { return row_; }  // NO_ROW at the end
+    void move_on();
+
+   private:
+    friend class JoinIndex;
+    Rows(const JoinIndex& index, std::uint32_t run);
+
+    const JoinIndex* index_ = nullptr;
+    std::uint32_t run_ = NO_ROW;
+    std::uint32_t row_ = NO_ROW;
+  };
+  // `words` holds one word a column. REQUIRES: table and columns are those that the index was built of.
+  Rows find(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words) const;
 
  private:
-  std::vector<std::uint32_t> heads_;  // open addressing: first row of each distinct key, NO_ROW for a free slot
-  std::vector<std::uint32_t> next_;   // the next row with the same key
+  struct Run {
+    std::uint32_t begin;
+    std::uint32_t end;
+    std::uint32_t next;  // the next run of the same key, NO_ROW for none
+  };
+
+  std::size_t slot_of(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words) const;
+
+  std::vector<Run> runs_;
+  std::vector<std::uint32_t> heads_;  // open addressing: first run of each distinct key, NO_ROW for a free slot
 };
 
 }  // namespace triglub

@@ -12,8 +12,6 @@ namespace {
 
 constexpr double SECONDS_A_DAY = 86400.0;
 
-bool holds(const Range& range, double point) { return range.begin <= point && point < range.end; }
-
 constexpr double OPEN = std::numeric_limits<double>::infinity();
 constexpr Range NOTHING{OPEN, -OPEN};
 
@@ -25,16 +23,6 @@ double stored_value(const RangeEnd& end) {
 }
 
 }  // namespace
-
-bool overlap(const Range& a, const Range& b) {
-  if (a.end < a.begin || b.end < b.begin) return false;
-  const bool a_is_point = a.begin == a.end;
-  const bool b_is_point = b.begin == b.end;
-  if (a_is_point && b_is_point) return a.begin == b.begin;
-  if (a_is_point) return holds(b, a.begin);
-  if (b_is_point) return holds(a, b.begin);
-  return a.begin < b.end && b.begin < a.end;
-}
 
 Range make_range(const RangeEnd& begin, const RangeEnd& end, RangeUnit unit) {
   const Range range{begin.is_null ? -OPEN : stored_value(begin), end.is_null ? OPEN : stored_value(end)};

@@ -155,20 +155,6 @@ std::shared_ptr<const Schema> read_schema(const std::string& path) {
 
 }  // namespace
 
-Storage FieldSchema::storage() const {
-  switch (type) {
-    case FieldType::text:
-      return Storage::text;
-    case FieldType::integer:
-    case FieldType::date:
-      return Storage::integer;
-    case FieldType::real:
-    case FieldType::time:
-      return Storage::real;
-  }
-  return Storage::text;
-}
-
 int FieldSchema::type_code() const {
   switch (type) {
     case FieldType::text:

@@ -32,7 +32,10 @@ struct FieldSchema {
   std::string description;
   std::string detail;  // one line on the field, for people
 
-  Storage storage() const;
+  Storage storage() const {
+    if (type == FieldType::text) return Storage::text;
+    return type == FieldType::integer || type == FieldType::date ? Storage::integer : Storage::real;
+  }
   int type_code() const;  // dbINTEGER ... dbSTRING
 };
 

@@ -13,25 +13,6 @@ Table::Table(const TableSchema& schema, std::string directory)
   }
 }
 
-double Table::number(std::size_t field, std::uint32_t row) const {
-  if (schema_.fields[field].storage() == Storage::integer) return static_cast<double>(integer(field, row));
-  return real(field, row);
-}
-
-bool Table::is_null(std::size_t field, std::uint32_t row) const {
-  const FieldSchema& description = schema_.fields[field];
-  const Column& column = columns_[field];
-  switch (description.storage()) {
-    case Storage::text:
-      return column.codes[row] == 0;
-    case Storage::integer:
-      return column.integers[row] == description.null_integer;
-    case Storage::real:
-      return column.reals[row] == description.null_real;
-  }
-  return false;
-}
-
 std::string_view Table::raw(std::size_t field, std::uint32_t row) const {
   const FieldSchema& description = schema_.fields[field];
   const std::string_view bytes = file_->bytes();
@@ -46,7 +27,9 @@ std::string_view Table::text(std::size_t field, std::uint32_t row) const {
   if (schema_.fields[field].storage() == Storage::text) return column.dictionary[column.codes[row]];
   // A short line ends within the field; what stands behind its end is another line's.
   const std::string_view cell = raw(field, row);
-  return trimmed(cell.substr(0, cell.find_first_of("\r\n")));
+  const auto ends_line = [](char c) { return c == '\n' || c == '\r'; };
+  const auto end = std::find_if(cell.begin(), cell.end(), ends_line);
+  return trimmed(cell.substr(0, static_cast<std::size_t>(end - cell.begin())));
 }
 
 TextCodes Table::text_codes(std::size_t field) const {

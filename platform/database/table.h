@@ -48,8 +48,23 @@ class Table {
   std::int64_t integer(std::size_t field, std::uint32_t row) const { return columns_[field].integers[row]; }
   double real(std::size_t field, std::uint32_t row) const { return columns_[field].reals[row]; }
   // A number of either storage.
-  double number(std::size_t field, std::uint32_t row) const;
-  bool is_null(std::size_t field, std::uint32_t row) const;
+  double number(std::size_t field, std::uint32_t row) const {
+    if (schema_.fields[field].storage() == Storage::integer) return static_cast<double>(integer(field, row));
+    return real(field, row);
+  }
+  bool is_null(std::size_t field, std::uint32_t row) const {
+    const FieldSchema& description = schema_.fields[field];
+    const Column& column = columns_[field];
+    switch (description.storage()) {
+      case Storage::text:
+        return column.codes[row] == 0;
+      case Storage::integer:
+        return column.integers[row] == description.null_integer;
+      case Storage::real:
+        return column.reals[row] == description.null_real;
+    }
+    return false;
+  }
   // The value's text: the null text of a null, else the file's own characters, trimmed. Valid as long as the table.
   std::string_view text(std::size_t field, std::uint32_t row) const;
 

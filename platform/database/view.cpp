@@ -38,31 +38,6 @@ int View::find_field(std::string_view name) const {
   return before + field;
 }
 
-std::int64_t View::integer(const ViewField& field, std::uint32_t record) const {
-  const std::uint32_t row = this->row(field.table, record);
-  return row == NO_ROW ? schema_of(field).null_integer : table_of(field).integer(field.field, row);
-}
-
-double View::real(const ViewField& field, std::uint32_t record) const {
-  const std::uint32_t row = this->row(field.table, record);
-  return row == NO_ROW ? schema_of(field).null_real : table_of(field).real(field.field, row);
-}
-
-std::string_view View::text(const ViewField& field, std::uint32_t record) const {
-  const std::uint32_t row = this->row(field.table, record);
-  return row == NO_ROW ? std::string_view(schema_of(field).null_text) : table_of(field).text(field.field, row);
-}
-
-bool View::is_null(const ViewField& field, std::uint32_t record) const {
-  const std::uint32_t row = this->row(field.table, record);
-  return row == NO_ROW || table_of(field).is_null(field.field, row);
-}
-
-double View::number(const ViewField& field, std::uint32_t record) const {
-  if (schema_of(field).storage() == Storage::integer) return static_cast<double>(integer(field, record));
-  return real(field, record);
-}
-
 std::optional<expression::Field> View::find(std::string_view name) const {
   const int index = find_field(name);
   if (index < 0) return std::nullopt;

@@ -57,12 +57,27 @@ class View final : public expression::FieldNames {
   }
 
   // Values by record; an absent row reads as null.
-  std::int64_t integer(const ViewField& field, std::uint32_t record) const;
-  double real(const ViewField& field, std::uint32_t record) const;
-  std::string_view text(const ViewField& field, std::uint32_t record) const;
-  bool is_null(const ViewField& field, std::uint32_t record) const;
+  std::int64_t integer(const ViewField& field, std::uint32_t record) const {
+    const std::uint32_t row = this->row(field.table, record);
+    return row == NO_ROW ? schema_of(field).null_integer : table_of(field).integer(field.field, row);
+  }
+  double real(const ViewField& field, std::uint32_t record) const {
+    const std::uint32_t row = this->row(field.table, record);
+    return row == NO_ROW ? schema_of(field).null_real : table_of(field).real(field.field, row);
+  }
+  std::string_view text(const ViewField& field, std::uint32_t record) const {
+    const std::uint32_t row = this->row(field.table, record);
+    return row == NO_ROW ? std::string_view(schema_of(field).null_text) : table_of(field).text(field.field, row);
+  }
+  bool is_null(const ViewField& field, std::uint32_t record) const {
+    const std::uint32_t row = this->row(field.table, record);
+    return row == NO_ROW || table_of(field).is_null(field.field, row);
+  }
   // A number of either storage.
-  double number(const ViewField& field, std::uint32_t record) const;
+  double number(const ViewField& field, std::uint32_t record) const {
+    if (schema_of(field).storage() == Storage::integer) return static_cast<double>(integer(field, record));
+    return real(field, record);
+  }
 
   // For the expression compiler; ids are the indexes of fields().
   std::optional<expression::Field> find(std::string_view name) const override;
