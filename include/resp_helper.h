@@ -4,11 +4,17 @@
 #define TRIGLUB_RESP_HELPER_H
 
 #include <map>
+#include <memory>
+#include <ostream>
 #include <string>
 
 #include "platform/database.h"
 #include "platform/export.h"
 #include "platform/response.h"
+
+namespace triglub {
+class FilterTexts;
+}
 
 // The file name of a stage row that names no response file: null directory, slash, null file.
 TRIGLUB_API extern const std::string EMPTYFILENAME;
@@ -37,11 +43,16 @@ class TRIGLUB_API ResponseCache {
   // The response, which belongs to the cache; null when there is none.
   Response* get(std::string dir, std::string dfile) const;
   Response* get(std::string name) const;
+  // The filter block of a group of one of these responses (fir_as_xml, paz_as_xml or fap2_as_xml of its filter),
+  // written once and then kept: thousands of channels share a response. The responses must not be changed after that.
+  const std::string& filter_block(const ResponseGroup& group, const std::string& input_units,
+                                  const std::string& output_units) const;
   // Reads fullfile(name) and keeps it. False for EMPTYFILENAME, a name already there, a file that cannot be read.
   bool add(std::string name);
 
  private:
   std::map<std::string, Response*> responses_;
+  std::unique_ptr<triglub::FilterTexts> texts_;
   std::string base_directory_;
 };
 
@@ -74,13 +85,24 @@ class TRIGLUB_API XmlResponse {
   int stagecount() const;
   // The filter block and the decimation block; -1 means the one stage there is.
   std::string stage2xml(int stage);
+  // Writes what stage2xml gives, without a copy of the whole.
+  void write_stage(std::ostream& out, int stage);
   std::string stagegain_as_xml();
   std::string decimation_as_xml();
   std::string decimation_as_xml(Fir* fir);
 
  private:
+  // A kept block, if any, and what comes behind it.
+  struct StageText {
+    const std::string* block = nullptr;
+    std::string rest;
+  };
+  StageText stage_text(int stage);
+  const std::string* filter_block(const ResponseGroup& group) const;
+
   std::string filename_;
-  Response* response_ = nullptr;  // belongs to the cache
+  Response* response_ = nullptr;  // belongs to the cache:
+  const ResponseCache* found_in_ = nullptr;
   int stageid_ = -1;
   std::string input_units_;
   std::string output_units_;

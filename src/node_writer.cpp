@@ -171,7 +171,7 @@ void NodeWriter::write_stage(const Node& node) {
   write_out();
   try {
     XmlResponse writer(node.db, "stage");
-    out_ << writer.stage2xml(-1);
+    writer.write_stage(out_, -1);
     out_ << writer.stagegain_as_xml();
   } catch (const std::runtime_error& e) {
     // The base's text: of a dbquery_error it tells which query failed, which its own never does.

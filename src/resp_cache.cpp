@@ -5,6 +5,7 @@
 
 #include "db_value.h"
 #include "dbhelper.h"
+#include "filter_texts.h"
 #include "platform/text.h"
 #include "resp_helper.h"
 
@@ -41,7 +42,7 @@ std::string dbget_stringv(Dbptr db, std::string field, std::string fallback) {
   return text.data();
 }
 
-ResponseCache::ResponseCache(Dbptr db, std::string table) {
+ResponseCache::ResponseCache(Dbptr db, std::string table) : texts_(std::make_unique<triglub::FilterTexts>()) {
   require(!table.empty(), "table != \"\"");
   db = dblookup(db, nullptr, table.c_str(), nullptr, nullptr);
   const char* directory = nullptr;
@@ -61,6 +62,11 @@ ResponseCache::ResponseCache(Dbptr db, std::string table) {
 
 ResponseCache::~ResponseCache() {
   for (const auto& [name, response] : responses_) free_response(response);
+}
+
+const std::string& ResponseCache::filter_block(const ResponseGroup& group, const std::string& input_units,
+                                               const std::string& output_units) const {
+  return texts_->of(group, input_units, output_units);
 }
 
 std::string ResponseCache::fullfile(std::string name) const { return base_directory_ + "/" + name; }

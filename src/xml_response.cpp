@@ -28,24 +28,58 @@ std::string& most_recent_unit() {
   return unit;
 }
 
+// The fields that a stage is made of, as numbers of one view's fields (dbINVALID for what the view does not have).
+struct StageFields {
+  std::int64_t iunits, ounits, gtype, gnom, decifac, izero, samprate, stageid, dir, dfile, fc;
+};
+
+StageFields look_up_fields(Dbptr db) {
+  const auto number = [&](const char* name) { return dblookup(db, nullptr, nullptr, name, nullptr).field; };
+  return {number("stage.iunits"),  number("stage.ounits"), number("stage.gtype"),    number("stage.gnom"),
+          number("stage.decifac"), number("stage.izero"),  number("stage.samprate"), number("stage.stageid"),
+          number("stage.dir"),     number("stage.dfile"),  number("calibration.fc")};
+}
+
+// The fields of a handle's view. Stage follows stage of the same view, so those of the latest are kept; numbers of
+// views are not used again.
+const StageFields& fields_of(Dbptr db) {
+  static Dbptr view;
+  static StageFields fields;
+  if (db.database != view.database || db.table != view.table) {
+    fields = look_up_fields(db);
+    view = db;
+  }
+  return fields;
+}
+
+Dbptr at(Dbptr db, std::int64_t field) {
+  db.field = field;
+  return db;
+}
+
 // The text of a field into a buffer, cut to it; nothing when the field cannot be read.
 template <std::size_t size>
-void read_text(Dbptr db, const char* field, std::array<char, size>& buffer) {
-  triglub::ValueText value{};
-  if (dbget(dblookup(db, nullptr, nullptr, field, nullptr), value.data()) != 0) return;
+void read_text(Dbptr db, std::int64_t field, std::array<char, size>& buffer) {
+  triglub::ValueText value;
+  if (dbget(at(db, field), value.data()) != 0) return;
   const std::string_view kept = triglub::utf8_prefix(value.data(), size - 1);
   buffer[kept.copy(buffer.data(), kept.size())] = '\0';
 }
 
 // The whole number in a field, or `fallback` when it cannot be read.
-int read_int(Dbptr db, const char* field, int fallback) {
+int read_int(Dbptr db, std::int64_t field, int fallback) {
   std::int64_t value = 0;
-  return dbgetv(db, nullptr, field, &value, nullptr) == 0 ? static_cast<int>(value) : fallback;
+  return triglub::read_field(at(db, field), &value) == 0 ? static_cast<int>(value) : fallback;
 }
 
-double read_real(Dbptr db, const char* field, double fallback) {
+double read_real(Dbptr db, std::int64_t field, double fallback) {
   double value = 0;
-  return dbgetv(db, nullptr, field, &value, nullptr) == 0 ? value : fallback;
+  return triglub::read_field(at(db, field), &value) == 0 ? value : fallback;
+}
+
+std::string read_string(Dbptr db, std::int64_t field, const char* fallback) {
+  triglub::ValueText text;
+  return dbget(at(db, field), text.data()) == 0 ? text.data() : fallback;
 }
 
 // The group that `stage` counts, or null when the response does not have it.
@@ -62,6 +96,10 @@ std::string type_name(Response* response, int stage) {
 
 std::string type_mismatch(std::string_view expected) {
   return "<!-- Expected response type " + std::string(expected) + ", which did not match retrieved response type -->\n";
+}
+
+std::string no_such_stage(int stage, int count) {
+  return "<!-- no stage " + std::to_string(stage) + " (max stage:" + std::to_string(count) + ") -->\n";
 }
 
 // A stage without a response file passes samples on as they are.
@@ -91,14 +129,15 @@ std::string decimation(double input_rate, int decimation_factor, double delay) {
 }  // namespace
 
 XmlResponse::XmlResponse(Dbptr db, std::string table) : filename_(EMPTYFILENAME) {
-  read_text(db, "stage.iunits", tmpi);
-  read_text(db, "stage.ounits", tmpo);
-  read_text(db, "stage.gtype", tmpg);
-  nominal_gain_ = read_real(db, "stage.gnom", nominal_gain_);
-  decimation_factor_ = read_int(db, "stage.decifac", decimation_factor_);
-  izero_ = read_int(db, "stage.izero", izero_);
-  sample_rate_ = read_real(db, "stage.samprate", sample_rate_);
-  calibration_frequency_ = read_real(db, "calibration.fc", calibration_frequency_);
+  const StageFields& fields = fields_of(db);
+  read_text(db, fields.iunits, tmpi);
+  read_text(db, fields.ounits, tmpo);
+  read_text(db, fields.gtype, tmpg);
+  nominal_gain_ = read_real(db, fields.gnom, nominal_gain_);
+  decimation_factor_ = read_int(db, fields.decifac, decimation_factor_);
+  izero_ = read_int(db, fields.izero, izero_);
+  sample_rate_ = read_real(db, fields.samprate, sample_rate_);
+  calibration_frequency_ = read_real(db, fields.fc, calibration_frequency_);
 
   input_units_ = tmpi.data();
   if (input_units_ == "-") input_units_ = most_recent_unit();
@@ -110,7 +149,7 @@ XmlResponse::XmlResponse(Dbptr db, std::string table) : filename_(EMPTYFILENAME)
   if (!record_to_filename(db, table)) return;
   if (!load_response()) throw std::runtime_error("problems with response file \"" + filename_ + "\"");
   if (table == "stage") {
-    stageid_ = read_int(db, "stage.stageid", stageid_);
+    stageid_ = read_int(db, fields.stageid, stageid_);
   } else {
     elog_complain(0, "unexpected table %s", table.c_str());
   }
@@ -131,8 +170,9 @@ void XmlResponse::forget_units() {
 }
 
 bool XmlResponse::record_to_filename(Dbptr db, std::string /*table*/) {
-  const std::string dfile = dbget_stringv(db, "stage.dfile", "-");
-  filename_ = dfile == "-" ? EMPTYFILENAME : simplefile(dbget_stringv(db, "stage.dir", "-"), dfile);
+  const StageFields& fields = fields_of(db);
+  const std::string dfile = read_string(db, fields.dfile, "-");
+  filename_ = dfile == "-" ? EMPTYFILENAME : simplefile(read_string(db, fields.dir, "-"), dfile);
   return filename_ != EMPTYFILENAME;
 }
 
@@ -144,6 +184,7 @@ bool XmlResponse::load_response() {
   Response* const found = resp_cache->get(filename_);
   if (found == nullptr) return false;
   response_ = found;
+  found_in_ = resp_cache;
   return true;
 }
 
@@ -156,12 +197,23 @@ int XmlResponse::stagecount() const {
 }
 
 std::string XmlResponse::stage2xml(int stage) {
+  StageText text = stage_text(stage);
+  return text.block == nullptr ? std::move(text.rest) : *text.block + text.rest;
+}
+
+void XmlResponse::write_stage(std::ostream& out, int stage) {
+  const StageText text = stage_text(stage);
+  if (text.block != nullptr) out << *text.block;
+  out << text.rest;
+}
+
+XmlResponse::StageText XmlResponse::stage_text(int stage) {
   if (stage == -1 && stagecount() == 1) stage = 0;
   if (stage == -1) stage = stageid_;
-  if (response_ == nullptr) return default_stage(input_units_, output_units_) + decimation_as_xml();
+  if (response_ == nullptr) return {nullptr, default_stage(input_units_, output_units_) + decimation_as_xml()};
 
   if (stagecount() < stage && stageid_ != stage) {
-    return "<!-- no stage " + std::to_string(stage) + " (max stage:" + std::to_string(stagecount()) + ") -->\n";
+    return {nullptr, no_such_stage(stage, stagecount())};
   }
   // The number of groups itself, and the row's own stage number, come through the test above; where there is no such
   // group, there is no text.
@@ -171,19 +223,22 @@ std::string XmlResponse::stage2xml(int stage) {
   // Three letters decide, so every kind of frequency table is taken for a fap2 until its code says otherwise.
   const std::string kind = type_name(response_, stage).substr(0, 3);
   if (kind == "fir") {
-    if (group->type != RESPONSE_FIR) return type_mismatch("fir");
-    auto* const fir = static_cast<Fir*>(group->filter);
-    return fir_as_xml(fir, input_units_, output_units_) + decimation_as_xml(fir);
+    if (group->type != RESPONSE_FIR) return {nullptr, type_mismatch("fir")};
+    return {filter_block(*group), decimation_as_xml(static_cast<Fir*>(group->filter))};
   }
   if (kind == "fap") {
-    if (group->type != RESPONSE_FAP2) return type_mismatch("fap2");
-    return fap2_as_xml(static_cast<Fap2*>(group->filter), input_units_, output_units_);
+    if (group->type != RESPONSE_FAP2) return {nullptr, type_mismatch("fap2")};
+    return {filter_block(*group), ""};
   }
   if (kind == "paz") {
-    if (group->type != RESPONSE_PAZ) return type_mismatch("paz");
-    return paz_as_xml(static_cast<Paz*>(group->filter), input_units_, output_units_);
+    if (group->type != RESPONSE_PAZ) return {nullptr, type_mismatch("paz")};
+    return {filter_block(*group), ""};
   }
   return {};  // other filters have no form in the document; the stage's gain still stands
+}
+
+const std::string* XmlResponse::filter_block(const ResponseGroup& group) const {
+  return &found_in_->filter_block(group, input_units_, output_units_);
 }
 
 std::string XmlResponse::stagegain_as_xml() {

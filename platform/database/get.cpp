@@ -49,7 +49,28 @@ void fill_null(const FieldSchema& schema, void* variable) {
   }
 }
 
+// REQUIRES: the record is dbNULL or one of the view's.
+void read_value(const View& view, std::int64_t number, std::int64_t record, void* variable) {
+  const ViewField& field = view.fields()[static_cast<std::size_t>(number)];
+  if (record == dbNULL) {
+    fill_null(view.schema_of(field), variable);
+  } else {
+    fill(view, field, static_cast<std::uint32_t>(record), variable);
+  }
+}
+
+bool names_record(const View* view, const Dbptr& db) {
+  return view != nullptr && (db.record == dbNULL || has_record(*view, db));
+}
+
 }  // namespace
+
+int read_field(Dbptr db, void* variable) {
+  const View* view = view_of(db);
+  if (!names_record(view, db) || !view->has_field(db.field)) return static_cast<int>(dbINVALID);
+  read_value(*view, db.field, db.record, variable);
+  return 0;
+}
 
 }  // namespace triglub
 
@@ -70,7 +91,7 @@ int dbget(Dbptr db, char* buffer) {
 int dbgetv(Dbptr db, const char* table, ...) {
   using namespace triglub;
   const View* view = view_of(db);
-  if (view == nullptr || (db.record != dbNULL && !has_record(*view, db))) return static_cast<int>(dbINVALID);
+  if (!names_record(view, db)) return static_cast<int>(dbINVALID);
   va_list pairs;
   va_start(pairs, table);
   int status = 0;
@@ -81,12 +102,7 @@ int dbgetv(Dbptr db, const char* table, ...) {
       status = static_cast<int>(dbINVALID);
       break;
     }
-    const ViewField& field = view->fields()[static_cast<std::size_t>(index)];
-    if (db.record == dbNULL) {
-      fill_null(view->schema_of(field), variable);
-    } else {
-      fill(*view, field, static_cast<std::uint32_t>(db.record), variable);
-    }
+    read_value(*view, index, db.record, variable);
   }
   va_end(pairs);
   return status;

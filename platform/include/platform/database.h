@@ -159,6 +159,9 @@ namespace triglub {
 TRIGLUB_API std::vector<std::uint32_t> base_rows(Dbptr view, const char* table);
 inline constexpr std::uint32_t NO_BASE_ROW = 0xFFFFFFFFu;
 
+// As dbgetv for the handle's own field.
+TRIGLUB_API int read_field(Dbptr db, void* variable);
+
 // As dbex_eval for an expression compiled as dbSTRING, in place of what *text held and in its memory: for a program
 // that reads many values. False when the evaluation fails; the text is then untouched.
 TRIGLUB_API bool evaluate_text(Dbptr db, const Expression* compiled, std::string* text);
