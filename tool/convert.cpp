@@ -1,13 +1,12 @@
 #include "tool/convert.h"
 
 #include <cstdlib>
-#include <cstring>
-#include <exception>
 
 #include "dbhelper.h"
 #include "platform/elog.h"
 #include "tool/check_tree.h"
 #include "tool/findings.h"
+#include "tool/messages.h"
 #include "tool/networks.h"
 #include "tool/output.h"
 
@@ -17,15 +16,6 @@ namespace {
 
 constexpr unsigned int RESPONSE_LEVEL = 0x40;
 constexpr const char* DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-
-// Passes the library's messages on: traces only when they were asked for, and failing stages only then, since they are
-// told in one line at the end.
-void pass_on(ElogLevel level, const char* text, void* context) {
-  const bool verbose = *static_cast<const unsigned int*>(context) > 0;
-  const bool is_trace = level == ElogLevel::debug;
-  const bool is_stage = level == ElogLevel::complain && std::strncmp(text, "Problem with Response: ", 23) == 0;
-  if (verbose || !(is_trace || is_stage)) elog_to_stderr(level, text);
-}
 
 Pf* read_parameters(const std::string& name) {
   Pf* pf = nullptr;
@@ -60,7 +50,7 @@ Findings look_for_gaps(const Request& request, Dbptr everything) {
 int write(const ConvertOptions& options, const Request& request, Dbptr everything, const Findings& findings) {
   const auto output = Output::open(options.output);
   output->stream() << DECLARATION;
-  write_document(output->stream(), request, everything);
+  write_document(*output, request, everything, options.jobs);
   output->finish();
   if (!accept(findings, options.strict)) return EXIT_FAILURE;
   output->commit();
@@ -69,6 +59,7 @@ int write(const ConvertOptions& options, const Request& request, Dbptr everythin
 
 int run(const ConvertOptions& options) {
   Request request;
+  request.source = options.source;
   if (dbopen(options.source.c_str(), "r", &request.db) != 0) return EXIT_FAILURE;
   request.pf = read_parameters(options.parameters);
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
@@ -87,16 +78,12 @@ int run(const ConvertOptions& options) {
 }  // namespace
 
 int convert(const ConvertOptions& options) {
-  unsigned int verbosity = options.verbosity;
-  elog_set_sink(pass_on, &verbosity);
+  show_messages(options.verbosity);
   int status = EXIT_FAILURE;
   try {
     status = run(options);
-  } catch (const dbquery_error&) {
-    // Its text tells no more than that; the engine has told the cause.
-    elog_die(0, "%s: the tables cannot be joined; nothing is written", options.source.c_str());
-  } catch (const std::exception& e) {
-    elog_die(0, "%s: %s", options.source.c_str(), e.what());
+  } catch (...) {
+    die_of_exception(options.source);
   }
   elog_set_sink(nullptr, nullptr);
   return status;

@@ -1,7 +1,9 @@
 // The command: reads its line, and hands over to the subcommand. Exit status 0 done, 1 the data could not be converted,
 // 2 wrong usage.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
+#include <thread>
 
 #include "platform/elog.h"
 #include "tool/convert.h"
@@ -10,6 +12,7 @@ namespace {
 
 constexpr int WRONG_USAGE = 2;
 constexpr unsigned int MAX_VERBOSITY = 3;
+constexpr unsigned int MAX_JOBS = 1024;
 
 constexpr const char* EXAMPLES = R"(Examples:
   triglub convert examples/observatory/observatory > network.xml
@@ -50,6 +53,9 @@ void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Words& w
                    "only records whose field matches the regular expression as a whole; repeatable")
       ->type_name("FIELD=REGEX")
       ->allow_extra_args(false);
+  convert->add_option("--jobs", options.jobs, "processes that convert networks side by side (default: all processors)")
+      ->type_name("N")
+      ->check(CLI::Range(1U, MAX_JOBS).description(""));
   convert->add_flag("--strict", options.strict, "fail when anything had to be left out of the document");
   convert->add_flag("-v", words.verbose, "tell what is done; up to three times");
   convert->footer(EXAMPLES);
@@ -74,6 +80,7 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer(EXAMPLES);
   triglub::tool::ConvertOptions options;
+  options.jobs = std::clamp(std::thread::hardware_concurrency(), 1U, MAX_JOBS);
   Words words;
   add_convert(app, options, words);
   try {

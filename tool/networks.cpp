@@ -5,6 +5,8 @@
 #include "dbhelper.h"
 #include "platform/elog.h"
 #include "resp_helper.h"
+#include "tool/messages.h"
+#include "tool/workers.h"
 
 namespace triglub::tool {
 
@@ -123,20 +125,26 @@ Dbptr master_view(const Request& request) {
   return prepare_conversion(request.db, request.pf, subset.array(), request.flags);
 }
 
-void write_document(std::ostream& out, const Request& request, Dbptr everything) {
+void write_document(Output& output, const Request& request, Dbptr everything, unsigned int jobs) {
   const ElementGroup root = root_group(request.pf);
   const auto networks = networks_of(request, root);
   if (!networks) {
-    write_everything(out, request, root, everything);
+    write_everything(output.stream(), request, root, everything);
     return;
   }
   const std::string field = network_line(root)->value();
   bool written = false;
   // The root's own values are those that one conversion of everything would write.
-  xml_create_node(out, everything, root, all_records(everything), [&](const ElementDescription&) {
+  xml_create_node(output.stream(), everything, root, all_records(everything), [&](const ElementDescription&) {
     if (written) return;
-    for (const std::string& code : *networks) write_network(out, request, root, field, code);
     written = true;
+    write_in_order(output, networks->size(), jobs, [&](std::ostream& out, std::size_t i) {
+      try {
+        write_network(out, request, root, field, (*networks)[i]);
+      } catch (...) {
+        die_of_exception(request.source);
+      }
+    });
   });
   release_view(everything);
 }

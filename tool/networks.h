@@ -7,17 +7,18 @@
 #define TRIGLUB_TOOL_NETWORKS_H
 
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
 #include "db2stationxml.h"
+#include "tool/output.h"
 #include "tool/subset.h"
 
 namespace triglub::tool {
 
 // What is to be converted, and how.
 struct Request {
+  std::string source;  // the database by name, for messages
   Dbptr db;
   Pf* pf = nullptr;
   Conditions conditions;
@@ -27,9 +28,10 @@ struct Request {
 // The master view over all that the request selects. Throws what the library throws.
 Dbptr master_view(const Request& request);
 
-// Writes the root element with its networks to `out`. `everything` is the master view of the request, which has
-// records.
-void write_document(std::ostream& out, const Request& request, Dbptr everything);
+// Writes the root element with its networks, which up to `jobs` processes convert side by side. `everything` is the
+// master view of the request, which has records. The document is the same for any number of jobs. Ends the process when
+// a network cannot be written.
+void write_document(Output& output, const Request& request, Dbptr everything, unsigned int jobs);
 
 }  // namespace triglub::tool
 

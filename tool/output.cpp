@@ -17,8 +17,6 @@ namespace triglub::tool {
 
 namespace {
 
-constexpr std::size_t PIECE = std::size_t{1} << 20;
-
 // The unfinished file of this process, for the handlers that take it away when the process ends too early. A plain
 // array, since a signal handler may not touch strings.
 char unfinished[PATH_MAX];
@@ -70,12 +68,16 @@ mode_t permissions_for(const std::string& path) {
 
 }  // namespace
 
-DescriptorBuffer::DescriptorBuffer(int descriptor, std::string name)
-    : descriptor_(descriptor), name_(std::move(name)), buffer_(PIECE) {
-  setp(buffer_.data(), buffer_.data() + buffer_.size());
+DescriptorBuffer::DescriptorBuffer(int descriptor, std::string name, std::size_t capacity)
+    : descriptor_(descriptor),
+      name_(std::move(name)),
+      capacity_(capacity),
+      buffer_(std::make_unique_for_overwrite<char[]>(capacity)) {
+  setp(buffer_.get(), buffer_.get() + PIECE);
 }
 
 void DescriptorBuffer::write_all(const char* text, std::size_t length) {
+  if (length > 0) prepare_to_write();
   while (length > 0) {
     const ssize_t written = ::write(descriptor_, text, length);
     if (written < 0 && errno == EINTR) continue;
@@ -87,7 +89,8 @@ void DescriptorBuffer::write_all(const char* text, std::size_t length) {
 
 void DescriptorBuffer::finish() {
   write_all(pbase(), static_cast<std::size_t>(pptr() - pbase()));
-  setp(buffer_.data(), buffer_.data() + buffer_.size());
+  // A piece stays in the processor's cache.
+  setp(buffer_.get(), buffer_.get() + PIECE);
 }
 
 DescriptorBuffer::int_type DescriptorBuffer::overflow(int_type c) {

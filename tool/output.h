@@ -6,7 +6,6 @@
 #include <ostream>
 #include <streambuf>
 #include <string>
-#include <vector>
 
 namespace triglub::tool {
 
@@ -14,21 +13,28 @@ namespace triglub::tool {
 // a flush; finish() writes what is left. A failed write is a fatal report: nothing that follows it could be of use.
 class DescriptorBuffer : public std::streambuf {
  public:
-  // `name` is what a failure is reported under. The descriptor stays the caller's.
-  DescriptorBuffer(int descriptor, std::string name);
+  static constexpr std::size_t PIECE = std::size_t{1} << 20;
+
+  // `name` is what a failure is reported under. The descriptor stays the caller's. REQUIRES: capacity >= PIECE.
+  DescriptorBuffer(int descriptor, std::string name, std::size_t capacity = PIECE);
   void finish();
 
  protected:
   int_type overflow(int_type c) override;
   std::streamsize xsputn(const char* text, std::streamsize length) override;
   int sync() override { return 0; }
+  // Called before each write.
+  virtual void prepare_to_write() {}
+  // Lets the whole capacity fill before the next write. REQUIRES: nothing was put in since finish().
+  void hold_back() { setp(buffer_.get(), buffer_.get() + capacity_); }
 
  private:
   void write_all(const char* text, std::size_t length);
 
   int descriptor_;
   std::string name_;
-  std::vector<char> buffer_;
+  std::size_t capacity_;
+  std::unique_ptr<char[]> buffer_;
 };
 
 class Output {
@@ -42,6 +48,8 @@ class Output {
   Output& operator=(const Output&) = delete;
 
   std::ostream& stream() { return stream_; }
+  int descriptor() const { return descriptor_; }
+  const std::string& name() const { return name_; }
   // Writes what is left. Fatal when that fails.
   void finish() { buffer_.finish(); }
   // finish(), and puts the file in its place. Fatal when that fails.

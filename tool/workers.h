@@ -1,0 +1,22 @@
+// Pieces of a document written side by side by several processes. A conversion keeps its state in the process, so
+// that two of them cannot share one.
+#ifndef TRIGLUB_TOOL_WORKERS_H
+#define TRIGLUB_TOOL_WORKERS_H
+
+#include <functional>
+#include <ostream>
+
+#include "tool/output.h"
+
+namespace triglub::tool {
+
+// Writes the pieces 0 to pieces - 1 to the output, in this order, whatever number of processes works on them: what one
+// writes, and what it tells, waits for its turn. A piece that fails ends the process it is written in by a fatal report
+// (exit status 1); then this process ends likewise, with all pieces before that one written. REQUIRES: `write` does not
+// throw; this process has no other threads.
+using PieceWriter = std::function<void(std::ostream& out, std::size_t piece)>;
+void write_in_order(Output& output, std::size_t pieces, unsigned int jobs, const PieceWriter& write);
+
+}  // namespace triglub::tool
+
+#endif
