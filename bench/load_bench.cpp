@@ -1,9 +1,7 @@
-// Loading tables: flat files that are in the page cache become columns.
+// Loading tables: flat files that are in the page cache become columns. Rival: counting the lines of the same file,
+// mapped anew each time, which is what cannot be done without.
 //
-//     load_bench [BENCHMARK OPTIONS] [PREFIX]
-//
-// measures the database PREFIX, or made ones. Rival: counting the lines of the same file, mapped anew each time, which
-// is what cannot be done without.
+// The environment variable TRIGLUB_BENCH_DATABASE names a database to measure (DIR/NAME) instead of made ones.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -11,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -24,6 +23,18 @@ namespace {
 using triglub_bench::MadeDatabase;
 
 constexpr std::size_t LONGEST_TEXT = 1024;
+
+const char* given_database() { return std::getenv("TRIGLUB_BENCH_DATABASE"); }
+
+void load_sizes(benchmark::internal::Benchmark* bench) {
+  bench->Unit(benchmark::kMillisecond)->UseRealTime();
+  if (given_database() == nullptr) bench->Arg(10000)->Arg(100000);
+}
+
+std::string prefix_of(const benchmark::State& state) {
+  if (given_database() != nullptr) return given_database();
+  return MadeDatabase::of({.channel_epochs = state.range(0)}).prefix();
+}
 
 std::string path_of(const std::string& prefix, const std::string& table) { return prefix + "." + table; }
 
@@ -48,7 +59,8 @@ void touch_every_field(Dbptr table) {
   }
 }
 
-void load(benchmark::State& state, const std::string& prefix, const std::vector<std::string>& tables) {
+void load(benchmark::State& state, const std::vector<std::string>& tables) {
+  const std::string prefix = prefix_of(state);
   std::int64_t rows = 0;
   for ([[maybe_unused]] const auto& round : state) {
     Dbptr db;
@@ -67,9 +79,27 @@ void load(benchmark::State& state, const std::string& prefix, const std::vector<
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * bytes_of(prefix, tables));
 }
 
-void count_lines(benchmark::State& state, const std::string& prefix, const std::string& table) {
-  const int file = open(path_of(prefix, table).c_str(), O_RDONLY | O_CLOEXEC);
-  const auto size = static_cast<std::size_t>(bytes_of(prefix, {table}));
+BENCHMARK_CAPTURE(load, site, {"site"})->Apply(load_sizes);
+BENCHMARK_CAPTURE(load, sitechan, {"sitechan"})->Apply(load_sizes);
+BENCHMARK_CAPTURE(load, sensor, {"sensor"})->Apply(load_sizes);
+BENCHMARK_CAPTURE(load, instrument, {"instrument"})->Apply(load_sizes);
+BENCHMARK_CAPTURE(load, network, {"network"})->Apply(load_sizes);
+BENCHMARK_CAPTURE(load, snetsta, {"snetsta"})->Apply(load_sizes);
+BENCHMARK_CAPTURE(load, schanloc, {"schanloc"})->Apply(load_sizes);
+BENCHMARK_CAPTURE(load, calibration, {"calibration"})->Apply(load_sizes);
+BENCHMARK_CAPTURE(load, stage, {"stage"})->Apply(load_sizes);
+
+// The tables that a document is made of.
+BENCHMARK_CAPTURE(load, all,
+                  {"site", "sitechan", "sensor", "instrument", "network", "snetsta", "schanloc", "calibration",
+                   "stage"})
+    ->Apply(load_sizes);
+
+// The rival of load/stage.
+void rival_count_lines(benchmark::State& state) {
+  const std::string prefix = prefix_of(state);
+  const int file = open(path_of(prefix, "stage").c_str(), O_RDONLY | O_CLOEXEC);
+  const auto size = static_cast<std::size_t>(bytes_of(prefix, {"stage"}));
   for ([[maybe_unused]] const auto& round : state) {
     void* address = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
     if (address == MAP_FAILED) return state.SkipWithError("the file cannot be mapped");
@@ -80,33 +110,6 @@ void count_lines(benchmark::State& state, const std::string& prefix, const std::
   close(file);
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * size));
 }
-
-// The tables that a document is made of.
-const std::vector<std::string> TABLES = {"site",    "sitechan", "sensor",      "instrument", "network",
-                                         "snetsta", "schanloc", "calibration", "stage"};
-
-void add_benchmarks(const std::string& prefix, const std::string& size) {
-  const auto named = [&](const std::string& name) { return name + (size.empty() ? "" : "/" + size); };
-  for (const std::string& table : TABLES) {
-    benchmark::RegisterBenchmark(named("Load/" + table).c_str(), load, prefix, std::vector{table})
-        ->Unit(benchmark::kMillisecond);
-  }
-  benchmark::RegisterBenchmark(named("Load/all").c_str(), load, prefix, TABLES)->Unit(benchmark::kMillisecond);
-  benchmark::RegisterBenchmark(named("CountLines/stage").c_str(), count_lines, prefix, "stage")
-      ->Unit(benchmark::kMillisecond);
-}
+BENCHMARK(rival_count_lines)->Apply(load_sizes);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (argc > 1) {
-    add_benchmarks(argv[1], "");
-  } else {
-    for (const long epochs : {10000L, 100000L})
-      add_benchmarks(MadeDatabase::of({.channel_epochs = epochs}).prefix(), std::to_string(epochs));
-  }
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}

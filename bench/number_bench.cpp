@@ -31,11 +31,11 @@ std::vector<double> numbers(benchmark::State& state, double low, double high, do
   return numbers;
 }
 
-// Each value in turn through `as_text`; `expected` gives the texts that it must give.
-template <typename Value, typename AsText, typename Expected>
-void run(benchmark::State& state, const std::vector<Value>& values, AsText as_text, Expected expected) {
+// Each value in turn through `as_text`; `other` must give the same texts.
+template <typename Value, typename AsText, typename Other>
+void run(benchmark::State& state, const std::vector<Value>& values, AsText as_text, Other other) {
   for (const Value& value : values) {
-    if (std::string(as_text(value)) != std::string(expected(value))) return state.SkipWithError("texts differ");
+    if (std::string(as_text(value)) != std::string(other(value))) return state.SkipWithError("texts differ");
   }
   for ([[maybe_unused]] const auto& round : state) {
     for (const Value& value : values) benchmark::DoNotOptimize(as_text(value));
@@ -82,9 +82,9 @@ BENCHMARK(rival_degrees_by_stream)->Apply(number_sizes);
 
 // --- times -----------------------------------------------------------------------------------------------------------
 
-std::string time_text(double seconds) { return epoch2str(seconds, "%GT%H:%M:%S.%u"); }
+std::string milliseconds_text(double seconds) { return epoch2str(seconds, "%GT%H:%M:%S.%u"); }
 
-std::string time_text_by_strftime(double seconds) {
+std::string by_strftime(double seconds) {
   // The same rounding: to the nearest millisecond, the carry going up.
   const auto milliseconds = static_cast<long>(std::llround(seconds * 1000.0));
   const std::time_t whole = milliseconds / 1000;
@@ -97,12 +97,12 @@ std::string time_text_by_strftime(double seconds) {
 }
 
 void time_as_text(benchmark::State& state) {
-  run(state, numbers(state, 0.0, 2e9, 1e3), time_text, time_text_by_strftime);
+  run(state, numbers(state, 0.0, 2e9, 1e3), milliseconds_text, by_strftime);
 }
 BENCHMARK(time_as_text)->Apply(number_sizes);
 
 void rival_time_by_strftime(benchmark::State& state) {
-  run(state, numbers(state, 0.0, 2e9, 1e3), time_text_by_strftime, time_text);
+  run(state, numbers(state, 0.0, 2e9, 1e3), by_strftime, milliseconds_text);
 }
 BENCHMARK(rival_time_by_strftime)->Apply(number_sizes);
 
@@ -147,11 +147,11 @@ std::string filter_by_library(const std::vector<double>& coefficients) {
   return fir_as_xml(&fir, "counts", "counts");
 }
 
-template <typename AsText, typename Expected>
-void run_filter(benchmark::State& state, AsText as_text, Expected expected) {
+template <typename AsText, typename Other>
+void run_filter(benchmark::State& state, AsText as_text, Other other) {
   const std::vector<double> coefficients = numbers(state, -0.5, 0.5, 1e10);
   std::string text = as_text(coefficients);
-  if (text != expected(coefficients)) return state.SkipWithError("texts differ");
+  if (text != other(coefficients)) return state.SkipWithError("texts differ");
   for ([[maybe_unused]] const auto& round : state) {
     text = as_text(coefficients);
     benchmark::DoNotOptimize(text);
