@@ -6,6 +6,9 @@ namespace triglub {
 
 namespace {
 
+// Archives have thousands of long filters. What is needed soon again is mostly what was made last.
+constexpr std::size_t MOST_BYTES = std::size_t{32} << 20;
+
 std::string filter_text(const ResponseGroup& group, const std::string& input_units, const std::string& output_units) {
   switch (group.type) {
     case RESPONSE_FIR:
@@ -21,13 +24,17 @@ std::string filter_text(const ResponseGroup& group, const std::string& input_uni
 
 const std::string& FilterTexts::of(const ResponseGroup& group, const std::string& input_units,
                                    const std::string& output_units) {
-  auto& texts = texts_[group.filter];
-  for (const auto& known : texts) {
-    if (known->input_units == input_units && known->output_units == output_units) return known->text;
+  for (const Text& known : texts_[group.filter]) {
+    if (known.input_units == input_units && known.output_units == output_units) return known.text;
   }
-  texts.push_back(
-      std::make_unique<Text>(Text{input_units, output_units, filter_text(group, input_units, output_units)}));
-  return texts.back()->text;
+  if (size_ > MOST_BYTES) {
+    texts_.clear();
+    size_ = 0;
+  }
+  std::vector<Text>& texts = texts_[group.filter];
+  texts.push_back({input_units, output_units, filter_text(group, input_units, output_units)});
+  size_ += texts.back().text.size();
+  return texts.back().text;
 }
 
 }  // namespace triglub

@@ -3,7 +3,6 @@
 #ifndef TRIGLUB_SRC_FILTER_TEXTS_H
 #define TRIGLUB_SRC_FILTER_TEXTS_H
 
-#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -14,8 +13,8 @@ namespace triglub {
 
 class FilterTexts {
  public:
-  // The block of a fir, paz or fap2 group with these units. Stays where it is as long as the object lives. REQUIRES:
-  // the filter does not change, and lives as long.
+  // The block of a fir, paz or fap2 group with these units; valid until the next call. REQUIRES: a filter that was
+  // asked for does not change, and lives as long as the object.
   const std::string& of(const ResponseGroup& group, const std::string& input_units, const std::string& output_units);
 
  private:
@@ -24,7 +23,8 @@ class FilterTexts {
     std::string output_units;
     std::string text;
   };
-  std::unordered_map<const void*, std::vector<std::unique_ptr<Text>>> texts_;  // by filter
+  std::unordered_map<const void*, std::vector<Text>> texts_;  // by filter
+  std::size_t size_ = 0;                                      // of all texts, in bytes
 };
 
 }  // namespace triglub

@@ -1,5 +1,5 @@
-#include <cstring>
-#include <unordered_map>
+#include <algorithm>
+#include <map>
 
 #include "dbhelper.h"
 #include "platform/response.h"
@@ -28,40 +28,65 @@ class StageCheck {
   }
 
   void run() {
-    const std::vector<std::uint32_t> rows = base_rows(view_, "stage");
-    for (std::size_t r = 0; r < rows.size(); ++r) {
-      if (rows[r] == NO_BASE_ROW) continue;
-      view_.record = static_cast<std::int64_t>(r);
-      check_units("stage.iunits", rows[r]);
-      check_units("stage.ounits", rows[r]);
-      check_file();
-    }
+    rows_ = base_rows(view_, "stage");
+    check_units("stage.iunits");
+    check_units("stage.ounits");
+    check_files();
   }
 
  private:
-  void check_units(const char* field, std::uint32_t row) {
-    char text[1024] = "";
-    // The library writes units as they are.
-    if (dbgetv(view_, nullptr, field, text, nullptr) != 0 || std::strpbrk(text, "&<") == nullptr) return;
-    findings_.fault(table_path(view_, "stage") + ":" + std::to_string(row + 1) + ": field " + field + ": the unit '" +
-                    text + "' cannot stand in XML, expected no & and no <");
+  std::vector<TextRun> runs_of(const char* field) const {
+    std::vector<TextRun> runs;
+    text_runs(db_setfield(view_, field), 0, rows_.size(), &runs);
+    return runs;
   }
 
-  void check_file() {
-    char dir[1024] = "";
-    char dfile[1024] = "";
-    if (dbgetv(view_, nullptr, "stage.dir", dir, "stage.dfile", dfile, nullptr) != 0) return;
-    if (std::strcmp(dfile, "-") == 0) return;  // a gain without a filter
-    const std::string file = std::string(dir) + "/" + dfile;
-    const auto [known, is_new] = reasons_.try_emplace(file);
-    if (is_new) known->second = reason_for(dir, dfile, file);
-    if (!known->second.empty()) findings_.left_out("stages without their filter: " + known->second, name(file));
+  // The library writes units as they are.
+  void check_units(const char* field) {
+    for (const TextRun& run : runs_of(field)) {
+      if (run.text.find_first_of("&<") == std::string_view::npos) continue;
+      for (std::uint32_t record = run.begin; record < run.end; ++record) {
+        findings_.fault(table_path(view_, "stage") + ":" + std::to_string(rows_[record] + 1) + ": field " + field +
+                        ": the unit '" + std::string(run.text) + "' cannot stand in XML, expected no & and no <");
+      }
+    }
   }
 
-  std::string reason_for(const char* dir, const char* dfile, const std::string& file) {
-    if (dir[0] == '-' || dfile[0] == '-') return "the row names no folder, or a name that begins with '-'";
+  // The records between two changes of folder or name have one file.
+  void check_files() {
+    const std::vector<TextRun> dirs = runs_of("stage.dir");
+    auto dir = dirs.begin();
+    for (const TextRun& dfile : runs_of("stage.dfile")) {
+      for (std::uint32_t record = dfile.begin; record < dfile.end;) {
+        while (dir->end <= record) ++dir;
+        const std::uint32_t end = std::min(dir->end, dfile.end);
+        if (dfile.text != "-") check_file(dir->text, dfile.text, record, end);  // "-": a gain without a filter
+        record = end;
+      }
+    }
+  }
+
+  void check_file(std::string_view dir, std::string_view dfile, std::uint32_t begin, std::uint32_t end) {
+    // The texts of a column are kept once each, so that the place of one tells it from the others.
+    const auto [known, is_new] = reasons_.try_emplace({dir.data(), dfile.data()});
+    if (is_new) known->second = reason_for(dir, dfile);
+    if (known->second.empty()) return;
+    for (view_.record = begin; view_.record < end; ++view_.record) {
+      findings_.left_out("stages without their filter: " + known->second, name(file_of(dir, dfile)));
+    }
+  }
+
+  static std::string file_of(std::string_view dir, std::string_view dfile) {
+    return std::string(dir) + "/" + std::string(dfile);
+  }
+
+  std::string reason_for(std::string_view dir, std::string_view dfile) {
+    if (dir.starts_with('-') || dfile.starts_with('-')) {
+      return "the row names no folder, or a name that begins with '-'";
+    }
     Response* response = nullptr;
     std::string fault;
+    const std::string file = file_of(dir, dfile);
     const int status = read_response((folder_ + "/" + file).c_str(), &response, &fault);
     if (status == 0) {
       const std::string reason = reason_of(*response);
@@ -88,7 +113,8 @@ class StageCheck {
   Dbptr view_;
   Findings& findings_;
   std::string folder_;
-  std::unordered_map<std::string, std::string> reasons_;  // by file
+  std::vector<std::uint32_t> rows_;                                     // of stage, by record
+  std::map<std::pair<const char*, const char*>, std::string> reasons_;  // by folder and name
 };
 
 }  // namespace

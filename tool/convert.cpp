@@ -60,6 +60,7 @@ int write(const ConvertOptions& options, const Request& request, Dbptr everythin
 int run(const ConvertOptions& options) {
   Request request;
   request.source = options.source;
+  set_threads(options.jobs);
   if (dbopen(options.source.c_str(), "r", &request.db) != 0) return EXIT_FAILURE;
   request.pf = read_parameters(options.parameters);
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/database.h"
 #include "platform/elog.h"
 #include "tool/messages.h"
 
@@ -138,6 +139,7 @@ class TurnBuffer final : public DescriptorBuffer {
 [[noreturn]] void work(const Output& output, std::size_t pieces, std::size_t capacity, Turns& turns,
                        const PieceWriter& write) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);  // nobody would wait for what is written after the parent
+  set_threads(1);                    // the processors are taken by the other workers
   TurnBuffer buffer(output, capacity, turns);
   std::ostream out(&buffer);
   for (std::size_t piece = turns.take(); piece < pieces; piece = turns.take()) {

@@ -8,6 +8,7 @@
 
 #include "database/database.h"
 #include "database/join_plan.h"
+#include "database/threads.h"
 #include "platform/elog.h"
 
 namespace triglub {
@@ -259,22 +260,45 @@ class RecordsOfRows {
   std::vector<std::uint32_t> found_;
 };
 
+// The matches of the records from `begin` to before `end`; at most one more than a view can have.
+void match_records(Joiner& joiner, RecordsOfRows& second, bool outer, std::uint32_t begin, std::uint32_t end,
+                   Pairs* pairs) {
+  pairs->records.reserve(end - begin);
+  pairs->rows.reserve(end - begin);
+  for (std::uint32_t record = begin; record < end && pairs->rows.size() <= MAX_ROWS; ++record) {
+    const std::size_t before = pairs->rows.size();
+    joiner.match(record, &pairs->rows);
+    second.arrange(&pairs->rows, before);
+    if (outer && pairs->rows.size() == before) pairs->rows.push_back(NO_ROW);
+    pairs->records.resize(pairs->rows.size(), record);
+  }
+}
+
+void append(const Pairs& from, Pairs* to) {
+  to->records.insert(to->records.end(), from.records.begin(), from.records.end());
+  to->rows.insert(to->rows.end(), from.rows.begin(), from.rows.end());
+}
+
 // Nothing when there are more than a view can have.
 std::optional<Pairs> matching_pairs(const View& view, const View& other, const JoinPlan& plan, bool outer) {
-  Joiner joiner(view, *other.tables()[0].table, plan);
-  RecordsOfRows second(other);
-  Pairs pairs;
-  pairs.records.reserve(view.record_count());
-  pairs.rows.reserve(view.record_count());
-  for (std::uint32_t record = 0; record < view.record_count(); ++record) {
-    const std::size_t before = pairs.rows.size();
-    joiner.match(record, &pairs.rows);
-    second.arrange(&pairs.rows, before);
-    if (outer && pairs.rows.size() == before) pairs.rows.push_back(NO_ROW);
-    if (pairs.rows.size() > MAX_ROWS) return std::nullopt;
-    pairs.records.resize(pairs.rows.size(), record);
+  constexpr std::uint32_t LEAST_PART = 20000;  // records for which a thread is worth its start
+  const std::size_t parts = std::clamp<std::size_t>(view.record_count() / LEAST_PART, 1, thread_count());
+  // Made one after the other: they share what the tables keep for joins.
+  std::vector<Joiner> joiners;
+  std::vector<RecordsOfRows> seconds;
+  for (std::size_t i = 0; i < parts; ++i) {
+    joiners.emplace_back(view, *other.tables()[0].table, plan);
+    seconds.emplace_back(other);
   }
-  return pairs;
+  std::vector<Pairs> found(parts);
+  const auto border = [&](std::size_t i) {
+    return static_cast<std::uint32_t>(std::uint64_t{view.record_count()} * i / parts);
+  };
+  run_side_by_side(
+      parts, [&](std::size_t i) { match_records(joiners[i], seconds[i], outer, border(i), border(i + 1), &found[i]); });
+  for (std::size_t i = 1; i < parts; ++i) append(found[i], &found[0]);
+  if (found[0].rows.size() > MAX_ROWS) return std::nullopt;
+  return std::move(found[0]);
 }
 
 std::vector<ViewTable> joined_tables(const View& view, const Table& table, Pairs pairs) {

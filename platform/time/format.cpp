@@ -126,6 +126,8 @@ std::string format_epoch(double seconds, const char* format) {
   return text;
 }
 
+void format_epoch(double seconds, std::string_view format, std::string* text) { write_time(*text, seconds, format); }
+
 }  // namespace triglub
 
 const char* epoch2str(double seconds, const char* format) {

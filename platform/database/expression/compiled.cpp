@@ -2,6 +2,7 @@
 #include <cmath>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "database/expression/bind.h"
 #include "database/expression/characters.h"
@@ -25,6 +26,7 @@ class CompiledExpression final : public Compiled {
     Tree tree = parse(source_);
     bind(&tree, names);
     program_ = emit(tree);
+    scratch_.resize(program_.scratch_size);
     const Node& root = tree.root();
     if (root.type == NodeType::field) bare_field_ = root.field;
     if (root.type == NodeType::match && tree.nodes[root.a].type == NodeType::field) {
@@ -42,13 +44,14 @@ class CompiledExpression final : public Compiled {
  private:
   std::string source_;  // literals and patterns are views of it
   Program program_;
+  mutable std::vector<std::string> scratch_;  // of the evaluation at hand: one thread at a time uses a database
   std::vector<std::unique_ptr<Matcher>> matchers_;
   int bare_field_ = NO_FIELD;  // when the expression is no more than that
   std::optional<FieldMatch> field_match_;
 };
 
 bool CompiledExpression::integer(const Record& record, std::int64_t* result) const {
-  Evaluation evaluation(program_, record);
+  Evaluation evaluation(program_, record, scratch_.data());
   Value value;
   if (!evaluation.run(&value)) return false;
   switch (program_.result) {
@@ -64,7 +67,7 @@ bool CompiledExpression::integer(const Record& record, std::int64_t* result) con
 }
 
 bool CompiledExpression::real(const Record& record, double* result) const {
-  Evaluation evaluation(program_, record);
+  Evaluation evaluation(program_, record, scratch_.data());
   Value value;
   if (!evaluation.run(&value)) return false;
   switch (program_.result) {
@@ -85,7 +88,7 @@ bool CompiledExpression::text(const Record& record, std::string* result) const {
     result->assign(record.text(bare_field_));
     return true;
   }
-  Evaluation evaluation(program_, record);
+  Evaluation evaluation(program_, record, scratch_.data());
   Value value;
   if (!evaluation.run(&value)) return false;
   NumberBuffer buffer;

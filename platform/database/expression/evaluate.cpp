@@ -133,9 +133,11 @@ bool Evaluation::convert(const Instruction& instruction) {
     case Op::text_to_real:
       return to_real(value.text(), &value.real);
     case Op::integer_to_text:
-      return put_text(instruction, std::string(text_of(value.integer, &buffer)));
+      scratch_[instruction.scratch] = text_of(value.integer, &buffer);
+      return put_scratch(instruction);
     case Op::real_to_text:
-      return put_text(instruction, std::string(text_of(value.real, &buffer)));
+      scratch_[instruction.scratch] = text_of(value.real, &buffer);
+      return put_scratch(instruction);
     case Op::integer_to_truth:
       value.integer = value.integer != 0 ? 1 : 0;
       return true;
@@ -223,23 +225,35 @@ bool Evaluation::call(const Instruction& instruction) {
   size_ -= instruction.count;
   const std::span<const Value> arguments(stack_.data() + size_, instruction.count);
   Value result{};
-  if (!instruction.run(arguments, &scratch_[instruction.scratch], &result)) return false;
+  std::string* scratch = &scratch_[instruction.scratch];
+  scratch->clear();
+  if (!instruction.run(arguments, scratch, &result)) return false;
   push(result);
+  return true;
+}
+
+// The text is in the scratch that no operand uses, and takes the operand's place.
+bool Evaluation::put_scratch(const Instruction& instruction) {
+  top() = Value::of(std::string_view(scratch_[instruction.scratch]));
   return true;
 }
 
 bool Evaluation::format(const Instruction& instruction) {
   const Value value = top();
+  std::string* out = &scratch_[instruction.scratch];
   switch (instruction.formatting->kind()) {
     case Kind::integer:
-      return put_text(instruction, instruction.formatting->write(value.integer));
+      instruction.formatting->write(value.integer, out);
+      break;
     case Kind::real:
       if (!std::isfinite(value.real)) return false;
-      return put_text(instruction, instruction.formatting->write(value.real));
+      instruction.formatting->write(value.real, out);
+      break;
     case Kind::text:
-      return put_text(instruction, instruction.formatting->write(value.text()));
+      instruction.formatting->write(value.text(), out);
+      break;
   }
-  return false;
+  return put_scratch(instruction);
 }
 
 bool Evaluation::format_any(const Instruction& instruction) {
@@ -247,21 +261,25 @@ bool Evaluation::format_any(const Instruction& instruction) {
   FormatFault fault;
   const std::optional<Format> format = Format::read(top().text(), &fault);
   if (!format) return false;
+  std::string* out = &scratch_[instruction.scratch];
   NumberBuffer buffer;
   const bool is_text = instruction.kind == Kind::text;
   if (format->kind() == Kind::text) {
-    return put_text(instruction,
-                    format->write(is_text ? value.text() : number_text(instruction, record_, value, &buffer)));
+    format->write(is_text ? value.text() : number_text(instruction, record_, value, &buffer), out);
+    return put_scratch(instruction);
   }
   if (is_text) return false;
   const bool is_integer = instruction.kind == Kind::integer;
   if (format->kind() == Kind::real) {
     const double number = is_integer ? static_cast<double>(value.integer) : value.real;
-    return std::isfinite(number) && put_text(instruction, format->write(number));
+    if (!std::isfinite(number)) return false;
+    format->write(number, out);
+    return put_scratch(instruction);
   }
   std::int64_t number = value.integer;
   if (!is_integer && !to_integer(value.real, &number)) return false;
-  return put_text(instruction, format->write(number));
+  format->write(number, out);
+  return put_scratch(instruction);
 }
 
 }  // namespace triglub::expression

@@ -12,8 +12,9 @@ namespace triglub::expression {
 // One run of a program at one record. What it answers lives as long as it does.
 class Evaluation {
  public:
-  Evaluation(const Program& program, const Record& record)
-      : program_(program), record_(record), stack_(program.stack_size), scratch_(program.scratch_size) {}
+  // `scratch`: program.scratch_size texts, whose memory serves one evaluation after the other.
+  Evaluation(const Program& program, const Record& record, std::string* scratch)
+      : program_(program), record_(record), scratch_(scratch), stack_(program.stack_size) {}
 
   // False when the evaluation fails.
   bool run(Value* result);
@@ -32,18 +33,13 @@ class Evaluation {
   void push(Value value) { stack_[size_++] = value; }
   Value& top() { return stack_[size_ - 1]; }
   Value pop() { return stack_[--size_]; }
-  // Puts a new text on top, in the place of what is there.
-  bool put_text(const Instruction& instruction, std::string text) {
-    scratch_[instruction.scratch] = std::move(text);
-    top() = Value::of(std::string_view(scratch_[instruction.scratch]));
-    return true;
-  }
+  bool put_scratch(const Instruction& instruction);
 
   const Program& program_;
   const Record& record_;
+  std::string* scratch_;
   SmallArray<Value, 16> stack_;
   std::size_t size_ = 0;
-  SmallArray<std::string, 4> scratch_;
 };
 
 }  // namespace triglub::expression

@@ -10,7 +10,8 @@ namespace triglub::expression {
 
 namespace {
 
-constexpr std::size_t MOST = 100;  // of width and precision
+constexpr std::size_t MOST = 100;            // of width and precision
+constexpr std::size_t LONGEST_NUMBER = 512;  // 309 digits before the point and 100 behind it, and some
 
 // Numbers are written as in C, with a point, wherever the program that uses the library comes from.
 class PlainLocale {
@@ -31,8 +32,7 @@ class PlainLocale {
 
 template <typename Argument>
 std::string printed(const std::string& conversion, Argument argument) {
-  // The longest: 309 digits before the point and 100 behind it.
-  char buffer[512];
+  char buffer[LONGEST_NUMBER];
   const PlainLocale locale;
   // The conversion was put together by the reader below, of nothing but what it knows.
   const int length = std::snprintf(buffer, sizeof buffer, conversion.c_str(), argument);
@@ -185,29 +185,31 @@ class Format::Reader {
 
 std::optional<Format> Format::read(std::string_view text, FormatFault* fault) { return Reader(text, fault).read(); }
 
-std::string Format::write(std::int64_t number) const {
-  return before_ + printed(conversion_, static_cast<long long>(number)) + after_;
+void Format::write(std::int64_t number, std::string* out) const {
+  out->assign(before_).append(printed(conversion_, static_cast<long long>(number))).append(after_);
 }
 
-std::string Format::write(double number) const {
-  if (!plain_real_) return before_ + printed(conversion_, number) + after_;
-  // Defined to give what printf gives in the C locale, and several times as fast.
-  constexpr int DEFAULT_PRECISION = 6;
-  char buffer[512];
-  const int precision = precision_ ? static_cast<int>(*precision_) : DEFAULT_PRECISION;
-  const char* end = std::to_chars(buffer, buffer + sizeof buffer, number, *plain_real_, precision).ptr;
-  return std::string(before_).append(buffer, static_cast<std::size_t>(end - buffer)).append(after_);
+void Format::write(double number, std::string* out) const {
+  out->assign(before_);
+  if (plain_real_) {
+    // Defined to give what printf gives in the C locale, and several times as fast.
+    constexpr int DEFAULT_PRECISION = 6;
+    char buffer[LONGEST_NUMBER];
+    const int precision = precision_ ? static_cast<int>(*precision_) : DEFAULT_PRECISION;
+    const char* end = std::to_chars(buffer, buffer + sizeof buffer, number, *plain_real_, precision).ptr;
+    out->append(buffer, static_cast<std::size_t>(end - buffer));
+  } else {
+    out->append(printed(conversion_, number));
+  }
+  out->append(after_);
 }
 
-std::string Format::write(std::string_view text) const {
+void Format::write(std::string_view text, std::string* out) const {
   if (precision_) text = text.substr(0, bytes_of_characters(text, *precision_));
   const std::size_t characters = count_characters(text);
-  const std::string padding(width_ > characters ? width_ - characters : 0, ' ');
-  std::string written = before_;
-  if (!is_left_) written += padding;
-  written += text;
-  if (is_left_) written += padding;
-  return written + after_;
+  const std::size_t padding = width_ > characters ? width_ - characters : 0;
+  out->assign(before_).append(is_left_ ? 0 : padding, ' ').append(text).append(is_left_ ? padding : 0, ' ');
+  out->append(after_);
 }
 
 }  // namespace triglub::expression

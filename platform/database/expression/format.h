@@ -31,10 +31,11 @@ class Format {
   // What the conversion takes.
   Kind kind() const { return kind_; }
 
-  // The whole text. The argument must be of the kind that the conversion takes; a real must be finite.
-  std::string write(std::int64_t number) const;
-  std::string write(double number) const;
-  std::string write(std::string_view text) const;
+  // The whole text in place of what *out held; `text` must not be part of it. The argument must be of the kind that the
+  // conversion takes; a real must be finite.
+  void write(std::int64_t number, std::string* out) const;
+  void write(double number, std::string* out) const;
+  void write(std::string_view text, std::string* out) const;
 
  private:
   class Reader;

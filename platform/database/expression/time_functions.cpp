@@ -26,7 +26,8 @@ bool yearday_of_epoch(Arguments arguments, std::string* /*scratch*/, Value* resu
 }
 
 bool strtime(Arguments arguments, std::string* scratch, Value* result) {
-  *scratch = format_epoch(arguments[0].real, std::string(arguments[1].text()).c_str());
+  const std::string_view format = arguments[1].text();
+  format_epoch(arguments[0].real, format.substr(0, format.find('\0')), scratch);
   *result = Value::of(std::string_view(*scratch));
   return true;
 }

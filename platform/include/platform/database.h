@@ -154,6 +154,10 @@ TRIGLUB_API Dbptr dbprocess(Dbptr db, Tbl* steps, DbprocessHandler handler);
 
 namespace triglub {
 
+// How many threads loading and joining may use, the caller's included; 1 at first. What they do is the same for any
+// number.
+TRIGLUB_API void set_threads(unsigned int count);
+
 // For each record of the view the number (from 0) of the row of a base table behind it, NO_BASE_ROW where the row is
 // absent through an outer join. Empty when the view does not have the table.
 TRIGLUB_API std::vector<std::uint32_t> base_rows(Dbptr view, const char* table);

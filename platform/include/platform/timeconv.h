@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/export.h"
 
@@ -45,6 +46,8 @@ TRIGLUB_API std::int64_t day_number(std::int64_t yyyyddd);
 
 // epoch2str as a string of its own.
 TRIGLUB_API std::string format_epoch(double seconds, const char* format);
+// The same in place of what *text held, and in its memory.
+TRIGLUB_API void format_epoch(double seconds, std::string_view format, std::string* text);
 
 }  // namespace triglub
 
