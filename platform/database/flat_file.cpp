@@ -65,8 +65,13 @@ void append_column(const Column& from, Column* to) {
   for (const std::uint32_t code : from.codes) to->codes.push_back(codes[code]);
 }
 
-std::uint64_t line_begin(const Rows& rows, std::uint64_t i) {
-  return rows.offsets.empty() ? rows.begin + i * rows.stride : rows.offsets[i];
+// Where the lines begin, one by one.
+std::vector<std::uint64_t> line_begins(const Rows& rows) {
+  if (!rows.offsets.empty()) return rows.offsets;
+  std::vector<std::uint64_t> begins;
+  begins.reserve(rows.count);
+  for (std::uint64_t i = 0; i < rows.count; ++i) begins.push_back(rows.begin + i * rows.stride);
+  return begins;
 }
 
 // Brings the places of the lines together; they stay implied as long as all lines are of one length.
@@ -74,10 +79,8 @@ void append_lines(const Rows& from, Rows* to) {
   const bool is_even = to->offsets.empty() && from.offsets.empty() && to->stride == from.stride &&
                        from.begin == to->begin + to->count * to->stride;
   if (is_even) return;
-  if (to->offsets.empty()) {
-    for (std::uint64_t i = 0; i < to->count; ++i) to->offsets.push_back(line_begin(*to, i));
-  }
-  for (std::uint64_t i = 0; i < from.count; ++i) to->offsets.push_back(line_begin(from, i));
+  to->offsets = line_begins(*to);
+  append(line_begins(from), &to->offsets);
 }
 
 }  // namespace

@@ -1,0 +1,147 @@
+// What several threads load and join is what one loads and joins.
+#include "database/threads.h"
+
+#include <atomic>
+#include <numeric>
+#include <random>
+
+#include "tables.h"
+
+namespace triglub_test {
+namespace {
+
+// Sets the number of threads for as long as it lives.
+class Threads {
+ public:
+  explicit Threads(unsigned int count) { triglub::set_threads(count); }
+  ~Threads() { triglub::set_threads(1); }
+  Threads(const Threads&) = delete;
+  Threads& operator=(const Threads&) = delete;
+};
+
+TEST(Threads, DoAllWorkOnce) {
+  for (const unsigned int threads : {1U, 2U, 7U}) {
+    const Threads set(threads);
+    EXPECT_EQ(triglub::thread_count(), threads);
+    std::vector<std::atomic<int>> done(100);
+    triglub::run_side_by_side(done.size(), [&](std::size_t i) { ++done[i]; });
+    for (const auto& times : done) EXPECT_EQ(times, 1);
+  }
+  triglub::run_side_by_side(0, [](std::size_t) { FAIL(); });
+}
+
+TEST(Threads, AreAtLeastTheOneThatAsks) {
+  const Threads set(0);
+  EXPECT_EQ(triglub::thread_count(), 1U);
+}
+
+// A row of `affiliation` (net t8, sta t6, lddate e17) for a number: few networks, many stations.
+std::string affiliation_row(int i) {
+  char row[64];
+  std::snprintf(row, sizeof row, "N%-7d S%-5d %17.5f", i % 50, i / 3 % 100000, 1.0e9 + i % 7);
+  return row;
+}
+
+constexpr int ROWS = 400000;  // 13 MB, enough for three pieces
+
+std::string loaded_as_text(const std::string& bytes, unsigned int threads, Texts* complaints) {
+  const CollectedLog log;
+  FlatDatabase files;
+  const std::string path = files.write_file("db.affiliation", bytes);
+  Dbptr db;
+  if (dbopen(files.prefix().c_str(), "r", &db) != 0) throw std::runtime_error("dbopen");
+  const Threads set(threads);
+  const Dbptr table = table_of(db, "affiliation");
+  std::string text;
+  if (is_view(table)) {
+    std::vector<triglub::TextRun> runs;
+    for (const char* field : {"net", "sta", "lddate"}) {
+      triglub::text_runs(dblookup(table, nullptr, nullptr, field, nullptr), 0, ROWS, &runs);
+      for (const auto& run : runs) text.append(run.text).append(" ").append(std::to_string(run.end)).append("\n");
+    }
+  }
+  for (std::string line : log.lines()) {
+    const std::size_t found = line.find(path);
+    complaints->push_back(found == line.npos ? line : line.replace(found, path.size(), "FILE"));
+  }
+  dbclose(db);
+  return text;
+}
+
+TEST(Threads, LoadRowsOfOneLength) {
+  std::string bytes;
+  for (int i = 0; i < ROWS; ++i) bytes += affiliation_row(i) + "\n";
+  Texts complaints;
+  const std::string expected = loaded_as_text(bytes, 1, &complaints);
+  EXPECT_GT(expected.size(), 1000000U);
+  for (const unsigned int threads : {2U, 3U, 8U}) EXPECT_TRUE(loaded_as_text(bytes, threads, &complaints) == expected);
+  bytes.pop_back();  // a last line without its end
+  EXPECT_TRUE(loaded_as_text(bytes, 3, &complaints) == expected);
+  EXPECT_EQ(complaints, Texts());
+}
+
+TEST(Threads, LoadRowsOfManyLengths) {
+  std::mt19937_64 random(20261121);
+  for (const int first_odd : {0, ROWS / 2, ROWS - 10}) {
+    std::string bytes;
+    for (int i = 0; i < ROWS; ++i) {
+      std::string row = affiliation_row(i);
+      if (i >= first_odd && random() % 4 == 0) row.resize(15);  // without its load date
+      if (i >= first_odd && random() % 4 == 0) row += "  \r";
+      bytes += row + "\n";
+    }
+    Texts complaints;
+    const std::string expected = loaded_as_text(bytes, 1, &complaints);
+    for (const unsigned int threads : {2U, 3U}) EXPECT_TRUE(loaded_as_text(bytes, threads, &complaints) == expected);
+    EXPECT_EQ(complaints, Texts());
+  }
+}
+
+TEST(Threads, NameTheFaultsOfAFileAsOneWould) {
+  std::string bytes;
+  for (int i = 0; i < ROWS; ++i) {
+    std::string row = affiliation_row(i);
+    if (i % 150000 == 149999) row[20] = 'x';
+    bytes += row + "\n";
+  }
+  Texts expected;
+  loaded_as_text(bytes, 1, &expected);
+  EXPECT_THAT(expected,
+              testing::ElementsAre(testing::StartsWith("warning: FILE:150000: field affiliation.lddate: expected"),
+                                   testing::StartsWith("warning: FILE:300000: field affiliation.lddate: expected"),
+                                   "warning: FILE: table affiliation is not loaded"));
+  Texts complaints;
+  EXPECT_EQ(loaded_as_text(bytes, 3, &complaints), "");
+  EXPECT_EQ(complaints, expected);
+}
+
+TEST(Threads, JoinAsOneDoes) {
+  FlatDatabase files;
+  std::string site;
+  std::string affiliation;
+  for (int i = 0; i < 50000; ++i) affiliation += affiliation_row(i) + "\n";
+  for (int i = 0; i < 30000; i += 2) {
+    char row[200];
+    std::snprintf(row, sizeof row, "S%-5d %8d %8d %9.4f %9.4f %9.4f %-50s %-4s %-6s %9.4f %9.4f %17.5f\n", i, 2000001,
+                  -1, 1.0, 2.0, 0.5, "-", "-", "-", 0.0, 0.0, 1.0);
+    site += row;
+  }
+  files.write_file("db.affiliation", affiliation);
+  files.write_file("db.site", site);
+  Dbptr db;
+  ASSERT_EQ(dbopen(files.prefix().c_str(), "r", &db), 0);
+  const Dbptr stations = table_of(db, "affiliation");
+  for (const int outer : {0, 1}) {
+    const Dbptr one = dbjoin(stations, table_of(db, "site"), nullptr, nullptr, outer, nullptr, nullptr);
+    const Threads set(3);
+    const Dbptr three = dbjoin(stations, table_of(db, "site"), nullptr, nullptr, outer, nullptr, nullptr);
+    EXPECT_GT(record_count(one), 20000);
+    for (const char* table : {"affiliation", "site"}) {
+      EXPECT_EQ(triglub::base_rows(one, table), triglub::base_rows(three, table));
+    }
+  }
+  dbclose(db);
+}
+
+}  // namespace
+}  // namespace triglub_test
