@@ -16,20 +16,25 @@ LineKind kind_of(const ElementDescription& line) {
 
 }  // namespace
 
-LineValue::LineValue(const ElementDescription& line) : line_(line), constant_(line.value()) {
-  if (!line.is_constant() && !line.is_group()) bound_.emplace(line.value(), line.type());
+LineValue::LineValue(const ElementDescription& line, bool groups_stand) : constant_(line.value()) {
+  if (line.is_group()) {
+    if (!groups_stand) failing_ = line;
+  } else if (!line.is_constant()) {
+    bound_.emplace(line.value(), line.type());
+  }
 }
 
 void LineValue::write(Dbptr db, std::string* result) {
   if (bound_) return bound_->write(db, result);
-  if (line_.is_group() && !line_.is_ignored()) line_.evaluate(db);  // throws
+  if (failing_) failing_->evaluate(db);
   *result = constant_;
 }
 
 AttributePlan::AttributePlan(const ElementDescription& line)
-    : name(line.name()), head(" " + name + "=\""), is_ignored(line.is_ignored()), value(line) {}
+    : name(line.name()), head(" " + name + "=\""), is_ignored(line.is_ignored()), value(line, false) {}
 
-LinePlan::LinePlan(const ElementDescription& line) : line(line), name(line.name()), kind(kind_of(line)), value(line) {}
+LinePlan::LinePlan(const ElementDescription& line)
+    : line(line), name(line.name()), kind(kind_of(line)), value(line, true) {}
 
 NodePlan::NodePlan(const ElementGroup& group) : name(group.name()), is_channel(name == "Channel") {
   for (std::size_t i = 0; i < group.attribute_count(); ++i) attributes.emplace_back(group.attribute(i));

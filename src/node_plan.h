@@ -21,14 +21,15 @@ struct NodePlan;
 // A value that stands in the file, or one that the records give.
 class LineValue {
  public:
-  explicit LineValue(const ElementDescription& line);
+  // A group is taken as it stands where `groups_stand`, and fails to evaluate elsewhere.
+  LineValue(const ElementDescription& line, bool groups_stand);
   // In place of what *result held. Throws as ElementDescription::evaluate.
   void write(Dbptr db, std::string* result);
 
  private:
-  ElementDescription line_;
   std::string constant_;
   std::optional<BoundValue> bound_;
+  std::optional<ElementDescription> failing_;
 };
 
 struct AttributePlan {

@@ -115,13 +115,13 @@ void NodeWriter::evaluate(const Node& node) {
   std::vector<LinePlan>& lines = node.plan.lines;
   values.lines.resize(std::max(values.lines.size(), lines.size()));
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (lines[i].kind != LineKind::group) lines[i].value.write(node.db, &values.lines[i]);
+    lines[i].value.write(node.db, &values.lines[i]);
   }
 }
 
 void NodeWriter::note_samplerate(const Node& node) {
   if (!node.plan.is_channel) return;
-  // The line is looked up whether ignored or not; an ignored one has the text that stands in the file.
+  // The line is looked up whatever it is; one that is ignored or a group has the text that stands in the file.
   samplerate_is_zero = !node.plan.samplerate || values().lines[*node.plan.samplerate] == "0";
 }
 
