@@ -198,6 +198,19 @@ TEST_F(NodeWriter, WritesTheResponseOfAChannelWithSamples) {
   }
 }
 
+TEST_F(NodeWriter, TakesASampleRateThatIsAGroupByTheTextInTheFile) {
+  add_channels({"BHZ"});
+  for (const char* text : {"0", "40"}) {
+    const std::string line = std::string("SampleRate - GROUP ") + text + "\n";
+    // Another node of the same depth has been written before.
+    const std::string before = "other - GROUP\n";
+    const std::string definitions =
+        channel_with(line) + definition("SampleRate", "-", "", "") + definition("other", "Other", "", "A - text 7\n");
+    const std::string document = body(before + "channel - GROUP\n", definitions);
+    EXPECT_EQ(document.find("<Response>") == std::string::npos, std::string(text) == "0") << document;
+  }
+}
+
 TEST_F(NodeWriter, SuppressesOnlyTheResponseGroupOfAChannel) {
   add_channels({"BHZ"});
   EXPECT_EQ(body("channel - GROUP\n",
