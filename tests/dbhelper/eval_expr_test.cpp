@@ -146,6 +146,9 @@ TEST_F(EvalEpoch, RendersTimesWithMilliseconds) {
       {"lddate", "2599-12-31T23:59:59.999"},
       {"9999999999.999", "2286-11-20T17:46:39.999"},
       {"epoch(1969365)", "2599-12-31T23:59:59.999"},
+      {"0 - 1e-300", "2599-12-31T23:59:59.999"},
+      {"0 * -1.0", "1970-01-01T00:00:00.000"},
+      {"'0.5'", "1970-01-01T00:00:00.500"},
   };
   for (const auto& c : cases) EXPECT_EQ(eval_epoch_expr(first("sensor"), c.expr), c.text) << c.expr;
 }
