@@ -107,10 +107,11 @@ TEST_F(Entry, NeverCutsTheRoot) {
 
 TEST(DetailLevel, IsTheNameOfTheFirstElementLeftOut) {
   Pf* pf = nullptr;
-  ASSERT_EQ(pfparse(definition("a", "Station", "", "") + definition("b", "Channel", "", "") +
-                        definition("c", "Stage", "", "") + definition("d", "station", "", ""),
-                    "test", &pf),
-            0);
+  ASSERT_EQ(
+      pfparse(definition("a", "Station", "", "") + definition("b", "Channel", "", "") +
+                  definition("c", "Stage", "", "") + definition("d", "station", "", "") + definition("e", "", "", ""),
+              "test", &pf),
+      0);
   const struct {
     unsigned int level;
     bool station, channel, stage;
@@ -123,6 +124,8 @@ TEST(DetailLevel, IsTheNameOfTheFirstElementLeftOut) {
     EXPECT_EQ(max_detail_level_reached({pf, "b"}), c.channel) << c.level;
     EXPECT_EQ(max_detail_level_reached({pf, "c"}), c.stage) << c.level;
     EXPECT_FALSE(max_detail_level_reached({pf, "d"})) << c.level;
+    // Where nothing is cut, the name of nothing is the cut: only a group without a name has it.
+    EXPECT_EQ(max_detail_level_reached({pf, "e"}), !(c.station || c.channel || c.stage)) << c.level;
   }
   pffree(pf);
 }

@@ -163,6 +163,18 @@ TEST_F(State, AsksTheFirstDatabaseForItsNullValue) {
   EXPECT_THAT(convert(others_, 0), HasSubstr("<!--null-->0.0"));
 }
 
+// The same number, but not the same text.
+TEST_F(State, ComparesNullValuesLetterByLetter) {
+  add_channels({"BHZ"});
+  others_.change_schema("site", "-999.0000      degrees latitude", "-999.0         degrees latitude");
+  others_.add_network("KR");
+  others_.add_station("KR", "AAK", "-999.0");
+  others_.add_channel("AAK", "BHZ");
+  parse(value_alone("Latitude - deg_lat site.lat"));
+  EXPECT_THAT(convert(0), HasSubstr(">42.637500<"));
+  EXPECT_THAT(convert(others_, 0), HasSubstr(">81.000000<"));
+}
+
 TEST_F(State, RemembersEveryKeywordItHasMet) {
   add_channels({"BHZ"});
   add_channels(others_, {"BHZ"});
