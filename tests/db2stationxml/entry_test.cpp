@@ -107,10 +107,11 @@ TEST_F(Entry, NeverCutsTheRoot) {
 
 TEST(DetailLevel, IsTheNameOfTheFirstElementLeftOut) {
   Pf* pf = nullptr;
-  ASSERT_EQ(pfparse(definition("a", "Station", "", "") + definition("b", "Channel", "", "") +
-                        definition("c", "Stage", "", "") + definition("d", "station", "", ""),
-                    "test", &pf),
-            0);
+  ASSERT_EQ(
+      pfparse(definition("a", "Station", "", "") + definition("b", "Channel", "", "") +
+                  definition("c", "Stage", "", "") + definition("d", "station", "", "") + definition("e", "", "", ""),
+              "test", &pf),
+      0);
   const struct {
     unsigned int level;
     bool station, channel, stage;
@@ -123,6 +124,8 @@ TEST(DetailLevel, IsTheNameOfTheFirstElementLeftOut) {
     EXPECT_EQ(max_detail_level_reached({pf, "b"}), c.channel) << c.level;
     EXPECT_EQ(max_detail_level_reached({pf, "c"}), c.stage) << c.level;
     EXPECT_FALSE(max_detail_level_reached({pf, "d"})) << c.level;
+    // Where nothing is cut, the name of nothing is the cut: only a group without a name has it.
+    EXPECT_EQ(max_detail_level_reached({pf, "e"}), !(c.station || c.channel || c.stage)) << c.level;
   }
   pffree(pf);
 }
@@ -213,6 +216,24 @@ TEST_F(Entry, EndsTheProcessWithoutAParameterFile) {
               "fatal: No parameter file specified");
 }
 
+TEST_F(Entry, TellsWhereItIsBeforeItEndsWithoutAParameterFile) {
+  add_channels({"BHZ"});
+  const Dbptr db = stations_.database();
+  EXPECT_EXIT(db2stationxml(db, nullptr, subset_, std::cout, 0x43), ExitedWithCode(1),
+              "debug: Function: db2stationxml\n.*fatal: No parameter file specified\n$");
+}
+
+TEST_F(Entry, LooksForTheDateFormatsBeforeItTellsTheRoot) {
+  add_channels({"BHZ"});
+  parse("root_node root\n" + definition("root", "Root", "", ""));
+  const CollectedLog log;
+  EXPECT_EQ(convert(1), " <Root>\n </Root>\n");
+  EXPECT_THAT(log.lines_without("debug: dbprocess: "),
+              ElementsAre("warning: pfget_string: [epochtime_xmlstring_format] not found",
+                          "warning: pfget_string: [jdate_xmlstring_format] not found", "debug: root node: root",
+                          "debug: after process", "debug:  1 records after merging"));
+}
+
 TEST_F(Entry, EndsTheProcessWithoutARootNode) {
   add_channels({"BHZ"});
   parse("epochtime_xmlstring_format %G\njdate_xmlstring_format %G\n");
@@ -262,6 +283,20 @@ TEST_F(Entry, LetsANonNumericCategoryPass) {
   EXPECT_THROW(convert(0), std::invalid_argument);
 }
 
+TEST_F(Entry, LetsACategoryThatIsNoIntPass) {
+  add_channels({});
+  stations_.add_channel("AAK", "A");
+  stations_.add_row("sitechan", {{"sta", "AAK"}, {"chan", "B"}, {"ondate", "2001001"}});
+  stations_.add_row("schanloc", {{"sta", "AAK"}, {"chan", "B"}});
+  stations_.add_sensor("AAK", "B", {{"endtime", "4000000000.00000"}});
+  stations_.add_row("calibration", {{"sta", "AAK"}, {"chan", "B"}, {"time", Stations::begin}});
+  parse(preamble("root") + definition("root", "Root", "", "A - text 1\nc - CATEGORIZED_BY_NUMBER sensor.endtime\n") +
+        definition("c", "C", "", ""));
+  std::ostringstream out;
+  EXPECT_THROW(db2stationxml(stations_.database(), pf_, subset_, out, 0), std::out_of_range);
+  EXPECT_EQ(out.str(), " <Root>\n  <A>1</A>\n");
+}
+
 std::string recursive_tree() { return preamble("a") + definition("a", "A", "", "a - GROUP\n"); }
 
 TEST_F(Entry, FindsARecursiveTreeBeforeWritingWhenItTells) {
@@ -307,6 +342,21 @@ TEST_F(Entry, ThrowsWhenTheMasterViewCannotBeMade) {
     }
     EXPECT_EQ(out.str(), "");
   }
+}
+
+TEST_F(Entry, FindsABrokenMasterViewBeforeARecursiveTree) {
+  add_channels({"BHZ"});
+  parse(recursive_tree());
+  setarr(subset_, "nosuch", "/x/");
+  for (const unsigned int flags : {0u, 1u, 3u}) EXPECT_THROW(convert(flags), dbquery_error) << flags;
+}
+
+TEST_F(Entry, TakesNoArrayOfSubsetsForEverything) {
+  add_two_networks();
+  parse(whole_tree());
+  std::ostringstream out;
+  EXPECT_EQ(db2stationxml(stations_.database(), pf_, nullptr, out, 0x20), 0);
+  EXPECT_EQ(out.str(), convert(0x20));
 }
 
 TEST_F(Entry, PreparesForProgramsThatWriteNodesThemselves) {

@@ -148,6 +148,50 @@ TEST_F(MasterView, IsInvalidWhenAStepFails) {
   EXPECT_EQ(create_master_view(Dbptr{}, subset_).table, dbINVALID);
 }
 
+TEST_F(MasterView, IsInvalidWhenATableRefusesToLoad) {
+  for (const char* table :
+       {"sitechan", "snetsta", "schanloc", "network", "site", "sensor", "instrument", "calibration", "stage"}) {
+    Stations stations;
+    add_channels(stations, {"BHZ"});
+    stations.add_stage("AAK", "BHZ", 1);
+    stations.add_row("instrument", {{"inid", "1"}});
+    stations.database();
+    stations.write_file(std::string("db.") + table, "no row of any table, not at all, in no way, by no means\n");
+    const CollectedLog log;
+    EXPECT_THROW(db_nrecs(create_master_view(stations.database(), subset_)), dbquery_error) << table;
+    EXPECT_THAT(log.lines_with("warning: "), ::testing::Contains(::testing::HasSubstr(table))) << table;
+  }
+}
+
+TEST_F(MasterView, HasEveryFieldOfItsTables) {
+  add_channels({"BHZ"});
+  const Dbptr view = create_master_view(stations_.database(), subset_);
+  for (const char* table :
+       {"sitechan", "snetsta", "schanloc", "network", "site", "sensor", "instrument", "calibration", "stage"}) {
+    for (const FlatField& field : flat_schema().at(table)) {
+      EXPECT_NO_THROW(db_setfield(view, std::string(table) + "." + field.name)) << table << "." << field.name;
+      EXPECT_NO_THROW(db_setfield(view, field.name)) << field.name;
+    }
+  }
+  EXPECT_THROW(db_setfield(view, "affiliation.net"), std::runtime_error);
+}
+
+// Whichever way they come, they narrow the same view.
+TEST_F(MasterView, TakesSubsetsFromTheLastKeyToTheFirst) {
+  add_channels({"BHZ"});
+  char pattern[] = " /B.*/ ";  // is trimmed in place
+  setarr(subset_, "sitechan.chan", pattern);
+  setarr(subset_, " snetsta.snet\t", "/KR/");
+  setarr(subset_, "concat(sta, fchan)", "/AAK.*/");
+  verbosity = 1;
+  const CollectedLog log;
+  EXPECT_EQ(db_nrecs(create_master_view(stations_.database(), subset_)), 1);
+  EXPECT_THAT(log.lines_with("debug: dbprocess: dbsubset "),
+              ElementsAre(StartsWith("debug: dbprocess: dbsubset sitechan.chan=~/B.*/:"),
+                          StartsWith("debug: dbprocess: dbsubset concat(sta, fchan)=~/AAK.*/:"),
+                          StartsWith("debug: dbprocess: dbsubset snetsta.snet=~/KR/:")));
+}
+
 TEST_F(MasterView, IsTracedStepByStep) {
   add_channels({"BHZ"});
   setarr(subset_, "sitechan.sta", "/AAK/");

@@ -39,6 +39,51 @@ TEST_F(NodeWriter, WritesNothingForAnEmptyIndex) {
   EXPECT_EQ(xml_depth, 20u);
 }
 
+TEST_F(NodeWriter, WritesNothingForAnIndexThatHasLostItsLowerBorder) {
+  add_channels({"BHZ", "BHN"});
+  parse(whole_tree());
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, 0);
+  SmartIndex index(2, true);
+  index.set(0, false);
+  ASSERT_EQ(index.as_string(), "([01],2,1)");
+  std::ostringstream out;
+  xml_create_node(out, view, ElementGroup(pf_, "root"), index);
+  EXPECT_EQ(out.str(), "");
+  index.reset_borders();
+  xml_create_node(out, view, ElementGroup(pf_, "root"), index);
+  EXPECT_THAT(out.str(), HasSubstr("<Channel code=\"BHZ\""));
+}
+
+TEST_F(NodeWriter, TellsOfNodesWithoutRecordsToo) {
+  add_channels({"BHZ"});
+  parse(whole_tree());
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, 3);
+  std::ostringstream out;
+  const CollectedLog log;
+  xml_create_node(out, view, ElementGroup(pf_, "root"), SmartIndex(1, false));
+  EXPECT_THAT(log.lines(), ElementsAre("debug: Function: xml_create_node"));
+}
+
+TEST_F(NodeWriter, EvaluatesAttributesBeforeElementsEachOnce) {
+  add_channels({"BHZ"});
+  parse(preamble("root") + definition("root", "Root", "a - float 1 / 0\nb x float 2 / 0\n",
+                                      "c - float 3 / 0\nd x float 4 / 0\ne - integer 5 % 0\n"));
+  const CollectedLog log;
+  EXPECT_EQ(convert(0), " <Root a=\"0\"  >\n  <c>0</c>\n  <e>0</e>\n </Root>\n");
+  EXPECT_THAT(log.lines(), ElementsAre("warning: dbex_evalstr failure [1 / 0]", "warning: dbex_evalstr failure [3 / 0]",
+                                       "warning: dbex_evalstr failure [5 % 0]"));
+}
+
+TEST_F(NodeWriter, WritesContentAloneForALineThatIsTransparent) {
+  add_channels({"BHZ"});
+  EXPECT_EQ(body("- - text one\n- - count sitechan.sta\n"), "  one\n  1\n");
+}
+
+TEST_F(NodeWriter, CountsANullAsOneValue) {
+  add_channels({"BHZ", "BHN"});
+  EXPECT_EQ(body("N - count stage.stageid\nM - count schanloc.auth\n"), "  <N>1</N>\n  <M>1</M>\n");
+}
+
 TEST_F(NodeWriter, WritesLinesInOrder) {
   add_channels({"BHZ"});
   EXPECT_EQ(
@@ -219,6 +264,20 @@ TEST_F(NodeWriter, SuppressesOnlyTheResponseGroupOfAChannel) {
   EXPECT_THAT(body("channel - GROUP\n", channel_with("SampleRate - text 0\n", "Stream")), HasSubstr("<Response>"));
 }
 
+TEST_F(NodeWriter, SuppressesOnlyPlainGroupsOfThatName) {
+  add_channels({"BHZ"});
+  const std::string response = definition("response_group", "Response", "", "");
+  for (const char* type : {"CATEGORIZED_GROUP", "CATEGORIZED_BY_NUMBER"}) {
+    EXPECT_EQ(body("channel - GROUP\n",
+                   definition("channel", "Channel", "", std::string("response_group - ") + type + " schanloc.loc\n") +
+                       response),
+              "  <Channel>\n   <Response>\n   </Response>\n  </Channel>\n")
+        << type;
+  }
+  EXPECT_EQ(body("channel - GROUP\n", definition("channel", "Channel", "", "response_group - text 1\n")),
+            "  <Channel>\n   <response_group>1</response_group>\n  </Channel>\n");
+}
+
 TEST_F(NodeWriter, JudgesEachChannelByItsOwnSampleRate) {
   add_channels({"BHZ", "LOG"});
   const std::string none = channel_with("");
@@ -291,6 +350,20 @@ TEST_F(NodeWriter, WritesFifteenLevels) {
   const std::string text = document("g3 - GROUP\n", definitions);
   EXPECT_THAT(text, HasSubstr("\n               <G>\n               </G>\n"));
   EXPECT_EQ(xml_depth, 0u);
+}
+
+TEST_F(NodeWriter, JudgesTheDepthBeforeAnyValue) {
+  add_channels({"BHZ"});
+  parse(preamble("root") + definition("root", "Root", "", "A - deg_lat nosuch\n"));
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, 0);
+  std::ostringstream out;
+  const auto write_at = [&](unsigned int depth) {
+    xml_depth = depth;
+    xml_create_node(out, view, ElementGroup(pf_, "root"), SmartIndex(1, true));
+  };
+  EXPECT_THROW(write_at(14), std::runtime_error);
+  EXPECT_EXIT(write_at(15), ExitedWithCode(1), "fatal: Exceeded maximum node level. Group recursion");
+  EXPECT_EQ(out.str(), "");
 }
 
 TEST_F(NodeWriter, FlushesTagLines) {

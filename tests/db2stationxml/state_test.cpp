@@ -103,6 +103,32 @@ TEST_F(State, ReadsAResponseFileOnceInAProcess) {
   EXPECT_EQ(convert(others_, 0x40), before);
 }
 
+TEST_F(State, TakesItsOwnResponsesAgainAtEachCallOfTheResponseLevel) {
+  add_stage_with_file(stations_, "a.paz");
+  add_stage_with_file(others_, "b.paz");
+  parse(stage_alone());
+  const std::string document = convert(0x40);
+  EXPECT_THAT(document, HasSubstr("<PolesZeros"));
+  // A program may write stages of its own between two conversions.
+  ResponseCache cache(others_.database(), "stage");
+  XmlResponse::set_cache(cache);
+  EXPECT_THAT(convert(others_, 0x00), HasSubstr("<PolesZeros"));
+  EXPECT_EQ(convert(0x40), document);
+  const CollectedLog log;
+  EXPECT_THAT(convert(others_, 0x00), Not(HasSubstr("<PolesZeros")));
+  EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("\"resp/b.paz\"")));
+}
+
+TEST_F(State, ReadsNoResponsesForAMasterViewThatCannotBeMade) {
+  add_stage_with_file(stations_, "a.paz");
+  add_stage_with_file(others_, "b.paz");
+  parse(stage_alone());
+  setarr(subset_, "nosuch", "/x/");
+  EXPECT_THROW(convert(0x40), dbquery_error);
+  delarr(subset_, "nosuch");
+  EXPECT_THAT(convert(others_, 0x40), HasSubstr("<PolesZeros"));
+}
+
 TEST_F(State, TriesAgainAfterResponsesThatCouldNotBeRead) {
   add_stage_with_file(stations_, "a.paz");
   stations_.change_schema("stage", "dfile ", "xfile ");
@@ -135,6 +161,18 @@ TEST_F(State, AsksTheFirstDatabaseForItsNullValue) {
   others_.add_channel("AAK", "BHZ");
   parse(value_alone("Latitude - deg_lat site.lat"));
   EXPECT_THAT(convert(others_, 0), HasSubstr("<!--null-->0.0"));
+}
+
+// The same number, but not the same text.
+TEST_F(State, ComparesNullValuesLetterByLetter) {
+  add_channels({"BHZ"});
+  others_.change_schema("site", "-999.0000      degrees latitude", "-999.0         degrees latitude");
+  others_.add_network("KR");
+  others_.add_station("KR", "AAK", "-999.0");
+  others_.add_channel("AAK", "BHZ");
+  parse(value_alone("Latitude - deg_lat site.lat"));
+  EXPECT_THAT(convert(0), HasSubstr(">42.637500<"));
+  EXPECT_THAT(convert(others_, 0), HasSubstr(">81.000000<"));
 }
 
 TEST_F(State, RemembersEveryKeywordItHasMet) {
@@ -190,6 +228,22 @@ TEST_F(SampleRate, OfTheLastChannelOutlivesItsConversion) {
   EXPECT_EQ(response_line(others_), "");
   EXPECT_THAT(convert(0), HasSubstr("<Response>"));
   EXPECT_THAT(response_line(others_), HasSubstr("<Response>"));
+}
+
+TEST_F(SampleRate, OfAChannelThatCannotBeWrittenLeavesTheOneBefore) {
+  add_channels({"BHZ"});
+  const std::string definitions = channel_tree("0") +
+                                  definition("odd_value", "Channel", "", "SampleRate - text 0\nA - deg_lat nosuch\n") +
+                                  definition("odd_attribute", "Channel", "a;b - text 1\n", "SampleRate - text 0\n");
+  parse(definitions);
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, 0);
+  std::ostringstream out;
+  for (const char* name : {"odd_value", "odd_attribute"}) {
+    EXPECT_THROW(xml_create_node(out, view, ElementGroup(pf_, name), SmartIndex(1, true)), std::runtime_error);
+  }
+  EXPECT_EQ(out.str(), "");
+  xml_depth = 0;
+  EXPECT_THAT(response_line(stations_), HasSubstr("<Response>"));
 }
 
 TEST_F(SampleRate, OfAChannelWithinAnotherCountsForTheOuterOnesLaterLines) {

@@ -109,6 +109,12 @@ TEST_F(Array, BecomesAMap) {
   EXPECT_NE(getarr(array_, " sta "), nullptr);
 }
 
+TEST_F(Array, BecomesAMapInWhichTheLaterOfTwoLikeKeysStands) {
+  setarr(array_, " sta", texts_.bhz);
+  setarr(array_, "sta", texts_.aak);
+  EXPECT_THAT(arr2map(array_), ElementsAre(Pair("sta", "AAK")));
+}
+
 TEST_F(Array, BecomesAnEmptyMapWithoutAComplaint) {
   const CollectedLog log;
   EXPECT_THAT(arr2map(array_), IsEmpty());

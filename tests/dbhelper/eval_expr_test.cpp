@@ -146,9 +146,14 @@ TEST_F(EvalEpoch, RendersTimesWithMilliseconds) {
       {"lddate", "2599-12-31T23:59:59.999"},
       {"9999999999.999", "2286-11-20T17:46:39.999"},
       {"epoch(1969365)", "2599-12-31T23:59:59.999"},
+      {"0 - 1e-300", "2599-12-31T23:59:59.999"},
+      {"0 * -1.0", "1970-01-01T00:00:00.000"},
+      {"'0.5'", "1970-01-01T00:00:00.500"},
   };
   for (const auto& c : cases) EXPECT_EQ(eval_epoch_expr(first("sensor"), c.expr), c.text) << c.expr;
 }
+
+TEST(EndOfTime, IsNamed) { EXPECT_EQ(DATETIME_ENDVAL, "2599-12-31T23:59:59.999"); }
 
 TEST_F(EvalEpoch, TakesNoNoticeOfTheParameterFilesFormats) {
   date_xml_with_ms_format = "%Y";
@@ -196,7 +201,10 @@ TEST_F(EvalJday, RendersDaysWithoutMilliseconds) {
       {"2000366", "2000-12-31T00:00:00"},     {"1970002", "1970-01-02T00:00:00"},
       {"1970001", "2599-12-31T23:59:59.999"}, {"1969365", "2599-12-31T23:59:59.999"},
       {"offdate", "2599-12-31T23:59:59.999"}, {"2001366", "2599-12-31T23:59:59.999"},
-      {"0", "2599-12-31T23:59:59.999"},
+      {"0", "2599-12-31T23:59:59.999"},       {"-2001001", "2599-12-31T23:59:59.999"},
+      {"2001000", "2599-12-31T23:59:59.999"}, {"9999365", "9999-12-31T00:00:00"},
+      {"2001001.9", "2001-01-01T00:00:00"},   {"'2001002'", "2001-01-02T00:00:00"},
+      {"4296968297", "2001-01-01T00:00:00"},  // a day is a number of 32 bits: 2^32 more is the same day
   };
   for (const auto& c : cases) EXPECT_EQ(eval_jday_expr(first("site"), c.expr), c.text) << c.expr;
 }
@@ -220,6 +228,11 @@ TEST_F(EvalJday, DoesNotCheckTheHandlesField) {
 }
 
 using EvalStr = OneSite;
+
+TEST_F(EvalJday, TakesNoNoticeOfTheParameterFilesFormats) {
+  date_xml_format = "%Y";
+  EXPECT_EQ(eval_jday_expr(first("site"), "2001001"), "2001-01-01T00:00:00");
+}
 
 TEST_F(EvalStr, StripsBlanks) {
   EXPECT_EQ(eval_str_expr(first("site"), "sta"), "AAK");

@@ -126,6 +126,22 @@ TEST_F(EvalType, TakesUnknownKeywordsForLatitudesAndRemembersThem) {
   EXPECT_EQ(INTERPRETERS.size(), 19u);
 }
 
+TEST_F(EvalType, RemembersAnUnknownKeywordThatCouldNotBeEvaluated) {
+  EXPECT_THROW(eval_as_type(first("site"), "nosuch", "foo"), std::runtime_error);
+  EXPECT_THROW(eval_as_type(first("site"), "staname", "Deg_lat"), std::invalid_argument);
+  EXPECT_EQ(INTERPRETERS.at("foo"), deg_lat);
+  EXPECT_EQ(INTERPRETERS.at("Deg_lat"), deg_lat);
+  EXPECT_EQ(INTERPRETERS.size(), 20u);
+}
+
+// A database whose field's null value reads like an angle: only the very same text is one.
+TEST_F(EvalType, MarksTextsThatAreTheNullValueLetterByLetter) {
+  const Dbptr site = site_with({{"dnorth", "0"}, {"deast", "0.0001"}});
+  EXPECT_EQ(eval_as_type(site, "dnorth", "deg_az"), "<!--null-->0.0");
+  EXPECT_EQ(eval_as_type(site, "deast", "deg_az"), "0.000100");
+  EXPECT_EQ(eval_as_type(site, "dnorth", "meters"), "0.000000");
+}
+
 TEST_F(EvalType, ComplainsAboutACodeThatAProgramInvented) {
   INTERPRETERS["bar"] = static_cast<GroupType>(18);
   const CollectedLog log;
@@ -144,6 +160,18 @@ TEST_F(EvalType, LetsExceptionsPass) {
   };
   EXPECT_EQ(text_of("nosuch", "deg_lat"), "db field [nosuch] not found");
   EXPECT_EQ(text_of("nosuch", "meters"), "db field [nosuch] not found");
+  // Angles and lengths are fields, no expressions.
+  EXPECT_EQ(text_of("lat + 1", "deg_lat"), "db field [lat + 1] not found");
+  EXPECT_EQ(text_of("elev * 2", "meters"), "db field [elev * 2] not found");
+  CollectedLog log;
+  EXPECT_EQ(text_of("nosuch", "string"), "failure to eval_str_expr %snosuch");
+  EXPECT_EQ(text_of("1 / 0", "lookup"), "failure to eval_str_expr %s1 / 0");
+  EXPECT_EQ(text_of("1 / 0", "float"), "0");
+  EXPECT_EQ(text_of("1 / 0", "integer"), "0");
+  EXPECT_EQ(text_of("1 / 0", "epoch"), "0000-00-00T00:00:00ERR");
+  EXPECT_EQ(text_of("1 / 0", "julian"), "0000-00-00T00:00:00ERR");
+  EXPECT_EQ(text_of("nosuch", "epoch"), "");
+  EXPECT_EQ(text_of("nosuch", "julian"), "0000-00-00T00:00:00ERR");
   EXPECT_EQ(text_of("staname", "deg_lat"), "stod");
   EXPECT_EQ(text_of("staname", "dip"), "stod");
   EXPECT_EQ(text_of("staname", "meters"), "stod");
@@ -261,6 +289,13 @@ TEST_F(OtherPf, IsEmptyForAMissingKey) {
   const CollectedLog log;
   EXPECT_EQ(get_from_other_pf("site", "Sendr"), "");
   EXPECT_THAT(log.lines(), ElementsAre("warning: pfget_string: [Sendr] not found"));
+}
+
+TEST_F(OtherPf, IsEmptyForAFileThatCannotBeUsed) {
+  files_.write_file("site.pf", "list &Tbl{\n");
+  const CollectedLog log;
+  EXPECT_EQ(eval_as_type(first("site"), "Sender", "other_pf:site"), "");
+  EXPECT_EQ(log.lines().back(), "debug: pfread failed from other pf( site , Sender ) ");
 }
 
 TEST_F(OtherPf, IsEmptyForAMissingFile) {

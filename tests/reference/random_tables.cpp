@@ -81,14 +81,21 @@ class TableMaker {
 
   std::string instant_text(int day, const char* null_text) {
     if (day < 0) return random_.percent(50) ? null_text : "";
-    char text[32];
     const double of_day[] = {0, 0, 0, 0, 0, 0.25, 43200.5, 86399.99, 86399.9996};
-    std::snprintf(text, sizeof text, "%.5f", static_cast<double>(DAYS[day].days) * 86400.0 + random_.one_of(of_day));
+    return instant_text_at(day, random_.one_of(of_day));
+  }
+  static std::string instant_text_at(int day, double second) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.5f", static_cast<double>(DAYS[day].days) * 86400.0 + second);
     return text;
   }
   Row instants(const Epoch& epoch, Row row) {
     row["time"] = instant_text(epoch.begin, "-9999999999.99900");
     row["endtime"] = instant_text(epoch.end, "9999999999.99900");
+    if (epoch.begin >= 0 && random_.percent(4)) {  // backward, but within one day
+      row["time"] = instant_text_at(epoch.begin, 43200.5);
+      row["endtime"] = instant_text_at(epoch.begin, random_.percent(50) ? 0.25 : 43200.49);
+    }
     return row;
   }
   Row days(const Epoch& epoch, Row row) {

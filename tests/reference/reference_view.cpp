@@ -68,10 +68,16 @@ double day_of_yearday(double yearday) {
   return days;
 }
 
-double day_of_instant(double seconds) { return std::floor(seconds / 86400.0); }
-
 Range day_range(const Record& record, std::size_t table) { return range_at(record, table, "ondate", "offdate"); }
 Range instant_range(const Record& record, std::size_t table) { return range_at(record, table, "time", "endtime"); }
+
+Range days_of_dates(const Range& dates) { return {day_of_yearday(dates.begin), day_of_yearday(dates.end)}; }
+
+// Each instant counts as its day. A range that runs backward stays one, though both its ends may lie in one day.
+Range days_of_instants(const Range& instants) {
+  if (instants.end < instants.begin) return instants;
+  return {std::floor(instants.begin / 86400.0), std::floor(instants.end / 86400.0)};
+}
 
 // Half-open ranges; one of length zero is a point, which belongs to the range that begins at it or holds it.
 bool overlap(const Range& a, const Range& b) {
@@ -120,10 +126,7 @@ bool sensor_fits(const Record& record) {
   if (!same_channel(record, SENSOR)) return false;
   const bool either_null = is_null(record, SITECHAN, "chanid") || is_null(record, SENSOR, "chanid");
   if (!either_null && !equal(record, SITECHAN, "chanid", SENSOR, "chanid")) return false;
-  const Range days = day_range(record, SITECHAN);
-  const Range instants = instant_range(record, SENSOR);
-  return overlap({day_of_yearday(days.begin), day_of_yearday(days.end)},
-                 {day_of_instant(instants.begin), day_of_instant(instants.end)});
+  return overlap(days_of_dates(day_range(record, SITECHAN)), days_of_instants(instant_range(record, SENSOR)));
 }
 
 int compare_epochs(const Record& a, const Record& b) {

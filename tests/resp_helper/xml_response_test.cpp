@@ -244,6 +244,31 @@ TEST_F(XmlResponseTest, JudgesATypeByThreeLettersAndItsCode) {
   }
 }
 
+// Each name with each code: only its own gives a filter, whichever the others are.
+TEST_F(XmlResponseTest, WritesAFilterOnlyWhereNameAndCodeAgree) {
+  const std::pair<const char*, std::string> files[] = {
+      {"theoretical 1 x paz\n2\n0\n0\n", "paz"},      {"theoretical 1 x iir\n100\n0\n0\n", ""},
+      {"theoretical 1 x fir\n100\n1\n1\n0\n", "fir"}, {"theoretical 1 x fap\n0\n", ""},
+      {"theoretical 1 x fap2\n0\n", "fap2"},          {"theoretical 1 x other\n", ""},
+  };
+  for (std::size_t code = 0; code < std::size(files); ++code) {
+    add_stage_with_file(std::to_string(code), files[code].first, {{"gnom", "1"}});
+  }
+  for (std::size_t code = 0; code < std::size(files); ++code) {
+    XmlResponse row = writer(static_cast<std::int64_t>(code));
+    ResponseGroup& group = cache_->get("resp/" + std::to_string(code))->groups.at(0);
+    ASSERT_EQ(group.type, static_cast<int>(code));
+    for (const std::string name : {"paz", "fir", "fap2"}) {
+      group.type_name = name;
+      const std::string comment =
+          "<!-- Expected response type " + name + ", which did not match retrieved response type -->\n";
+      EXPECT_EQ(row.stage2xml(-1) == comment, name != files[code].second) << name << " with " << code;
+    }
+    group.type_name = "iir";
+    EXPECT_EQ(row.stage2xml(-1), "") << code;
+  }
+}
+
 TEST_F(XmlResponseTest, TakesAnyNameThatBeginsWithFapForATableOfItsCode) {
   add_stage_with_file("a", "theoretical 1 x fap2\n0\n");
   XmlResponse row = writer(0);
@@ -275,6 +300,12 @@ TEST_F(XmlResponseTest, RefusesAFileOfSeveralGroups) {
   XmlResponse row = writer(0);
   EXPECT_EQ(runtime_error_of([&] { row.stage2xml(-1); }), "expected single group. instead got 2");
   EXPECT_EQ(runtime_error_of([&] { (void)row.stagecount(); }), "expected single group. instead got 2");
+  EXPECT_EQ(runtime_error_of([&] { row.stage2xml(0); }), "expected single group. instead got 2");
+  for (const int count : {0, -1, 3}) {
+    cache_->get("resp/ab.paz")->group_count = count;
+    EXPECT_EQ(runtime_error_of([&] { row.stage2xml(-1); }),
+              "expected single group. instead got " + std::to_string(count));
+  }
 }
 
 TEST_F(XmlResponseTest, RefusesARowWhoseFileIsNotInTheCache) {

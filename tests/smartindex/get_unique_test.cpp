@@ -141,4 +141,44 @@ TEST(GetUnique, AgreesWithAskingEveryRecordOnRandomIndexes) {
   }
 }
 
+// Fields of every kind in a view in which rows are absent, in the order of the rows and in another.
+TEST(GetUnique, AgreesWithAskingEveryRecordOfAView) {
+  const unsigned seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  const auto below = [&](unsigned long n) { return static_cast<unsigned long>(random() % n); };
+  const Texts texts = {"A", "B", "AB", " A", "\xC3\xBC", "\xFC", "-", ""};
+  const Texts numbers = {"1", "10", "9", "1.0", "1.00", "+1", "-1", "-1.0", "0", ""};
+  for (int round = 0; round < 20; ++round) {
+    triglub_test::FlatDatabase files;
+    for (unsigned long i = 1 + below(60); i > 0; --i) {
+      files.add_row("sitechan", {{"sta", texts[below(3)]},
+                                 {"chan", texts[below(8)]},
+                                 {"chanid", std::to_string(below(12))},
+                                 {"hang", numbers[below(10)]},
+                                 {"descrip", texts[below(8)]}});
+    }
+    files.add_row("site", {{"sta", "A"}, {"lat", numbers[below(10)]}, {"staname", texts[below(8)]}});
+    Dbptr db;
+    ASSERT_EQ(dbopen(files.write().c_str(), "r", &db), 0);
+    Dbptr view = dblookup(db, nullptr, "sitechan", nullptr, nullptr);
+    view = dbjoin(view, dblookup(db, nullptr, "site", nullptr, nullptr), nullptr, nullptr, 1, nullptr, nullptr);
+    if (round % 2 == 0) {
+      Tbl* keys = newtbl(1);
+      pushtbl(keys, "chanid");
+      view = dbsort(view, keys, 0, nullptr);
+      freetbl(keys, nullptr);
+    }
+    for (int draw = 0; draw < 10; ++draw) {
+      SmartIndex index(static_cast<unsigned long>(db_nrecs(view)) + below(3), below(2) == 0);
+      for (int i = 0; i < 20; ++i) index.set(below(index.size()), below(3) == 0);
+      for (const char* field : {"sta", "chan", "chanid", "hang", "descrip", "lat", "staname", "site.sta", "site.ondate",
+                                "edepth", "lddate"}) {
+        ASSERT_EQ(get_unique(view, field, index), unique_plainly(view, field, index)) << field << index.as_string();
+      }
+    }
+    dbclose(db);
+  }
+}
+
 }  // namespace

@@ -363,6 +363,7 @@ TEST(SmartIndex, IsMovedWithItsBorders) {
   EXPECT_EQ(index.as_string(), "([],0,0)");
   index = std::move(moved);
   EXPECT_EQ(index.as_string(), "([0110],1,2)");
+  EXPECT_EQ(moved.as_string(), "([],1,2)");  // NOLINT(bugprone-use-after-move): as above
 }
 
 TEST(SmartIndex, SurvivesBeingMovedToItself) {
@@ -439,14 +440,30 @@ struct PlainIndex {
     for (const bool flag : flags) text += flag ? '1' : '0';
     return text + "]," + std::to_string(first) + "," + std::to_string(last) + ")";
   }
+  std::vector<std::pair<unsigned long, unsigned long>> runs() const {
+    std::vector<std::pair<unsigned long, unsigned long>> runs;
+    for (unsigned long p = 0; p < size(); ++p) {
+      if (!flags[p]) continue;
+      if (p == 0 || !flags[p - 1]) runs.emplace_back(p, p);
+      runs.back().second = p + 1;
+    }
+    return runs;
+  }
 };
+
+PlainIndex plain_range(unsigned long size, unsigned long begin, unsigned long end) {
+  PlainIndex index{std::vector<bool>(size, false), 0, 0};
+  for (unsigned long p = begin; p < end && p < size; ++p) index.flags[p] = true;
+  index.reset_borders();
+  return index;
+}
 
 TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
   const unsigned seed = std::random_device()();
   SCOPED_TRACE("seed " + std::to_string(seed));
   std::mt19937 random(seed);
   const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
-  for (int round = 0; round < 400; ++round) {
+  for (int round = 0; round < 600; ++round) {
     const unsigned long size = 1 + below(round % 10 == 0 ? 200 : 9);
     std::vector<SmartIndex> indexes;
     std::vector<PlainIndex> plain_ones;
@@ -458,7 +475,27 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
     for (int step = 0; step < 60; ++step) {
       const unsigned long at = below(3);
       const unsigned long other = below(3);
-      switch (below(12)) {
+      switch (below(16)) {
+        case 12: {
+          const unsigned long begin = below(size + 2);
+          const unsigned long end = below(size + 3);
+          indexes[at] = SmartIndex::of_range(size, begin, end);
+          plain_ones[at] = plain_range(size, begin, end);
+          break;
+        }
+        case 13: {  // of another size: removes what it has, limits nothing
+          const unsigned long other_size = below(2 * size + 2);
+          const unsigned long begin = below(other_size + 1);
+          const SmartIndex stranger = SmartIndex::of_range(other_size, begin, other_size);
+          indexes[at].remove(stranger);
+          plain_ones[at].remove(plain_range(other_size, begin, other_size));
+          if (other_size == size) break;
+          EXPECT_THROW(indexes[at].limit_to(stranger), std::range_error);
+          break;
+        }
+        case 14:
+          EXPECT_THROW(indexes[at].set(size + 1 + below(3), below(2) == 0), std::range_error);
+          break;
         case 0:
           indexes[at].limit_to(indexes[other]);
           plain_ones[at].limit_to(plain_ones[other]);
@@ -500,6 +537,11 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
           plain_ones[at].set(i, value);
       }
       ASSERT_EQ(indexes[at].as_string(), plain_ones[at].as_string());
+      ASSERT_EQ(indexes[at].first(), plain_ones[at].first);
+      ASSERT_EQ(indexes[at].last(), plain_ones[at].last);
+      ASSERT_EQ(indexes[at].size(), size);
+      ASSERT_EQ(indexes[at].runs(), plain_ones[at].runs());
+      ASSERT_FALSE(indexes[at].includes(at_record(-1 - static_cast<std::int64_t>(below(600)))));
       ASSERT_EQ(indexes[at].count(),
                 static_cast<unsigned long>(std::count(plain_ones[at].flags.begin(), plain_ones[at].flags.end(), true)));
       for (unsigned long i = 0; i < size + 2; ++i) {

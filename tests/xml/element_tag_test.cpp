@@ -57,6 +57,11 @@ TEST(ElementTag, HasNoTagsWhenTransparent) {
   EXPECT_EQ(ElementTag("--").open_tag(), "<-->");
 }
 
+TEST(ElementTag, HasTheMeasuresThatDocumentsKeep) {
+  EXPECT_EQ(SPACES_PER_NEST, 1);
+  EXPECT_EQ(MAX_XML_LINE_LENGTH, 80);
+}
+
 TEST(ElementTag, IndentsByTheNumberOfBlanksAskedFor) {
   EXPECT_EQ(ElementTag::get_spacer(0), "");
   EXPECT_EQ(ElementTag::get_spacer(1), " ");

@@ -35,7 +35,7 @@ class Generator {
       case 5:
         return number(depth - 1) + " ? " + number(depth - 1) + " : " + number(depth - 1);
       case 6:
-        return one_of({"abs", "sqrt", "floor", "real"}) + "(" + number(depth - 1) + ")";
+        return number_of_call(depth);
       case 7:
         return one_in(2) ? "length(" + text(depth - 1) + ")"
                          : one_of({"min(", "max("}) + number(depth - 1) + "," + number(depth - 1) + ")";
@@ -48,14 +48,19 @@ class Generator {
 
   std::string text(int depth) {
     if (depth <= 0 || one_in(3))
-      return one_of({"sta", "chan", "code", "digits", "nothing", "'AAK'", "'7'", "' 1.5 '", "'x'", "''"});
-    switch (below(4)) {
+      return one_of({"sta", "chan", "code", "digits", "nothing", "place", "markup", "'AAK'", "'7'", "' 1.5 '", "'x'",
+                     "'A'", "''"});
+    switch (below(7)) {
       case 0:
         return "concat(" + text(depth - 1) + "," + (one_in(2) ? number(depth - 1) : text(depth - 1)) + ")";
       case 1:
-        return "upper(" + text(depth - 1) + ")";
+        return one_of({"upper", "lower", "trim", "xml"}) + "(" + text(depth - 1) + ")";
       case 2:
         return "str(" + number(depth - 1) + ")";
+      case 3:
+        return "substr(" + text(depth - 1) + "," + position(depth) + "," + position(depth) + ")";
+      case 4:
+        return "replace(" + text(depth - 1) + "," + text(depth - 2) + "," + text(depth - 2) + ")";
       default:
         return "(" + number(depth - 1) + " ? " + text(depth - 1) + " : " + text(depth - 1) + ")";
     }
@@ -65,6 +70,24 @@ class Generator {
 
  private:
   bool one_in(int n) { return below(n) == 0; }
+
+  std::string number_of_call(int depth) {
+    switch (below(5)) {
+      case 0:
+        return one_of({"pow(", "atan2("}) + number(depth - 1) + "," + number(depth - 1) + ")";
+      case 1:
+        return one_of({"int(", "real("}) + (one_in(2) ? text(depth - 1) : number(depth - 1)) + ")";
+      case 2:
+        return "is_null(" + (one_in(8) ? number(depth - 1) : one_of({"offdate", "endtime", "lat", "(inid)"})) + ")";
+      default:
+        return one_of({"abs", "sqrt", "floor", "ceil", "round", "exp", "log10", "sin", "cos"}) + "(" +
+               number(depth - 1) + ")";
+    }
+  }
+  // Most often near the ends of a short text.
+  std::string position(int depth) {
+    return one_in(4) ? number(depth - 2) : one_of({"0", "1", "2", "3", "5", "100", "-1"});
+  }
 
   std::string one_of(std::initializer_list<const char*> choices) {
     return choices.begin()[below(static_cast<int>(choices.size()))];

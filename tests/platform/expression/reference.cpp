@@ -370,6 +370,61 @@ class Reader {
     return part.text;
   }
 
+  // Where each character of a text begins, and its end.
+  static std::vector<std::size_t> characters(const std::string& text) {
+    std::vector<std::size_t> begins;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      if ((text[i] & 0xC0) != 0x80) begins.push_back(i);
+    }
+    begins.push_back(text.size());
+    return begins;
+  }
+
+  static Part part_of_text(const std::string& text, const Part& from, const Part& length) {
+    if (from.type != Type::integer || length.type != Type::integer) throw Refused();
+    if (from.fails || length.fails || from.integer < 0 || length.integer < 0) return failed(Type::text);
+    const std::vector<std::size_t> begins = characters(text);
+    const auto last = static_cast<std::int64_t>(begins.size()) - 1;
+    const std::int64_t begin = std::min(from.integer, last);
+    const std::int64_t end = begin + std::min(length.integer, last - begin);
+    const auto at = [&](std::int64_t i) { return begins[static_cast<std::size_t>(i)]; };
+    return of_text(text.substr(at(begin), at(end) - at(begin)));
+  }
+
+  static Part replaced(const std::string& text, const std::string& from, const std::string& to) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size();) {
+      const bool is_found = !from.empty() && text.compare(i, from.size(), from) == 0;
+      result += is_found ? to : text.substr(i, 1);
+      i += is_found ? from.size() : 1;
+    }
+    return of_text(result);
+  }
+
+  static Part safe_in_xml(const std::string& text) {
+    std::string result;
+    for (const char c : text) result += c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
+    return of_text(result);
+  }
+
+  // Of one number each; the domain is what gives a finite result.
+  static std::optional<Part> of_analysis(const std::string& name, const std::vector<Part>& arguments) {
+    static const std::map<std::string, double (*)(double)> functions = {
+        {"sqrt", std::sqrt}, {"floor", std::floor}, {"ceil", std::ceil}, {"round", std::round},
+        {"exp", std::exp},   {"log10", std::log10}, {"sin", std::sin},   {"cos", std::cos}};
+    const auto found = functions.find(name);
+    if (found == functions.end()) return std::nullopt;
+    if (arguments.size() != 1) throw Refused();
+    return of_real(found->second(number(arguments[0])));
+  }
+
+  // A real without what stands behind its point, if it is an integer then.
+  static Part cut(double real) {
+    const double whole = std::trunc(real);
+    if (!(whole >= -9223372036854775808.0 && whole < 9223372036854775808.0)) return failed(Type::integer);
+    return of_integer(static_cast<std::int64_t>(whole));
+  }
+
   static Part called(const std::string& name, const std::vector<Part>& arguments, bool integers) {
     if (name == "concat") {
       std::string joined;
@@ -384,20 +439,49 @@ class Reader {
       }
       return integers ? of_integer(best.integer) : of_finite_or_not(number(best));
     }
+    if (const auto result = of_analysis(name, arguments)) return *result;
+    if (name == "pow" || name == "atan2") {
+      if (arguments.size() != 2) throw Refused();
+      const double x = number(arguments[0]);
+      const double y = number(arguments[1]);
+      return of_real(name == "pow" ? std::pow(x, y) : std::atan2(x, y));
+    }
+    if (name == "substr") {
+      if (arguments.size() != 3) throw Refused();
+      return part_of_text(need_text(arguments[0]), arguments[1], arguments[2]);
+    }
+    if (name == "replace") {
+      if (arguments.size() != 3) throw Refused();
+      return replaced(need_text(arguments[0]), need_text(arguments[1]), need_text(arguments[2]));
+    }
     if (arguments.size() != 1) throw Refused();
     const Part& only = arguments[0];
+    if (name == "trim") return of_text(trimmed_copy(need_text(only)));
+    if (name == "xml") return safe_in_xml(need_text(only));
+    if (name == "is_null") {
+      if (!only.field) throw Refused();
+      return of_integer(station_fields()[*only.field].is_null ? 1 : 0);
+    }
+    if (name == "int") {
+      const Part value = only.type == Type::text ? read(only.text) : only;
+      if (value.type == Type::text) return failed(Type::integer);
+      return value.type == Type::integer ? of_integer(value.integer) : cut(value.real);
+    }
+    if (name == "lower") {
+      std::string lower = need_text(only);
+      for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+      return of_text(lower);
+    }
     if (name == "str") return of_text(text(only));
     if (name == "upper") {
       std::string upper = need_text(only);
       for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
       return of_text(upper);
     }
-    if (name == "length") return of_integer(static_cast<std::int64_t>(need_text(only).size()));
+    if (name == "length") return of_integer(static_cast<std::int64_t>(characters(need_text(only)).size()) - 1);
     if (name == "abs")
       return integers ? of_wide(only.integer < 0 ? -static_cast<Wide>(only.integer) : only.integer)
                       : of_real(std::fabs(number(only)));
-    if (name == "sqrt") return of_real(std::sqrt(number(only)));
-    if (name == "floor") return of_real(std::floor(number(only)));
     if (name == "real") {
       const Part value = only.type == Type::text ? read(only.text) : only;
       return value.type == Type::text ? failed(Type::real) : of_finite_or_not(number(value));
