@@ -1,5 +1,6 @@
 #include "reference.h"
 
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -91,8 +92,10 @@ Part read(const std::string& text) {
   char* end = nullptr;
   const double real = std::strtod(core.c_str(), &end);
   if (*end != '\0') return of_text(text);
-  const bool is_whole = core.find_first_of(".eE") == std::string::npos && core.size() < 19;
-  return is_whole ? of_integer(std::strtoll(core.c_str(), nullptr, 10)) : of_real(real);
+  errno = 0;
+  const long long whole = std::strtoll(core.c_str(), nullptr, 10);
+  const bool is_whole = core.find_first_of(".eE") == std::string::npos && errno == 0;
+  return is_whole ? of_integer(whole) : of_real(real);
 }
 
 // Compiled once for all tests: the standard ones are slow to compile.
