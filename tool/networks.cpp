@@ -1,5 +1,8 @@
 #include "tool/networks.h"
 
+#include <functional>
+#include <map>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "dbhelper.h"
@@ -11,6 +14,8 @@
 namespace triglub::tool {
 
 namespace {
+
+using ViewMaker = std::function<Dbptr()>;
 
 SmartIndex all_records(Dbptr view) { return {static_cast<unsigned long>(db_nrecs(view)), true}; }
 
@@ -63,6 +68,47 @@ std::optional<std::vector<std::string>> networks_of(const Request& request, cons
   return codes;
 }
 
+// True when no station stands in two networks.
+bool are_apart(Dbptr db) {
+  const Dbptr snetsta = dblookup(db, nullptr, "snetsta", nullptr, nullptr);
+  std::vector<TextRun> stations;
+  std::vector<TextRun> networks;
+  text_runs(db_setfield(snetsta, "sta"), 0, static_cast<std::uint64_t>(db_nrecs(snetsta)), &stations);
+  text_runs(db_setfield(snetsta, "snet"), 0, static_cast<std::uint64_t>(db_nrecs(snetsta)), &networks);
+  std::unordered_map<std::string_view, std::string_view> network_of;
+  auto network = networks.begin();
+  for (const TextRun& station : stations) {
+    while (network->end <= station.begin) ++network;
+    if (network->end < station.end) return false;
+    if (network_of.try_emplace(station.text, network->text).first->second != network->text) return false;
+  }
+  return true;
+}
+
+// The records of each network in the view of everything, in the order in which networks are written; nothing where
+// these need not be the records that a conversion of the network by itself has. They are where equal channel epochs, of
+// which a view keeps one, are of one network.
+using RunsOfNetworks = std::map<std::string, std::vector<TextRun>>;
+std::optional<RunsOfNetworks> runs_of_networks(Dbptr everything, const ElementGroup& root) {
+  constexpr const char* NETWORK_FIELD = "snetsta.snet";
+  const ElementDescription* line = network_line(root);
+  if (line == nullptr || line->is_numeric_group() || line->value() != NETWORK_FIELD) return std::nullopt;
+  if (!are_apart(everything)) return std::nullopt;
+  std::vector<TextRun> runs;
+  text_runs(db_setfield(everything, NETWORK_FIELD), 0, static_cast<std::uint64_t>(db_nrecs(everything)), &runs);
+  RunsOfNetworks networks;
+  for (const TextRun& run : runs) networks[std::string(run.text)].push_back(run);
+  return networks;
+}
+
+Dbptr view_of_runs(Dbptr view, const std::vector<TextRun>& runs) {
+  std::vector<std::uint32_t> records;
+  for (const TextRun& run : runs) {
+    for (std::uint32_t record = run.begin; record < run.end; ++record) records.push_back(record);
+  }
+  return view_of_records(view, records, nullptr);
+}
+
 // The records in the order that the parameter file asks for, if it asks for one.
 Dbptr in_record_order(Dbptr view, Pf* pf) {
   Tbl* order = pfget_tbl(pf, "record_order");
@@ -80,12 +126,10 @@ void write_group_lines(std::ostream& out, Dbptr view, const ElementGroup& root) 
   }
 }
 
-void write_network(std::ostream& out, const Request& request, const ElementGroup& root, const std::string& field,
-                   const std::string& code) {
-  Request one = request;
-  one.conditions[field] = exact_pattern(code);
+// `all`: the network's records.
+void write_network(std::ostream& out, const Request& request, const ElementGroup& root, Dbptr all) {
   XmlResponse::forget_units();
-  const Dbptr view = in_record_order(master_view(one), request.pf);
+  const Dbptr view = in_record_order(all, request.pf);
   write_group_lines(out, view, root);
   release_view(view);
 }
@@ -118,6 +162,26 @@ void write_everything(std::ostream& out, const Request& request, const ElementGr
   release_view(view);
 }
 
+// The views of the networks, each made when it is written.
+std::optional<std::vector<ViewMaker>> network_views(const Request& request, const ElementGroup& root,
+                                                    Dbptr everything) {
+  std::vector<ViewMaker> views;
+  if (auto networks = runs_of_networks(everything, root)) {
+    for (auto& [code, runs] : *networks) {
+      views.emplace_back([everything, runs = std::move(runs)] { return view_of_runs(everything, runs); });
+    }
+    return views;
+  }
+  const auto codes = networks_of(request, root);
+  if (!codes) return std::nullopt;
+  for (const std::string& code : *codes) {
+    Request one = request;
+    one.conditions[network_line(root)->value()] = exact_pattern(code);
+    views.emplace_back([one] { return master_view(one); });
+  }
+  return views;
+}
+
 }  // namespace
 
 Dbptr master_view(const Request& request) {
@@ -127,12 +191,11 @@ Dbptr master_view(const Request& request) {
 
 void write_document(Output& output, const Request& request, Dbptr everything, unsigned int jobs) {
   const ElementGroup root = root_group(request.pf);
-  const auto networks = networks_of(request, root);
+  const auto networks = network_views(request, root, everything);
   if (!networks) {
     write_everything(output.stream(), request, root, everything);
     return;
   }
-  const std::string field = network_line(root)->value();
   bool written = false;
   // The root's own values are those that one conversion of everything would write.
   xml_create_node(output.stream(), everything, root, all_records(everything), [&](const ElementDescription&) {
@@ -140,7 +203,7 @@ void write_document(Output& output, const Request& request, Dbptr everything, un
     written = true;
     write_in_order(output, networks->size(), jobs, [&](std::ostream& out, std::size_t i) {
       try {
-        write_network(out, request, root, field, (*networks)[i]);
+        write_network(out, request, root, (*networks)[i]());
       } catch (...) {
         die_of_exception(request.source);
       }
