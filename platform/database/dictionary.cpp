@@ -12,14 +12,24 @@ namespace {
 constexpr std::size_t FIRST_SLOTS = 16;  // a power of two, as every later number of slots is
 constexpr std::size_t BLOCK_BYTES = 4096;
 
+std::uint32_t hash_of(std::string_view text) {
+  const std::size_t hash = std::hash<std::string_view>{}(text);
+  return static_cast<std::uint32_t>(hash ^ hash >> 32);
+}
+
 }  // namespace
 
 Dictionary::Dictionary() : slots_(FIRST_SLOTS, 0) {}
 
-std::size_t Dictionary::slot_of(std::string_view text) const {
+// The slot of a text, or the free one where it belongs.
+std::size_t Dictionary::slot_of(std::string_view text, std::uint32_t hash) const {
   const std::size_t mask = slots_.size() - 1;
-  std::size_t slot = std::hash<std::string_view>{}(text)&mask;
-  while (slots_[slot] != 0 && texts_[slots_[slot] - 1] != text) slot = (slot + 1) & mask;
+  std::size_t slot = hash & mask;
+  while (slots_[slot] != 0) {
+    const std::uint32_t code = slots_[slot] - 1;
+    if (hashes_[code] == hash && texts_[code] == text) break;
+    slot = (slot + 1) & mask;
+  }
   return slot;
 }
 
@@ -39,13 +49,20 @@ std::string_view Dictionary::keep(std::string_view text) {
 
 void Dictionary::grow() {
   slots_.assign(slots_.size() * 2, 0);
-  for (std::uint32_t code = 0; code < size(); ++code) slots_[slot_of(texts_[code])] = code + 1;
+  const std::size_t mask = slots_.size() - 1;
+  for (std::uint32_t code = 0; code < size(); ++code) {
+    std::size_t slot = hashes_[code] & mask;
+    while (slots_[slot] != 0) slot = (slot + 1) & mask;  // the texts are all different
+    slots_[slot] = code + 1;
+  }
 }
 
 std::uint32_t Dictionary::intern(std::string_view text) {
-  const std::size_t slot = slot_of(text);
+  const std::uint32_t hash = hash_of(text);
+  const std::size_t slot = slot_of(text, hash);
   if (slots_[slot] != 0) return slots_[slot] - 1;
   texts_.push_back(keep(text));
+  hashes_.push_back(hash);
   const std::uint32_t code = size() - 1;
   slots_[slot] = code + 1;
   if (texts_.size() * 2 > slots_.size()) grow();
@@ -53,7 +70,7 @@ std::uint32_t Dictionary::intern(std::string_view text) {
 }
 
 std::optional<std::uint32_t> Dictionary::find(std::string_view text) const {
-  const std::uint32_t entry = slots_[slot_of(text)];
+  const std::uint32_t entry = slots_[slot_of(text, hash_of(text))];
   if (entry == 0) return std::nullopt;
   return entry - 1;
 }

@@ -26,12 +26,13 @@ class Dictionary {
   const std::vector<std::uint32_t>& ranks() const;
 
  private:
-  std::size_t slot_of(std::string_view text) const;
+  std::size_t slot_of(std::string_view text, std::uint32_t hash) const;
   std::string_view keep(std::string_view text);
   void grow();
 
   std::vector<std::string_view> texts_;
-  std::vector<std::uint32_t> slots_;  // open addressing; code + 1, 0 for a free slot
+  std::vector<std::uint32_t> hashes_;  // by code: what growing need not work out again
+  std::vector<std::uint32_t> slots_;   // open addressing; code + 1, 0 for a free slot
   std::vector<std::unique_ptr<char[]>> blocks_;
   std::size_t block_left_ = 0;
   char* block_at_ = nullptr;
