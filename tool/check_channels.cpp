@@ -46,7 +46,9 @@ Dbptr join_network(Dbptr view) {
 // The rows with what can be found for them; restricted as the master view is, with the same tables at hand.
 Dbptr join_what_there_is(const Request& request, Dbptr rows) {
   std::vector<std::string> steps = {"dbjoin -o snetsta", "dbjoin -o schanloc sta chan"};
-  for (const auto& [field, pattern] : request.conditions) steps.push_back("dbsubset " + field + "=~" + pattern);
+  for (const auto& [field, pattern] : request.conditions) {
+    steps.emplace_back("dbsubset ").append(field).append("=~").append(pattern);
+  }
   const Dbptr selected = apply_steps(rows, steps);
   const Dbptr with_network = join_network(selected);
   const Dbptr joined = apply_steps(with_network, {"dbjoin -o site", "dbjoin -o sensor", "dbjoin -o calibration"});

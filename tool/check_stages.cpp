@@ -89,7 +89,7 @@ class StageCheck {
     const std::string file = file_of(dir, dfile);
     const int status = read_response((folder_ + "/" + file).c_str(), &response, &fault);
     if (status == 0) {
-      const std::string reason = reason_of(*response);
+      std::string reason = reason_of(*response);
       if (reason.empty()) check_rate(*response, file);
       free_response(response);
       return reason;

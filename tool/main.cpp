@@ -63,12 +63,11 @@ void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Words& w
 
 // False after a message when a --subset is none.
 bool read_subsets(const std::vector<std::string>& arguments, triglub::tool::Conditions* conditions) {
-  for (const std::string& argument : arguments) {
-    if (triglub::tool::add_condition(argument, conditions)) continue;
+  return std::all_of(arguments.begin(), arguments.end(), [conditions](const std::string& argument) {
+    if (triglub::tool::add_condition(argument, conditions)) return true;
     elog_notify(0, "--subset %s: expected FIELD=REGEX, such as snetsta.snet=KR", argument.c_str());
     return false;
-  }
-  return true;
+  });
 }
 
 }  // namespace

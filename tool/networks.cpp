@@ -42,7 +42,9 @@ const ElementDescription* network_line(const ElementGroup& root) {
 // The view in which networks are told apart, small as it is: channels with their station and channel codes.
 Dbptr code_view(const Request& request) {
   std::vector<std::string> steps = {"dbopen sitechan", "dbjoin snetsta", "dbjoin schanloc sta chan"};
-  for (const auto& [field, pattern] : request.conditions) steps.push_back("dbsubset " + field + "=~" + pattern);
+  for (const auto& [field, pattern] : request.conditions) {
+    steps.emplace_back("dbsubset ").append(field).append("=~").append(pattern);
+  }
   Tbl* list = newtbl(static_cast<int>(steps.size()));
   for (const std::string& step : steps) pushtbl(list, step.c_str());
   const Dbptr view = dbprocess(request.db, list, nullptr);

@@ -296,9 +296,10 @@ std::optional<Pairs> matching_pairs(const View& view, const View& other, const J
   };
   run_side_by_side(
       parts, [&](std::size_t i) { match_records(joiners[i], seconds[i], outer, border(i), border(i + 1), &found[i]); });
-  for (std::size_t i = 1; i < parts; ++i) append(found[i], &found[0]);
-  if (found[0].rows.size() > MAX_ROWS) return std::nullopt;
-  return std::move(found[0]);
+  Pairs all = std::move(found.front());
+  for (std::size_t i = 1; i < parts; ++i) append(found[i], &all);
+  if (all.rows.size() > MAX_ROWS) return std::nullopt;
+  return all;
 }
 
 std::vector<ViewTable> joined_tables(const View& view, const Table& table, Pairs pairs) {
@@ -317,6 +318,7 @@ std::string operation_text(const Table& table, const JoinPlan& plan, bool outer,
 void report_keys(const JoinPlan& plan, Tbl** joined_on) {
   if (joined_on == nullptr) return;
   *joined_on = newtbl(static_cast<int>(plan.keys.size()));
+  // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): the list keeps the texts
   for (const std::string& key : plan.keys) pushtbl(*joined_on, strdup(key.c_str()));
 }
 

@@ -14,11 +14,11 @@ std::string_view as_dbget_gives_it(std::string_view text) {
   return trimmed(kept.substr(0, kept.find('\0')));
 }
 
-void append_run(std::string_view text, std::uint32_t begin, std::uint32_t end, std::vector<TextRun>* runs) {
-  if (!runs->empty() && runs->back().end == begin && runs->back().text == text) {
-    runs->back().end = end;
+void append_run(const TextRun& run, std::vector<TextRun>* runs) {
+  if (!runs->empty() && runs->back().end == run.begin && runs->back().text == run.text) {
+    runs->back().end = run.end;
   } else {
-    runs->push_back({text, begin, end});
+    runs->push_back(run);
   }
 }
 
@@ -34,7 +34,7 @@ void text_runs(Dbptr db, std::uint64_t begin, std::uint64_t end, std::vector<Tex
     const std::uint32_t row = view->row(field.table, record);
     std::uint32_t behind = record + 1;
     while (behind < last && view->row(field.table, behind) == row) ++behind;
-    append_run(as_dbget_gives_it(view->text(field, record)), record, behind, runs);
+    append_run({as_dbget_gives_it(view->text(field, record)), record, behind}, runs);
     record = behind;
   }
 }
