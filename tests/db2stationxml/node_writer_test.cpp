@@ -378,5 +378,42 @@ TEST_F(NodeWriter, FlushesTagLines) {
   EXPECT_EQ(buffer.count, 2);
 }
 
+TEST_F(NodeWriter, LeavesAttributesAloneThatAreIgnored) {
+  add_channels({"BHZ"});
+  EXPECT_EQ(body("c - GROUP\n", definition("c", "C", "a x GROUP v\nb<c x text v\n", "")), "  <C  >\n  </C>\n");
+}
+
+TEST_F(NodeWriter, CannotEvaluateAnAttributeThatIsAGroup) {
+  add_channels({"BHZ"});
+  EXPECT_THROW(document("c - GROUP\n", definition("c", "C", "a - GROUP v\n", "")), std::logic_error);
+}
+
+TEST_F(NodeWriter, TakesOnlyTheWholeNameForAChannel) {
+  add_channels({"BHZ"});
+  EXPECT_THAT(body("channel - GROUP\n", channel_with("SampleRate - text 0\n", "Channels")), HasSubstr("<Response>"));
+}
+
+// A category that says more than itself goes the long way: the records between its matches are its own too.
+TEST_F(NodeWriter, TakesCategoriesForPatterns) {
+  stations_.add_network("XX");
+  for (const char* sta : {"S1", "S2", "S3"}) {
+    stations_.add_row("snetsta", {{"snet", "XX"}, {"fsta", sta}, {"sta", sta}});
+    stations_.add_row("site", {{"sta", sta}, {"ondate", "1990001"}, {"staname", sta[1] == '1' ? "A.B" : "AxB"}});
+    stations_.add_channel(sta, "BHZ");
+  }
+  const std::string text =
+      document("c - CATEGORIZED_GROUP site.staname\nN - count site.staname\n",
+               definition("c", "C", "v - string site.staname\n", "Stations - count site.sta\n"), 1);
+  EXPECT_THAT(text, HasSubstr("  <C v=\"A.B\" >\n   <Stations>3</Stations>\n  </C>\n  <N>2</N>\n"));
+  EXPECT_THAT(text, Not(HasSubstr("AxB")));
+}
+
+TEST_F(NodeWriter, TracesCategoriesThatArePatterns) {
+  add_channels({"BHZ"});
+  const CollectedLog log;
+  document("c - CATEGORIZED_GROUP site.lat\n", definition("c", "C", "", ""), 1);
+  EXPECT_THAT(log.lines(), testing::Contains("debug:  vector Categorized Group:contains: | 42.6375"));
+}
+
 }  // namespace
 }  // namespace triglub_test

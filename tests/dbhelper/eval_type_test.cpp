@@ -304,5 +304,10 @@ TEST_F(OtherPf, IsEmptyForAMissingFile) {
   EXPECT_THAT(log.lines(), ElementsAre("debug: pfread failed from other pf( nosuchfile , Sender ) "));
 }
 
+TEST_F(EvalType, CutsAnIntegersFraction) {
+  EXPECT_EQ(eval_as_type(first("site"), "7.9", "integer"), "7");
+  EXPECT_EQ(eval_as_type(first("site"), "1234567 + 0", "integer"), "1234567");
+}
+
 }  // namespace
 }  // namespace triglub_test

@@ -158,5 +158,10 @@ TEST(Tbl2ElementDescription, TakesEveryLineThatIsThere) {
   freetbl(list, nullptr);
 }
 
+TEST(ElementDescription, HasBlanksBetweenItsWordsAndNoTabs) {
+  const ElementDescription line("\tA - text 1");
+  EXPECT_EQ(line.name(), "\tA");
+}
+
 }  // namespace
 }  // namespace triglub_test

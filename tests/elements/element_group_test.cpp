@@ -184,5 +184,11 @@ TEST_F(Tree, FollowsOnlyGroupsThatAreWritten) {
   }
 }
 
+TEST_F(Group, LeavesAttributesAloneThatAreIgnored) {
+  ElementGroup station = group("a x GROUP v\n", "");
+  station.updateFromDatabase(Dbptr{});
+  EXPECT_EQ(station.attribute(0).value(), "v");
+}
+
 }  // namespace
 }  // namespace triglub_test

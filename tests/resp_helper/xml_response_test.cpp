@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -360,6 +361,21 @@ TEST_F(XmlResponseDeathTest, EndsWhenAFileIsNamedBeforeACacheIsSet) {
   const Dbptr row = stages_.stage(0);
   EXPECT_EXIT(XmlResponse(row, "stage"), testing::ExitedWithCode(1),
               "fatal: a stage row names the response file resp/a.paz, but no response cache has been set");
+}
+
+TEST_F(XmlResponseTest, WritesOneFilterWithTheUnitsOfEachRow) {
+  const char* const units[][2] = {{"m/s", "V"}, {"m", "V"}, {"m/s", "counts"}, {"m/s", "V"}, {"m", "V"}};
+  for (const auto& [input, output] : units) {
+    add_stage_with_file("a.paz", kPazText, {{"iunits", input}, {"ounits", output}, {"sta", "AAK"}});
+  }
+  for (std::int64_t record = 0; record < 5; ++record) {
+    const std::string text = stage_text(record);
+    EXPECT_THAT(text, testing::HasSubstr(std::string("<InputUnits><Name>") + units[record][0] + "</Name>"));
+    EXPECT_THAT(text, testing::HasSubstr(std::string("<OutputUnits><Name>") + units[record][1] + "</Name>"));
+    std::ostringstream out;
+    writer(record).write_stage(out, -1);
+    EXPECT_EQ(out.str(), text);
+  }
 }
 
 }  // namespace

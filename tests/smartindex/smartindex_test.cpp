@@ -553,4 +553,14 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
   }
 }
 
+TEST(SmartIndex, IsLimitedFromItsOwnLowerBorderOnWhereSetHasLostIt) {
+  std::vector<bool> flags(10, false);
+  flags[3] = flags[4] = true;
+  SmartIndex index(flags);
+  index.set(3, false);
+  ASSERT_EQ(index.first(), 10u);
+  index.limit_to(SmartIndex::of_range(10, 0, 1));
+  EXPECT_EQ(index.as_string(), "([0000100000],4,4)");
+}
+
 }  // namespace

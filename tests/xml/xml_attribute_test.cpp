@@ -56,4 +56,12 @@ TEST(XmlAttribute, RefusesANameThatIsNotValid) {
   }
 }
 
+TEST(XmlAttribute, AppendsWhatMakeValueSafeMakes) {
+  for (const char* value : {"", "plain", "a&b", "a<b", "a>b", "it's", "say \"x\"", "&<>'\""}) {
+    std::string text = "before ";
+    XmlAttribute().append_safe(value, &text);
+    EXPECT_EQ(text, "before " + XmlAttribute().make_value_safe(value));
+  }
+}
+
 }  // namespace
