@@ -19,20 +19,15 @@ bool is_date(std::string_view text) {
   return yyyyddd >= 0 && yyyyddd <= 9999999 && epoch(static_cast<int>(yyyyddd)) != NULL_EPOCH;
 }
 
-// The rows of the table whose date is neither null nor one that there is. Rows of one date mostly lie together.
+// The rows of the table whose date is neither null nor one that there is.
 std::unordered_set<std::uint32_t> rows_without_date(Dbptr table, const char* field) {
-  std::unordered_set<std::uint32_t> rows;
   const Dbptr dates = db_setfield(table, field);
   // The null value is asked for here, not through get_nullvalue, which remembers answers for the conversion.
   std::string null_text;
   dbquery(dates, dbNULL_VALUE, null_text);
-  std::vector<TextRun> runs;
-  text_runs(dates, 0, static_cast<std::uint64_t>(db_nrecs(table)), &runs);
-  for (const TextRun& run : runs) {
-    if (run.text == null_text || is_date(run.text)) continue;
-    for (std::uint32_t row = run.begin; row < run.end; ++row) rows.insert(row);
-  }
-  return rows;
+  const auto rows =
+      records_with_text(dates, [&](std::string_view text) { return text != null_text && !is_date(text); });
+  return {rows.begin(), rows.end()};
 }
 
 void tell(Dbptr row, const char* table, const char* field, Findings* findings) {

@@ -43,12 +43,11 @@ class StageCheck {
 
   // The library writes units as they are.
   void check_units(const char* field) {
-    for (const TextRun& run : runs_of(field)) {
-      if (run.text.find_first_of("&<") == std::string_view::npos) continue;
-      for (std::uint32_t record = run.begin; record < run.end; ++record) {
-        findings_.fault(table_path(view_, "stage") + ":" + std::to_string(rows_[record] + 1) + ": field " + field +
-                        ": the unit '" + std::string(run.text) + "' cannot stand in XML, expected no & and no <");
-      }
+    const auto cannot_stand = [](std::string_view unit) { return unit.find_first_of("&<") != std::string_view::npos; };
+    for (const std::uint32_t record : records_with_text(db_setfield(view_, field), cannot_stand)) {
+      view_.record = record;
+      findings_.fault(table_path(view_, "stage") + ":" + std::to_string(rows_[record] + 1) + ": field " + field +
+                      ": the unit '" + db_fieldlookup(view_, field) + "' cannot stand in XML, expected no & and no <");
     }
   }
 

@@ -1,5 +1,6 @@
 #include "tool/networks.h"
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <unordered_map>
@@ -77,11 +78,14 @@ bool are_apart(Dbptr db) {
   std::vector<TextRun> networks;
   text_runs(db_setfield(snetsta, "sta"), 0, static_cast<std::uint64_t>(db_nrecs(snetsta)), &stations);
   text_runs(db_setfield(snetsta, "snet"), 0, static_cast<std::uint64_t>(db_nrecs(snetsta)), &networks);
+  const bool are_sorted = std::is_sorted(stations.begin(), stations.end(),
+                                         [](const TextRun& a, const TextRun& b) { return a.text < b.text; });
   std::unordered_map<std::string_view, std::string_view> network_of;
   auto network = networks.begin();
   for (const TextRun& station : stations) {
     while (network->end <= station.begin) ++network;
     if (network->end < station.end) return false;
+    if (are_sorted) continue;  // the station has no other run
     if (network_of.try_emplace(station.text, network->text).first->second != network->text) return false;
   }
   return true;

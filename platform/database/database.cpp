@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "database/threads.h"
 #include "platform/elog.h"
 
 static_assert(triglub::NO_ROW == triglub::NO_BASE_ROW);
@@ -106,12 +107,17 @@ bool has_record(const View& view, const Dbptr& db) {
 
 std::vector<ViewTable> tables_of_records(const View& view, const std::vector<std::uint32_t>& records) {
   if (are_all(records, view)) return view.tables();
-  std::vector<ViewTable> tables;
-  for (std::size_t t = 0; t < view.tables().size(); ++t) {
+  std::vector<ViewTable> tables = view.tables();
+  const auto rows_of_records = [&](std::size_t t) {
     auto rows = std::make_shared<std::vector<std::uint32_t>>();
     rows->reserve(records.size());
     for (const std::uint32_t record : records) rows->push_back(view.row(t, record));
-    tables.push_back({view.tables()[t].table, std::move(rows)});
+    tables[t].rows = std::move(rows);
+  };
+  if (are_worth_threads(records.size())) {
+    run_side_by_side(tables.size(), rows_of_records);
+  } else {
+    for (std::size_t t = 0; t < tables.size(); ++t) rows_of_records(t);
   }
   return tables;
 }

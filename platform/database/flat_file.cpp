@@ -15,15 +15,22 @@ namespace {
 
 constexpr std::uint64_t MAX_COMPLAINTS = 20;
 constexpr std::size_t LEAST_PIECE = std::size_t{4} << 20;  // bytes for which a thread is worth its start
+constexpr std::size_t SMALL_PIECES = 8;                    // of a thread's share, one for later
 
-// Where each piece begins, at the beginning of a line, and the end.
+// Where each piece begins, at the beginning of a line, and the end. Each thread has a large piece, and small ones are
+// left for those that are done first.
 std::vector<std::size_t> borders_of_pieces(std::string_view file) {
-  const std::size_t pieces = std::clamp<std::size_t>(file.size() / LEAST_PIECE, 1, thread_count());
+  const std::size_t threads = std::clamp<std::size_t>(file.size() / LEAST_PIECE, 1, thread_count());
   std::vector<std::size_t> borders = {0};
-  for (std::size_t i = 1; i < pieces; ++i) {
-    const std::size_t newline = file.find('\n', file.size() / pieces * i);
+  const auto add = [&](std::size_t near) {
+    const std::size_t newline = file.find('\n', near);
     const std::size_t begin = newline == std::string_view::npos ? file.size() : newline + 1;
     if (begin > borders.back()) borders.push_back(begin);
+  };
+  if (threads > 1) {
+    const std::size_t small = file.size() / threads / SMALL_PIECES;
+    for (std::size_t i = 1; i <= threads; ++i) add(small * (SMALL_PIECES - 1) * i);
+    for (std::size_t i = 1; i < threads; ++i) add(small * (SMALL_PIECES - 1) * threads + small * i);
   }
   if (borders.back() < file.size()) borders.push_back(file.size());
   return borders;
@@ -114,13 +121,15 @@ class FlatFileLoader {
     const std::vector<std::size_t> borders = borders_of_pieces(file);
     if (borders.size() < 2) {
       Rows none;
-      read_rows(schema, file, 0, 0, &none);
+      read_rows(schema, file, 0, 0, 0, &none);
       return none;
     }
     std::vector<Rows> pieces(borders.size() - 1);
     std::vector<char> is_good(pieces.size(), 0);
     run_side_by_side(pieces.size(), [&](std::size_t i) {
-      is_good[i] = read_rows(schema, file, borders[i], borders[i + 1], &pieces[i]) ? 1 : 0;
+      const std::size_t room =
+          (i == 0 ? borders.back() : borders[i + 1]) - borders[i];  // the first takes in the others
+      is_good[i] = read_rows(schema, file, borders[i], borders[i + 1], room, &pieces[i]) ? 1 : 0;
     });
     if (std::count(is_good.begin(), is_good.end(), 0) > 0) return std::nullopt;
     return put_together(std::move(pieces));

@@ -114,7 +114,7 @@ class Joiner {
 
  private:
   // The rows whose columns are words_.
-  JoinIndex::Rows rows_of_words() const { return index_->find(table_, columns_, words_.data()); }
+  JoinIndex::Rows rows_of_words() { return index_->find(table_, columns_, words_.data(), &next_run_); }
 
   // Puts the record's words in words_, the rows of these in candidates_ and their ranges in candidate_ranges_. False
   // when no row can be equal.
@@ -212,6 +212,7 @@ class Joiner {
   std::vector<JoinColumn> columns_;   // their columns
   bool by_lifted_field_ = false;      // there are none, and the index is over the first field that null lifts
   const JoinIndex* index_ = nullptr;  // over the columns
+  std::uint32_t next_run_ = 0;        // where the next key's rows may be
   std::vector<JoinWord> words_;
   bool are_words_known_ = false;  // words_ are a record's, and these two are theirs:
   std::vector<std::uint32_t> candidates_;
@@ -281,23 +282,20 @@ void append(const Pairs& from, Pairs* to) {
 
 // Nothing when there are more than a view can have.
 std::optional<Pairs> matching_pairs(const View& view, const View& other, const JoinPlan& plan, bool outer) {
-  constexpr std::uint32_t LEAST_PART = 20000;  // records for which a thread is worth its start
-  const std::size_t parts = std::clamp<std::size_t>(view.record_count() / LEAST_PART, 1, thread_count());
+  const Parts parts(0, view.record_count());
   // Made one after the other: they share what the tables keep for joins.
   std::vector<Joiner> joiners;
   std::vector<RecordsOfRows> seconds;
-  for (std::size_t i = 0; i < parts; ++i) {
+  for (std::size_t i = 0; i < parts.size(); ++i) {
     joiners.emplace_back(view, *other.tables()[0].table, plan);
     seconds.emplace_back(other);
   }
-  std::vector<Pairs> found(parts);
-  const auto border = [&](std::size_t i) {
-    return static_cast<std::uint32_t>(std::uint64_t{view.record_count()} * i / parts);
-  };
-  run_side_by_side(
-      parts, [&](std::size_t i) { match_records(joiners[i], seconds[i], outer, border(i), border(i + 1), &found[i]); });
+  std::vector<Pairs> found(parts.size());
+  run_side_by_side(parts.size(), [&](std::size_t i) {
+    match_records(joiners[i], seconds[i], outer, parts.begin(i), parts.end(i), &found[i]);
+  });
   Pairs all = std::move(found.front());
-  for (std::size_t i = 1; i < parts; ++i) append(found[i], &all);
+  for (std::size_t i = 1; i < found.size(); ++i) append(found[i], &all);
   if (all.rows.size() > MAX_ROWS) return std::nullopt;
   return all;
 }

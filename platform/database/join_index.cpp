@@ -3,6 +3,7 @@
 #include <bit>
 
 #include "database/table.h"
+#include "database/threads.h"
 
 namespace triglub {
 
@@ -16,10 +17,14 @@ std::uint64_t mix(std::uint64_t x) {
   return x;
 }
 
-std::uint64_t hash_of(const JoinWord* words, std::size_t count) {
+std::uint32_t hash_of(const JoinWord* words, std::size_t count) {
   std::uint64_t hash = 0;
   for (std::size_t i = 0; i < count; ++i) hash = mix(hash + words[i] + i);
-  return hash;
+  return static_cast<std::uint32_t>(hash >> 16);
+}
+
+void load_words(const Table& table, const std::vector<JoinColumn>& columns, std::uint32_t row, JoinWord* words) {
+  for (std::size_t i = 0; i < columns.size(); ++i) words[i] = join_word(table, columns[i], row);
 }
 
 bool same_key(const Table& table, const std::vector<JoinColumn>& columns, std::uint32_t row, const JoinWord* words) {
@@ -47,37 +52,81 @@ JoinWord join_word(const Table& table, const JoinColumn& column, std::uint32_t r
   return 0;
 }
 
-std::size_t JoinIndex::slot_of(const Table& table, const std::vector<JoinColumn>& columns,
-                               const JoinWord* words) const {
-  std::size_t slot = hash_of(words, columns.size()) & (heads_.size() - 1);
-  while (heads_[slot] != NO_ROW && !same_key(table, columns, runs_[heads_[slot]].begin, words)) {
-    slot = (slot + 1) & (heads_.size() - 1);
+std::size_t JoinIndex::slot_of(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words,
+                               std::uint32_t hash) const {
+  const std::size_t mask = heads_.size() - 1;
+  std::size_t slot = hash & mask;
+  while (heads_[slot].run != NO_ROW) {
+    if (heads_[slot].hash == hash && same_key(table, columns, runs_[heads_[slot].run].begin, words)) break;
+    slot = (slot + 1) & mask;
   }
   return slot;
 }
 
-void JoinIndex::build(const Table& table, const std::vector<JoinColumn>& columns) {
-  const std::uint32_t rows = table.row_count();
+std::vector<JoinIndex::Run> JoinIndex::runs_between(const Table& table, const std::vector<JoinColumn>& columns,
+                                                    std::uint32_t begin, std::uint32_t end) {
+  std::vector<Run> runs;
   std::vector<JoinWord> words(columns.size());
-  for (std::uint32_t row = 0; row < rows; ++row) {
-    if (row > 0 && same_key(table, columns, row, words.data())) continue;
-    if (row > 0) runs_.back().end = row;
-    for (std::size_t i = 0; i < columns.size(); ++i) words[i] = join_word(table, columns[i], row);
-    runs_.push_back({row, rows, NO_ROW});
+  for (std::uint32_t row = begin; row < end; ++row) {
+    if (row > begin && same_key(table, columns, row, words.data())) continue;
+    if (row > begin) runs.back().end = row;
+    load_words(table, columns, row, words.data());
+    runs.push_back({row, end, NO_ROW});
   }
-  heads_.assign(std::bit_ceil(runs_.size() * 2 + 1), NO_ROW);
-  // From the last run back, so that each chain runs in table order with its head put in front.
-  for (auto run = static_cast<std::uint32_t>(runs_.size()); run-- > 0;) {
-    for (std::size_t i = 0; i < columns.size(); ++i) words[i] = join_word(table, columns[i], runs_[run].begin);
-    std::uint32_t& head = heads_[slot_of(table, columns, words.data())];
-    runs_[run].next = head;
-    head = run;
+  return runs;
+}
+
+void JoinIndex::find_runs(const Table& table, const std::vector<JoinColumn>& columns) {
+  const Parts parts(0, table.row_count());
+  std::vector<std::vector<Run>> found(parts.size());
+  run_side_by_side(parts.size(),
+                   [&](std::size_t i) { found[i] = runs_between(table, columns, parts.begin(i), parts.end(i)); });
+  runs_ = std::move(found.front());
+  std::vector<JoinWord> words(columns.size());
+  for (std::size_t i = 1; i < found.size(); ++i) {
+    load_words(table, columns, parts.begin(i) - 1, words.data());
+    const bool goes_on = same_key(table, columns, parts.begin(i), words.data());
+    if (goes_on) runs_.back().end = found[i].front().end;
+    runs_.insert(runs_.end(), found[i].begin() + (goes_on ? 1 : 0), found[i].end());
   }
 }
 
-JoinIndex::Rows JoinIndex::find(const Table& table, const std::vector<JoinColumn>& columns,
-                                const JoinWord* words) const {
-  return {*this, heads_[slot_of(table, columns, words)]};
+// From the last run back, so that each chain runs in table order with its head put in front.
+void JoinIndex::hash_runs(const Table& table, const std::vector<JoinColumn>& columns) {
+  constexpr std::uint32_t AHEAD = 16;  // slots lie anywhere in memory: each is called for some turns before its own
+  std::vector<std::uint32_t> hashes(runs_.size());
+  const Parts parts(0, static_cast<std::uint32_t>(runs_.size()));
+  run_side_by_side(parts.size(), [&](std::size_t i) {
+    std::vector<JoinWord> words(columns.size());
+    for (std::uint32_t run = parts.begin(i); run < parts.end(i); ++run) {
+      load_words(table, columns, runs_[run].begin, words.data());
+      hashes[run] = hash_of(words.data(), words.size());
+    }
+  });
+  heads_.assign(std::bit_ceil(runs_.size() * 2 + 1), Head());
+  std::vector<JoinWord> words(columns.size());
+  for (auto run = static_cast<std::uint32_t>(runs_.size()); run-- > 0;) {
+    if (run >= AHEAD) __builtin_prefetch(&heads_[hashes[run - AHEAD] & (heads_.size() - 1)], 1);
+    load_words(table, columns, runs_[run].begin, words.data());
+    Head& head = heads_[slot_of(table, columns, words.data(), hashes[run])];
+    if (head.run != NO_ROW) are_keys_together_ = false;
+    runs_[run].next = head.run;
+    head = {hashes[run], run};
+  }
+}
+
+void JoinIndex::build(const Table& table, const std::vector<JoinColumn>& columns) {
+  find_runs(table, columns);
+  hash_runs(table, columns);
+}
+
+JoinIndex::Rows JoinIndex::find(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words,
+                                std::uint32_t* next_run) const {
+  std::uint32_t run = *next_run;
+  const bool is_guessed = are_keys_together_ && run < runs_.size() && same_key(table, columns, runs_[run].begin, words);
+  if (!is_guessed) run = heads_[slot_of(table, columns, words, hash_of(words, columns.size()))].run;
+  if (run != NO_ROW) *next_run = run + 1;
+  return {*this, run};
 }
 
 JoinIndex::Rows::Rows(const JoinIndex& index, std::uint32_t run)

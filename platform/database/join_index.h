@@ -47,8 +47,11 @@ class JoinIndex {
     std::uint32_t run_ = NO_ROW;
     std::uint32_t row_ = NO_ROW;
   };
-  // `words` holds one word a column. REQUIRES: table and columns are those that the index was built of.
-  Rows find(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words) const;
+  // `words` holds one word a column. `*next_run` is a guess at the run, any number, and becomes the guess for the keys
+  // that come after: who asks for keys in table order is answered without the hash.
+  // REQUIRES: table and columns are those that the index was built of.
+  Rows find(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words,
+            std::uint32_t* next_run) const;
 
  private:
   struct Run {
@@ -57,10 +60,22 @@ class JoinIndex {
     std::uint32_t next;  // the next run of the same key, NO_ROW for none
   };
 
-  std::size_t slot_of(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words) const;
+  // The first run of a key, with the key's hash, so that runs of other keys need no look.
+  struct Head {
+    std::uint32_t hash = 0;
+    std::uint32_t run = NO_ROW;  // NO_ROW: a free slot
+  };
+
+  static std::vector<Run> runs_between(const Table& table, const std::vector<JoinColumn>& columns, std::uint32_t begin,
+                                       std::uint32_t end);
+  void find_runs(const Table& table, const std::vector<JoinColumn>& columns);
+  void hash_runs(const Table& table, const std::vector<JoinColumn>& columns);
+  std::size_t slot_of(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words,
+                      std::uint32_t hash) const;
 
   std::vector<Run> runs_;
-  std::vector<std::uint32_t> heads_;  // open addressing: first run of each distinct key, NO_ROW for a free slot
+  std::vector<Head> heads_;        // open addressing
+  bool are_keys_together_ = true;  // no key has two runs
 };
 
 }  // namespace triglub

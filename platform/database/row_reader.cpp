@@ -153,10 +153,16 @@ class RowReader {
     for (std::size_t i = 0; i < schema.fields.size(); ++i) add_field(schema.fields[i], &rows_.columns[i]);
   }
 
+  void make_room(std::size_t bytes) {
+    const std::size_t rows = bytes / (static_cast<std::size_t>(schema_.row_width) + 1) + 1;
+    for (std::size_t i = 0; i < storages_.size(); ++i) {
+      with_values(i, [rows](auto& values) { values.reserve(rows); });
+    }
+  }
+
   // False when it stopped.
   bool read(std::size_t begin, std::size_t end) {
     rows_.begin = begin;
-    if (tell_ == nullptr) reserve((end - begin) / (static_cast<std::size_t>(schema_.row_width) + 1) + 1);
     while (begin < end && go_on_) {
       const void* newline = std::memchr(file_.data() + begin, '\n', end - begin);
       const std::size_t line_end =
@@ -183,12 +189,6 @@ class RowReader {
     known_.emplace_back(width);
     storages_.push_back(field.storage());
     if (field.storage() == Storage::text) column->dictionary.intern(field.null_text);
-  }
-
-  void reserve(std::size_t rows) {
-    for (std::size_t i = 0; i < storages_.size(); ++i) {
-      with_values(i, [rows](auto& values) { values.reserve(rows); });
-    }
   }
 
   // Calls `work` with the values of a column, whatever they are.
@@ -351,8 +351,11 @@ class RowReader {
 
 }  // namespace
 
-bool read_rows(const TableSchema& schema, std::string_view file, std::size_t begin, std::size_t end, Rows* rows) {
-  return RowReader(schema, file, rows, nullptr).read(begin, end);
+bool read_rows(const TableSchema& schema, std::string_view file, std::size_t begin, std::size_t end, std::size_t room,
+               Rows* rows) {
+  RowReader reader(schema, file, rows, nullptr);
+  reader.make_room(room);
+  return reader.read(begin, end);
 }
 
 void tell_faults(const TableSchema& schema, std::string_view file, const FaultTeller& tell) {

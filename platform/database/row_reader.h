@@ -24,9 +24,10 @@ struct Rows {
   std::vector<std::uint64_t> offsets;
 };
 
-// Reads the lines of `file` from byte `begin`, where a line begins, to before `end`, where one has ended. False at the
-// first fault.
-bool read_rows(const TableSchema& schema, std::string_view file, std::size_t begin, std::size_t end, Rows* rows);
+// Reads the lines of `file` from byte `begin`, where a line begins, to before `end`, where one has ended. The columns
+// are given room for what that many bytes hold: `room`. False at the first fault.
+bool read_rows(const TableSchema& schema, std::string_view file, std::size_t begin, std::size_t end, std::size_t room,
+               Rows* rows);
 
 // Finds the faults of a file that read_rows has refused: hands each to `tell`, with the number of its line (from 1) and
 // the name of its field (empty for the whole row).

@@ -2,10 +2,12 @@
 // whose order is the value's: a text's rank among its column's texts, an integer or a double with the bits that make
 // them compare as unsigned numbers. A view that is in order already, as most are, costs one look at each record.
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <numeric>
 
 #include "database/database.h"
+#include "database/threads.h"
 #include "platform/elog.h"
 
 namespace triglub {
@@ -65,10 +67,14 @@ int compare(const SortKeys& keys, std::uint32_t a, std::uint32_t b) {
 }
 
 bool in_order(const SortKeys& keys, std::uint32_t records) {
-  for (std::uint32_t r = 1; r < records; ++r) {
-    if (compare(keys, r - 1, r) > 0) return false;
-  }
-  return true;
+  const Parts parts(1, std::max(records, 1U));  // the first has none before it
+  std::atomic<bool> is_sorted{true};
+  run_side_by_side(parts.size(), [&](std::size_t i) {
+    for (std::uint32_t r = parts.begin(i); r < parts.end(i) && is_sorted; ++r) {
+      if (compare(keys, r - 1, r) > 0) is_sorted = false;
+    }
+  });
+  return is_sorted;
 }
 
 std::vector<std::uint32_t> sorted_records(const SortKeys& keys, std::uint32_t records) {

@@ -14,7 +14,18 @@ namespace {
 
 std::size_t threads = 1;
 
+constexpr std::uint32_t LEAST_PART = 20000;  // records for which a thread is worth its start
+
 }  // namespace
+
+bool are_worth_threads(std::size_t records) { return threads > 1 && records >= 2 * std::size_t{LEAST_PART}; }
+
+Parts::Parts(std::uint32_t begin, std::uint32_t end)
+    : begin_(begin), count_(end - begin), size_(std::clamp<std::size_t>(count_ / LEAST_PART, 1, thread_count())) {}
+
+std::uint32_t Parts::begin(std::size_t part) const {
+  return begin_ + static_cast<std::uint32_t>(std::uint64_t{count_} * part / size_);
+}
 
 std::size_t thread_count() { return threads; }
 

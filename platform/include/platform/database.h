@@ -28,6 +28,7 @@
 #define TRIGLUB_PLATFORM_DATABASE_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -154,8 +155,8 @@ TRIGLUB_API Dbptr dbprocess(Dbptr db, Tbl* steps, DbprocessHandler handler);
 
 namespace triglub {
 
-// How many threads loading and joining may use, the caller's included; 1 at first. What they do is the same for any
-// number.
+// How many threads loading, joining and looking through records may use, the caller's included; 1 at first. What they
+// do is the same for any number.
 TRIGLUB_API void set_threads(unsigned int count);
 
 // For each record of the view the number (from 0) of the row of a base table behind it, NO_BASE_ROW where the row is
@@ -180,6 +181,12 @@ struct TextRun {
 // The runs of equal texts of the handle's field among the records from `begin` to before `end` (cut at the end of the
 // view), in record order: neighbours differ. Empty for a handle that names no field.
 TRIGLUB_API void text_runs(Dbptr db, std::uint64_t begin, std::uint64_t end, std::vector<TextRun>* runs);
+
+// The records of the view, ascending, at which the handle's field has a text (as dbget gives it) that is `wanted`.
+// Neighbours of one text are mostly asked about once. `wanted` is called by several threads at a time when set_threads
+// says so, and must not throw. Empty for a handle that names no field.
+using TextCondition = std::function<bool(std::string_view text)>;
+TRIGLUB_API std::vector<std::uint32_t> records_with_text(Dbptr db, const TextCondition& wanted);
 
 // A view of chosen rows of a base table or view, in the order given. Rows beyond the end make the result invalid.
 TRIGLUB_API Dbptr view_of_records(Dbptr view, const std::vector<std::uint32_t>& records, const char* name);

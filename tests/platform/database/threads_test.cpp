@@ -115,12 +115,12 @@ TEST(Threads, NameTheFaultsOfAFileAsOneWould) {
   EXPECT_EQ(complaints, expected);
 }
 
-TEST(Threads, JoinAsOneDoes) {
-  FlatDatabase files;
+// Stations by networks, three rows of one after the other, and some of the stations.
+void write_stations(const FlatDatabase& files) {
   std::string site;
   std::string affiliation;
   for (int i = 0; i < 50000; ++i) affiliation += affiliation_row(i) + "\n";
-  for (int i = 0; i < 30000; i += 2) {
+  for (int i = 1; i < 30000; i += 2) {
     char row[200];
     std::snprintf(row, sizeof row, "S%-5d %8d %8d %9.4f %9.4f %9.4f %-50s %-4s %-6s %9.4f %9.4f %17.5f\n", i, 2000001,
                   -1, 1.0, 2.0, 0.5, "-", "-", "-", 0.0, 0.0, 1.0);
@@ -128,17 +128,57 @@ TEST(Threads, JoinAsOneDoes) {
   }
   files.write_file("db.affiliation", affiliation);
   files.write_file("db.site", site);
+}
+
+// The rows of both tables that `step` makes of the first, in a database that nothing was asked of before.
+std::vector<std::vector<std::uint32_t>> rows_of_step(const FlatDatabase& files, const char* table, const char* step,
+                                                     unsigned int threads) {
+  const Threads set(threads);
+  Dbptr db;
+  if (dbopen(files.prefix().c_str(), "r", &db) != 0) throw std::runtime_error("dbopen");
+  const Dbptr result = process(table_of(db, table), {step});
+  std::vector<std::vector<std::uint32_t>> rows = {triglub::base_rows(result, "affiliation"),
+                                                  triglub::base_rows(result, "site")};
+  dbclose(db);
+  return rows;
+}
+
+struct Step {
+  const char* table;
+  const char* step;
+  std::size_t least_records;
+};
+
+TEST(Threads, JoinAndSortAsOneDoes) {
+  FlatDatabase files;
+  write_stations(files);
+  // Parts end among the rows of one station.
+  for (const Step& step : {Step{"affiliation", "dbjoin site", 20000}, Step{"affiliation", "dbjoin -o site", 50000},
+                           Step{"site", "dbjoin affiliation", 20000}, Step{"site", "dbjoin -o affiliation", 20000},
+                           Step{"affiliation", "dbsort lddate", 50000}, Step{"affiliation", "dbsort -u sta", 16000},
+                           Step{"affiliation", "dbsort net sta", 50000}}) {
+    const auto expected = rows_of_step(files, step.table, step.step, 1);
+    EXPECT_GE(expected[0].size() + expected[1].size(), step.least_records) << step.step;
+    for (const unsigned int threads : {2U, 3U}) {
+      EXPECT_TRUE(rows_of_step(files, step.table, step.step, threads) == expected) << step.table << " " << step.step;
+    }
+  }
+}
+
+TEST(Threads, FindRecordsByTheirTextAsOneDoes) {
+  FlatDatabase files;
+  write_stations(files);
   Dbptr db;
   ASSERT_EQ(dbopen(files.prefix().c_str(), "r", &db), 0);
-  const Dbptr stations = table_of(db, "affiliation");
-  for (const int outer : {0, 1}) {
-    const Dbptr one = dbjoin(stations, table_of(db, "site"), nullptr, nullptr, outer, nullptr, nullptr);
-    const Threads set(3);
-    const Dbptr three = dbjoin(stations, table_of(db, "site"), nullptr, nullptr, outer, nullptr, nullptr);
-    EXPECT_GT(record_count(one), 20000);
-    for (const char* table : {"affiliation", "site"}) {
-      EXPECT_EQ(triglub::base_rows(one, table), triglub::base_rows(three, table));
-    }
+  const Dbptr table = table_of(db, "affiliation");
+  std::vector<std::uint32_t> expected;
+  for (std::uint32_t i = 0; i < 50000; ++i) {
+    if (i % 50 == 17) expected.push_back(i);
+  }
+  for (const unsigned int threads : {1U, 2U, 3U}) {
+    const Threads set(threads);
+    const auto is_wanted = [](std::string_view text) { return text == "N17"; };
+    EXPECT_TRUE(triglub::records_with_text(dblookup(table, nullptr, nullptr, "net", nullptr), is_wanted) == expected);
   }
   dbclose(db);
 }

@@ -69,6 +69,23 @@ TEST_F(Values, RunsShowWhatDbgetShows) {
   }
 }
 
+TEST_F(Values, RecordsAreFoundByTheirText) {
+  open({{{"sta", "A"}, {"lat", "1.5"}},
+        {{"sta", "A"}, {"lat", "1.50"}},
+        {{"sta", "B"}, {"lat", ""}},
+        {{"sta", "A"}, {"lat", "1.50"}}});
+  using Records = std::vector<std::uint32_t>;
+  int asked = 0;
+  const auto is_a = [&](std::string_view text) { return ++asked > 0 && text == "A"; };
+  EXPECT_EQ(triglub::records_with_text(field(site_, "sta"), is_a), (Records{0, 1, 3}));
+  EXPECT_EQ(asked, 3);
+  const auto is_as_written = [](std::string_view text) { return text == "1.50" || text == "-999.0000"; };
+  EXPECT_EQ(triglub::records_with_text(field(site_, "lat"), is_as_written), (Records{1, 2, 3}));
+  EXPECT_EQ(triglub::records_with_text(field(site_, "sta"), [](std::string_view) { return false; }), Records());
+  EXPECT_EQ(triglub::records_with_text(site_, [](std::string_view) { return true; }), Records());
+  EXPECT_EQ(triglub::records_with_text(Dbptr{}, [](std::string_view) { return true; }), Records());
+}
+
 TEST_F(Values, FieldsAreReadByHandleAsByName) {
   open({{{"sta", "AAK"}, {"ondate", "1990001"}, {"lat", "42.5"}}});
   char text[8] = "";
