@@ -43,9 +43,9 @@ class TRIGLUB_API ResponseCache {
   // The response, which belongs to the cache; null when there is none.
   Response* get(std::string dir, std::string dfile) const;
   Response* get(std::string name) const;
-  // The filter block of a group of one of these responses (fir_as_xml, paz_as_xml or fap2_as_xml of its filter), written
-  // once and then kept: thousands of channels share a response. Valid until the next call. The responses must not be
-  // changed after the first.
+  // The filter block of a group of one of these responses (fir_as_xml, paz_as_xml or fap2_as_xml of its filter),
+  // written once and then kept: thousands of channels share a response. Valid until the next call. The responses must
+  // not be changed after the first.
   const std::string& filter_block(const ResponseGroup& group, const std::string& input_units,
                                   const std::string& output_units) const;
   // Reads fullfile(name) and keeps it. False for EMPTYFILENAME, a name already there, a file that cannot be read.
