@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -93,14 +94,22 @@ void DescriptorBuffer::finish() {
   setp(buffer_.get(), buffer_.get() + PIECE);
 }
 
+// By another piece as long as it is not time to write, by writing what there is when it is or must be.
+void DescriptorBuffer::make_room(std::size_t length) {
+  const auto used = static_cast<std::size_t>(pptr() - pbase());
+  if (length > capacity_ - used || is_time_to_write()) return finish();
+  setp(buffer_.get(), buffer_.get() + std::min(capacity_, used + std::max(length, PIECE)));
+  pbump(static_cast<int>(used));
+}
+
 DescriptorBuffer::int_type DescriptorBuffer::overflow(int_type c) {
-  finish();
+  make_room(1);
   if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
   return sputc(traits_type::to_char_type(c));
 }
 
 std::streamsize DescriptorBuffer::xsputn(const char* text, std::streamsize length) {
-  if (length > epptr() - pptr()) finish();
+  if (length > epptr() - pptr()) make_room(static_cast<std::size_t>(length));
   if (length > epptr() - pptr()) {
     write_all(text, static_cast<std::size_t>(length));
     return length;

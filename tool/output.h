@@ -25,10 +25,11 @@ class DescriptorBuffer : public std::streambuf {
   int sync() override { return 0; }
   // Called before each write.
   virtual void prepare_to_write() {}
-  // Lets the whole capacity fill before the next write. REQUIRES: nothing was put in since finish().
-  void hold_back() { setp(buffer_.get(), buffer_.get() + capacity_); }
+  // Whether a full piece is written now. If not, more is collected, until the capacity is full or finish() is called.
+  virtual bool is_time_to_write() { return true; }
 
  private:
+  void make_room(std::size_t length);
   void write_all(const char* text, std::size_t length);
 
   int descriptor_;

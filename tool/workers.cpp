@@ -43,6 +43,12 @@ class Turns {
     unlock();
     return piece;
   }
+  bool is_turn_of(std::size_t piece) {
+    lock();
+    const bool is_turn = turn_ == piece;
+    unlock();
+    return is_turn;
+  }
   void wait_for(std::size_t piece) {
     lock();
     while (turn_ != piece) pthread_cond_wait(&changed_, &mutex_);
@@ -90,7 +96,6 @@ class TurnBuffer final : public DescriptorBuffer {
   void begin(std::size_t piece) {
     piece_ = piece;
     has_turn_ = false;
-    hold_back();
   }
 
   // Writes what is left of the piece and passes the turn on.
@@ -107,6 +112,7 @@ class TurnBuffer final : public DescriptorBuffer {
   };
 
   void prepare_to_write() override { wait_for_turn(); }
+  bool is_time_to_write() override { return has_turn_ || turns_.is_turn_of(piece_); }
 
   void wait_for_turn() {
     if (has_turn_) return;

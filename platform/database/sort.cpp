@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <atomic>
 #include <bit>
+#include <limits>
 #include <numeric>
 
 #include "database/database.h"
@@ -77,21 +78,92 @@ bool in_order(const SortKeys& keys, std::uint32_t records) {
   return is_sorted;
 }
 
+// The words of all keys of all records, record by record.
+struct Words {
+  Words(const SortKeys& keys, std::uint32_t records) : width(keys.size()), records(records) {
+    all.reserve(records * width);
+    for (std::uint32_t r = 0; r < records; ++r) {
+      for (const SortKey& key : keys) all.push_back(key.word(r));
+    }
+  }
+
+  std::size_t width;
+  std::uint32_t records;
+  std::vector<std::uint64_t> all;
+};
+
+// All words of a record and its number in one word, where they are small enough: codes and dates are. Nothing to look
+// up when two records are compared, and no two are equal.
+class PackedRecords {
+ public:
+  explicit PackedRecords(const Words& words) : words_(words), record_bits_(std::bit_width(words.records)) {
+    int bits = record_bits_;
+    for (std::size_t k = 0; k < words.width; ++k) {
+      const auto [least, most] = range_of(k);
+      least_.push_back(least);
+      key_bits_.push_back(std::bit_width(most - least));
+      bits += key_bits_.back();
+    }
+    fit_ = bits <= std::numeric_limits<std::uint64_t>::digits;
+  }
+
+  bool fit() const { return fit_; }
+
+  void sort(std::vector<std::uint32_t>* order) const {
+    std::vector<std::uint64_t> packed;
+    packed.reserve(words_.records);
+    for (std::uint32_t r = 0; r < words_.records; ++r) packed.push_back(packed_record(r));
+    std::sort(packed.begin(), packed.end());
+    const std::uint64_t mask = (std::uint64_t{1} << record_bits_) - 1;
+    std::transform(packed.begin(), packed.end(), order->begin(),
+                   [mask](std::uint64_t record) { return static_cast<std::uint32_t>(record & mask); });
+  }
+
+ private:
+  std::pair<std::uint64_t, std::uint64_t> range_of(std::size_t k) const {
+    std::pair<std::uint64_t, std::uint64_t> range = {words_.all[k], words_.all[k]};
+    for (std::size_t i = k; i < words_.all.size(); i += words_.width) {
+      range.first = std::min(range.first, words_.all[i]);
+      range.second = std::max(range.second, words_.all[i]);
+    }
+    return range;
+  }
+
+  std::uint64_t packed_record(std::uint32_t r) const {
+    std::uint64_t packed = 0;
+    for (std::size_t k = 0; k < words_.width; ++k) {
+      packed = packed << key_bits_[k] | (words_.all[r * words_.width + k] - least_[k]);
+    }
+    return packed << record_bits_ | r;
+  }
+
+  const Words& words_;
+  int record_bits_;
+  std::vector<std::uint64_t> least_;  // by key
+  std::vector<int> key_bits_;         // by key
+  bool fit_ = false;
+};
+
+void sort_by_words(const Words& words, std::vector<std::uint32_t>* order) {
+  std::stable_sort(order->begin(), order->end(), [&](std::uint32_t a, std::uint32_t b) {
+    const auto left = words.all.begin() + static_cast<std::ptrdiff_t>(a * words.width);
+    const auto right = words.all.begin() + static_cast<std::ptrdiff_t>(b * words.width);
+    const auto end = left + static_cast<std::ptrdiff_t>(words.width);
+    return std::lexicographical_compare(left, end, right, right + static_cast<std::ptrdiff_t>(words.width));
+  });
+}
+
 std::vector<std::uint32_t> sorted_records(const SortKeys& keys, std::uint32_t records) {
   std::vector<std::uint32_t> order(records);
   std::iota(order.begin(), order.end(), 0);
   if (in_order(keys, records)) return order;
-  const std::size_t width = keys.size();
-  std::vector<std::uint64_t> words(std::size_t{records} * width);
-  for (std::uint32_t r = 0; r < records; ++r) {
-    for (std::size_t k = 0; k < width; ++k) words[r * width + k] = keys[k].word(r);
+  const Words words(keys, records);
+  const PackedRecords packed(words);
+  if (packed.fit()) {
+    packed.sort(&order);
+  } else {
+    sort_by_words(words, &order);
   }
-  std::stable_sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
-    const auto left = words.begin() + static_cast<std::ptrdiff_t>(a * width);
-    const auto right = words.begin() + static_cast<std::ptrdiff_t>(b * width);
-    const auto end = left + static_cast<std::ptrdiff_t>(width);
-    return std::lexicographical_compare(left, end, right, right + static_cast<std::ptrdiff_t>(width));
-  });
   return order;
 }
 

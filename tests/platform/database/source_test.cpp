@@ -99,6 +99,9 @@ TEST_F(Source, CanBeNamedFromTheCurrentFolder) {
   const char* folder = nullptr;
   ASSERT_EQ(dbquery(table_of(db_, "site"), dbTABLE_DIRNAME, &folder), 0);
   EXPECT_STREQ(folder, ".");
+  folder = nullptr;
+  ASSERT_EQ(dbquery(dblookup(db_, nullptr, "site", "lat", nullptr), dbTABLE_DIRNAME, &folder), 0);
+  EXPECT_STREQ(folder, ".");
 }
 
 // --- descriptors ---------------------------------------------------------------------------------------------------

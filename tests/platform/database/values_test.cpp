@@ -99,6 +99,8 @@ TEST_F(Values, FieldsAreReadByHandleAsByName) {
   EXPECT_EQ(latitude, 42.5);
   EXPECT_EQ(triglub::read_field(at(field(site_, "lat"), dbNULL), &latitude), 0);
   EXPECT_EQ(latitude, -999.0);
+  EXPECT_EQ(triglub::read_field(at(field(site_, "offdate"), dbNULL), &date), 0);
+  EXPECT_EQ(date, -1);
   latitude = 7;
   for (const Dbptr& none : {at(field(site_, "lat"), 1), at(site_, 0), field(site_, "lat"), Dbptr{}}) {
     EXPECT_LT(triglub::read_field(none, &latitude), 0);
