@@ -80,11 +80,14 @@ bool in_order(const SortKeys& keys, std::uint32_t records) {
 
 // The words of all keys of all records, record by record.
 struct Words {
-  Words(const SortKeys& keys, std::uint32_t records) : width(keys.size()), records(records) {
-    all.reserve(records * width);
-    for (std::uint32_t r = 0; r < records; ++r) {
-      for (const SortKey& key : keys) all.push_back(key.word(r));
-    }
+  Words(const SortKeys& keys, std::uint32_t records)
+      : width(keys.size()), records(records), all(std::size_t{records} * width) {
+    const Parts parts(0, records);
+    run_side_by_side(parts.size(), [&](std::size_t i) {
+      for (std::uint32_t r = parts.begin(i); r < parts.end(i); ++r) {
+        for (std::size_t k = 0; k < width; ++k) all[r * width + k] = keys[k].word(r);
+      }
+    });
   }
 
   std::size_t width;
@@ -96,23 +99,24 @@ struct Words {
 // up when two records are compared, and no two are equal.
 class PackedRecords {
  public:
-  explicit PackedRecords(const Words& words) : words_(words), record_bits_(std::bit_width(words.records)) {
-    int bits = record_bits_;
+  explicit PackedRecords(const Words& words)
+      : words_(words), record_bits_(static_cast<int>(std::bit_width(words.records))) {
     for (std::size_t k = 0; k < words.width; ++k) {
       const auto [least, most] = range_of(k);
       least_.push_back(least);
-      key_bits_.push_back(std::bit_width(most - least));
-      bits += key_bits_.back();
+      key_bits_.push_back(static_cast<int>(std::bit_width(most - least)));
+      all_key_bits_ += key_bits_.back();
     }
-    fit_ = bits <= std::numeric_limits<std::uint64_t>::digits;
   }
 
-  bool fit() const { return fit_; }
+  bool fit() const { return all_key_bits_ + record_bits_ <= std::numeric_limits<std::uint64_t>::digits; }
 
+  // REQUIRES: fit().
   void sort(std::vector<std::uint32_t>* order) const {
+    if (all_key_bits_ <= record_bits_) return sort_by_counting(order);  // many records of few kinds
     std::vector<std::uint64_t> packed;
     packed.reserve(words_.records);
-    for (std::uint32_t r = 0; r < words_.records; ++r) packed.push_back(packed_record(r));
+    for (std::uint32_t r = 0; r < words_.records; ++r) packed.push_back(packed_keys(r) << record_bits_ | r);
     std::sort(packed.begin(), packed.end());
     const std::uint64_t mask = (std::uint64_t{1} << record_bits_) - 1;
     std::transform(packed.begin(), packed.end(), order->begin(),
@@ -129,19 +133,26 @@ class PackedRecords {
     return range;
   }
 
-  std::uint64_t packed_record(std::uint32_t r) const {
+  std::uint64_t packed_keys(std::uint32_t r) const {
     std::uint64_t packed = 0;
     for (std::size_t k = 0; k < words_.width; ++k) {
       packed = packed << key_bits_[k] | (words_.all[r * words_.width + k] - least_[k]);
     }
-    return packed << record_bits_ | r;
+    return packed;
+  }
+
+  void sort_by_counting(std::vector<std::uint32_t>* order) const {
+    std::vector<std::uint32_t> next((std::size_t{1} << all_key_bits_) + 1, 0);  // by keys: the place of the next record
+    for (std::uint32_t r = 0; r < words_.records; ++r) ++next[packed_keys(r) + 1];
+    std::partial_sum(next.begin(), next.end(), next.begin());
+    for (std::uint32_t r = 0; r < words_.records; ++r) (*order)[next[packed_keys(r)]++] = r;
   }
 
   const Words& words_;
   int record_bits_;
   std::vector<std::uint64_t> least_;  // by key
   std::vector<int> key_bits_;         // by key
-  bool fit_ = false;
+  int all_key_bits_ = 0;
 };
 
 void sort_by_words(const Words& words, std::vector<std::uint32_t>* order) {
