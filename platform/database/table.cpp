@@ -57,7 +57,12 @@ const std::vector<std::uint32_t>& Table::translation(const Dictionary& from, std
   if (!added) return codes;
   const Dictionary& to = columns_[field].dictionary;
   codes.reserve(from.size());
-  for (std::uint32_t code = 0; code < from.size(); ++code) codes.push_back(to.find(from[code]).value_or(NO_CODE));
+  std::uint32_t next = 0;  // tables in one order have their texts in one order
+  for (std::uint32_t code = 0; code < from.size(); ++code) {
+    const bool is_next = next < to.size() && to[next] == from[code];
+    codes.push_back(is_next ? next : to.find(from[code]).value_or(NO_CODE));
+    if (codes.back() != NO_CODE) next = codes.back() + 1;
+  }
   return codes;
 }
 
