@@ -129,7 +129,9 @@ class FlatFileLoader {
     run_side_by_side(pieces.size(), [&](std::size_t i) {
       const std::size_t room =
           (i == 0 ? borders.back() : borders[i + 1]) - borders[i];  // the first takes in the others
-      is_good[i] = read_rows(schema, file, borders[i], borders[i + 1], room, &pieces[i]) ? 1 : 0;
+      Rows rows;  // the thread's own: what two threads write should not lie side by side
+      is_good[i] = read_rows(schema, file, borders[i], borders[i + 1], room, &rows) ? 1 : 0;
+      pieces[i] = std::move(rows);
     });
     if (std::count(is_good.begin(), is_good.end(), 0) > 0) return std::nullopt;
     return put_together(std::move(pieces));

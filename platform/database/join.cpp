@@ -240,17 +240,17 @@ class RecordsOfRows {
     for (std::uint32_t r = 0; r < view.record_count(); ++r) records_[next[view.row(0, r)]++] = r;
   }
 
-  // Puts the rows from `from` on into the view's order, each as often as the view has it.
-  void arrange(std::vector<std::uint32_t>* rows, std::size_t from) {
+  // Puts the rows from `from` on into the view's order, each as often as the view has it. `found` is room to work in.
+  void arrange(std::vector<std::uint32_t>* rows, std::size_t from, std::vector<std::uint32_t>* found) const {
     if (is_base_) return;
-    found_.clear();
+    found->clear();
     for (std::size_t i = from; i < rows->size(); ++i) {
       const std::uint32_t row = (*rows)[i];
-      found_.insert(found_.end(), records_.begin() + first_[row], records_.begin() + first_[row + 1]);
+      found->insert(found->end(), records_.begin() + first_[row], records_.begin() + first_[row + 1]);
     }
-    std::sort(found_.begin(), found_.end());
+    std::sort(found->begin(), found->end());
     rows->resize(from);
-    for (const std::uint32_t record : found_) rows->push_back(view_.row(0, record));
+    for (const std::uint32_t record : *found) rows->push_back(view_.row(0, record));
   }
 
  private:
@@ -258,44 +258,53 @@ class RecordsOfRows {
   bool is_base_;                        // record i is row i
   std::vector<std::uint32_t> first_;    // by row: where its records begin; one entry more at the end
   std::vector<std::uint32_t> records_;  // by row
-  std::vector<std::uint32_t> found_;
 };
 
-// The matches of the records from `begin` to before `end`; at most one more than a view can have.
-void match_records(Joiner& joiner, RecordsOfRows& second, bool outer, std::uint32_t begin, std::uint32_t end,
-                   Pairs* pairs) {
-  pairs->records.reserve(end - begin);
-  pairs->rows.reserve(end - begin);
-  for (std::uint32_t record = begin; record < end && pairs->rows.size() <= MAX_ROWS; ++record) {
-    const std::size_t before = pairs->rows.size();
-    joiner.match(record, &pairs->rows);
-    second.arrange(&pairs->rows, before);
-    if (outer && pairs->rows.size() == before) pairs->rows.push_back(NO_ROW);
-    pairs->records.resize(pairs->rows.size(), record);
+// The matches of the records from `begin` to before `end`; at most one more than a view can have. They are given
+// `room`. The joiner is the caller's own: threads that wrote to neighbouring ones would take the memory's lines from
+// each other.
+Pairs match_records(Joiner joiner, const RecordsOfRows& second, bool outer, std::uint32_t begin, std::uint32_t end,
+                    std::size_t room) {
+  Pairs pairs;
+  pairs.records.reserve(room);
+  pairs.rows.reserve(room);
+  std::vector<std::uint32_t> found;
+  for (std::uint32_t record = begin; record < end && pairs.rows.size() <= MAX_ROWS; ++record) {
+    const std::size_t before = pairs.rows.size();
+    joiner.match(record, &pairs.rows);
+    second.arrange(&pairs.rows, before, &found);
+    if (outer && pairs.rows.size() == before) pairs.rows.push_back(NO_ROW);
+    pairs.records.resize(pairs.rows.size(), record);
   }
+  return pairs;
 }
 
-void append(const Pairs& from, Pairs* to) {
-  to->records.insert(to->records.end(), from.records.begin(), from.records.end());
-  to->rows.insert(to->rows.end(), from.rows.begin(), from.rows.end());
+Pairs put_together(std::vector<Pairs> found) {
+  if (found.size() == 1) return std::move(found.front());
+  Pairs all = std::move(found.front());
+  const auto append_all = [&](std::vector<std::uint32_t> Pairs::*list) {
+    for (std::size_t i = 1; i < found.size(); ++i) {
+      const std::vector<std::uint32_t>& from = found[i].*list;
+      (all.*list).insert((all.*list).end(), from.begin(), from.end());
+    }
+  };
+  run_side_by_side(2, [&](std::size_t i) { append_all(i == 0 ? &Pairs::records : &Pairs::rows); });
+  return all;
 }
 
 // Nothing when there are more than a view can have.
 std::optional<Pairs> matching_pairs(const View& view, const View& other, const JoinPlan& plan, bool outer) {
   const Parts parts(0, view.record_count());
-  // Made one after the other: they share what the tables keep for joins.
-  std::vector<Joiner> joiners;
-  std::vector<RecordsOfRows> seconds;
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    joiners.emplace_back(view, *other.tables()[0].table, plan);
-    seconds.emplace_back(other);
-  }
+  const Joiner joiner(view, *other.tables()[0].table, plan);
+  const RecordsOfRows second(other);
   std::vector<Pairs> found(parts.size());
   run_side_by_side(parts.size(), [&](std::size_t i) {
-    match_records(joiners[i], seconds[i], outer, parts.begin(i), parts.end(i), &found[i]);
+    const std::uint32_t begin = parts.begin(i);
+    const std::uint32_t end = parts.end(i);
+    const std::uint32_t room = (i == 0 ? view.record_count() : end) - begin;  // the first takes in the others
+    found[i] = match_records(joiner, second, outer, begin, end, room);
   });
-  Pairs all = std::move(found.front());
-  for (std::size_t i = 1; i < found.size(); ++i) append(found[i], &all);
+  Pairs all = put_together(std::move(found));
   if (all.rows.size() > MAX_ROWS) return std::nullopt;
   return all;
 }

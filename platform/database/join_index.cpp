@@ -98,7 +98,8 @@ void JoinIndex::hash_runs(const Table& table, const std::vector<JoinColumn>& col
   const Parts parts(0, static_cast<std::uint32_t>(runs_.size()));
   run_side_by_side(parts.size(), [&](std::size_t i) {
     std::vector<JoinWord> words(columns.size());
-    for (std::uint32_t run = parts.begin(i); run < parts.end(i); ++run) {
+    const std::uint32_t end = parts.end(i);
+    for (std::uint32_t run = parts.begin(i); run < end; ++run) {
       load_words(table, columns, runs_[run].begin, words.data());
       hashes[run] = hash_of(words.data(), words.size());
     }

@@ -71,7 +71,8 @@ bool in_order(const SortKeys& keys, std::uint32_t records) {
   const Parts parts(1, std::max(records, 1U));  // the first has none before it
   std::atomic<bool> is_sorted{true};
   run_side_by_side(parts.size(), [&](std::size_t i) {
-    for (std::uint32_t r = parts.begin(i); r < parts.end(i) && is_sorted; ++r) {
+    const std::uint32_t end = parts.end(i);
+    for (std::uint32_t r = parts.begin(i); r < end && is_sorted; ++r) {
       if (compare(keys, r - 1, r) > 0) is_sorted = false;
     }
   });
@@ -84,7 +85,8 @@ struct Words {
       : width(keys.size()), records(records), all(std::size_t{records} * width) {
     const Parts parts(0, records);
     run_side_by_side(parts.size(), [&](std::size_t i) {
-      for (std::uint32_t r = parts.begin(i); r < parts.end(i); ++r) {
+      const std::uint32_t end = parts.end(i);
+      for (std::uint32_t r = parts.begin(i); r < end; ++r) {
         for (std::size_t k = 0; k < width; ++k) all[r * width + k] = keys[k].word(r);
       }
     });
