@@ -70,7 +70,7 @@ class TreeCheck {
       const bool is_there = part == std::string("{name}") ? ::pfget_string(pf_, key.c_str()) != nullptr
                                                           : pfget_tbl(pf_, key.c_str()) != nullptr;
       if (is_there) continue;
-      complain(named_by + ": the group " + group + " has no " + part);
+      complain(std::string(named_by).append(": the group ").append(group).append(" has no ").append(part));
       whole = false;
     }
     return whole;

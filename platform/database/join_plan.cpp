@@ -3,6 +3,8 @@
 // belongs to.
 #include "database/join_plan.h"
 
+#include <algorithm>
+
 #include "platform/elog.h"
 
 namespace triglub {
@@ -76,10 +78,8 @@ void plan_natural_range(const View& view, const TableSchema& table, const KeyFie
 }
 
 bool is_planned(const JoinPlan& plan, std::size_t table_field) {
-  for (const EqualPair& pair : plan.equal) {
-    if (pair.table_field == table_field) return true;
-  }
-  return false;
+  return std::any_of(plan.equal.begin(), plan.equal.end(),
+                     [table_field](const EqualPair& pair) { return pair.table_field == table_field; });
 }
 
 void plan_natural_field(const View& view, const TableSchema& table, const KeyField& key, bool foreign, JoinPlan* plan) {
@@ -170,21 +170,21 @@ bool plan_named(const View& view, const TableSchema& table, Tbl* keys_a, Tbl* ke
                              ? plan_named_range(view, table, range_a, range_b, plan)
                              : plan_named_field(view, table, a, b, plan);
     if (!planned) return false;
-    plan->keys.push_back(a == b ? a : a + ":" + b);
+    plan->keys.push_back(a);
+    if (a != b) plan->keys.back().append(":").append(b);
   }
   return true;
 }
 
 bool check_types(const View& view, const TableSchema& table, const JoinPlan& plan) {
-  for (const EqualPair& pair : plan.equal) {
+  return std::all_of(plan.equal.begin(), plan.equal.end(), [&](const EqualPair& pair) {
     const FieldSchema& a = view.schema_of(pair.view_field);
     const FieldSchema& b = table.fields[pair.table_field];
-    if (comparable(a, b)) continue;
+    if (comparable(a, b)) return true;
     elog_complain(0, "dbjoin: cannot compare %s with %s.%s: one is a text, the other a number", a.name.c_str(),
                   table.name.c_str(), b.name.c_str());
     return false;
-  }
-  return true;
+  });
 }
 
 }  // namespace

@@ -43,7 +43,9 @@ std::vector<KeyField> parse_key(std::string_view text) {
   return key;
 }
 
-bool is_type(std::string_view word) { return word.size() == 1 && std::string_view("tired").find(word) != word.npos; }
+bool is_type(std::string_view word) {
+  return word.size() == 1 && std::string_view("tired").find(word) != std::string_view::npos;
+}
 
 // Reads one field line; returns what is wrong with it, empty when nothing is.
 std::string parse_field(std::string_view line, FieldSchema* field) {
@@ -88,7 +90,7 @@ std::string key_fault(const TableSchema& table, const KeyField& key) {
 std::string keys_fault(const TableSchema& table) {
   for (const auto* keys : {&table.primary, &table.alternate, &table.foreign}) {
     for (const KeyField& key : *keys) {
-      const std::string fault = key_fault(table, key);
+      std::string fault = key_fault(table, key);
       if (!fault.empty()) return fault;
     }
   }
@@ -135,7 +137,8 @@ bool is_file(const std::string& path) {
 // The file of a schema in the data folders; empty when there is none.
 std::string path_in_data_folders(const std::string& name) {
   for (const std::string& place : parfile::data_folders()) {
-    const std::string path = place + "/schemas/" + name + ".pf";
+    std::string path = place;
+    path.append("/schemas/").append(name).append(".pf");
     if (is_file(path)) return path;
   }
   return "";

@@ -36,8 +36,8 @@ std::string with_name(std::string_view entry, const std::string& name) {
   std::string out;
   while (!entry.empty()) {
     const std::size_t open = entry.find('{');
-    const std::size_t close = open == entry.npos ? entry.npos : entry.find('}', open);
-    if (close == entry.npos) break;
+    const std::size_t close = open == std::string_view::npos ? std::string_view::npos : entry.find('}', open);
+    if (close == std::string_view::npos) break;
     out += entry.substr(0, open);
     out += name;
     entry.remove_prefix(close + 1);
@@ -51,7 +51,7 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
   while (true) {
     const std::size_t at = text.find(separator);
     parts.push_back(text.substr(0, at));
-    if (at == text.npos) return parts;
+    if (at == std::string_view::npos) return parts;
     text.remove_prefix(at + 1);
   }
 }
@@ -101,7 +101,7 @@ bool Source::read_descriptor(const std::string& path) {
     for (const std::string_view part : split(list, ':')) {
       std::string place = with_name(trimmed(part), name_);
       if (place.empty()) continue;
-      if (!place.starts_with("/")) place = folder_ + "/" + place;
+      if (!place.starts_with("/")) place.insert(0, "/").insert(0, folder_);
       if (kind_of(place) == PathKind::folder) place += (place.ends_with("/") ? "" : "/") + name_;
       prefixes_.push_back(place);
     }
@@ -120,7 +120,8 @@ bool Source::has_any_table() const {
 
 std::string Source::table_file(const std::string& table) const {
   for (const std::string& prefix : prefixes_) {
-    const std::string path = prefix + "." + table;
+    std::string path = prefix;
+    path.append(".").append(table);
     if (kind_of(path) != PathKind::none) return path;
   }
   return "";

@@ -28,7 +28,7 @@ std::string_view Table::text(std::size_t field, std::uint32_t row) const {
   // A short line ends within the field; what stands behind its end is another line's.
   const std::string_view cell = raw(field, row);
   const auto ends_line = [](char c) { return c == '\n' || c == '\r'; };
-  const auto end = std::find_if(cell.begin(), cell.end(), ends_line);
+  const auto* end = std::find_if(cell.begin(), cell.end(), ends_line);
   return trimmed(cell.substr(0, static_cast<std::size_t>(end - cell.begin())));
 }
 

@@ -45,7 +45,7 @@ std::vector<std::string> candidates(std::string_view name) {
   if (name.find('/') != std::string_view::npos || name.ends_with(".pf")) return {std::string(name)};
   const std::string file = std::string(name) + ".pf";
   std::vector<std::string> paths = {file};
-  for (const std::string& folder : data_folders()) paths.push_back(folder + "/" + file);
+  for (const std::string& folder : data_folders()) paths.emplace_back(folder).append("/").append(file);
   return paths;
 }
 
