@@ -71,8 +71,6 @@ class Bars:
                 self.check_network(database, level, network_code(number))
             size = f"{document.size:,} bytes"
             self.report.text(f"{database.epochs:,} channel epochs, level {level}: {size}, as it must be")
-        if not self.subjects.has_jobs:
-            self.report.text("`triglub convert` has no --jobs: nothing is measured or compared with two jobs")
 
     def check_network(self, database, level, code):
         whole = self.subjects.convert(database.prefix, level)
@@ -128,12 +126,12 @@ class Bars:
         return self.subjects.file_of(database, "response", subset=f"snetsta.snet=({codes})")
 
     def two_jobs(self):
-        if not self.subjects.has_jobs:
-            return
         self.report.heading("b. two jobs")
         for database, level in ((self.many_networks(self.sizes[-1]), "channel"), (self.with_chains(), "response")):
-            one = self.conversion(database, level, jobs=1)
-            two = self.conversion(database, level, jobs=2)
+            self.subjects.document(database, level)
+            commands = [self.subjects.convert(database.prefix, level, jobs) for jobs in (1, 2)]
+            one, two = self.subjects.measure_in_turns(commands)
+            self.measured[(database.prefix, level, 2)] = two
             self.report.row(f"level {level}, one job", one)
             self.report.at_least(f"level {level}, two jobs", two, one.best.wall / two.best.wall, 1.7)
 
@@ -150,8 +148,7 @@ class Bars:
             bar = (MEMORY_SHARE * database.table_bytes() + MEMORY_BASE) / MIB
             runs = self.conversion(database, level)
             self.report.at_most(words, runs, runs.peak / MIB, bar, " MiB", 0)
-            if self.subjects.has_jobs:
-                self.memory_of_two_jobs(database, level, bar)
+            self.memory_of_two_jobs(database, level, bar)
 
     def memory_of_two_jobs(self, database, level, bar):
         runs = self.conversion(database, level, jobs=2)
@@ -224,8 +221,6 @@ class Bars:
         pipe_rate = path.stat().st_size / pipe.best.wall / MB
         self.report.row("cat | cat", pipe, f"{pipe_rate:.0f} MB/s")
         for jobs, words in ((1, "one job"), (None, "as many jobs as cores")):
-            if jobs is None and not self.subjects.has_jobs:
-                continue
             runs = self.conversion(database, "response", jobs)
             rate = size / runs.best.wall / MB
             self.report.row(f"triglub, level response, {words}", runs, f"{rate:.0f} MB/s")

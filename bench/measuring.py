@@ -51,7 +51,14 @@ def measure_once(command, environment, stdout=subprocess.DEVNULL):
 
 
 def measure(command, environment, count):
-    return Runs([measure_once(command, environment) for _ in range(count)])
+    return measure_in_turns([command], environment, count)[0]
+
+
+def measure_in_turns(commands, environment, count):
+    """The runs of each command. One after the other runs, and again, so that what disturbs the machine for a while
+    disturbs all of them."""
+    rounds = [[measure_once(command, environment) for command in commands] for _ in range(count)]
+    return [Runs(runs) for runs in zip(*rounds)]
 
 
 def children_of(pid):

@@ -7,7 +7,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 from documents import read_through
-from measuring import Runs, WrongResult, measure, measure_once
+from measuring import Runs, WrongResult, measure, measure_in_turns, measure_once
 
 TREE = Path(__file__).resolve().parent.parent
 BUILD = TREE / "build" / "bench"
@@ -50,14 +50,8 @@ class Subjects:
         fixed = {"LC_ALL": "C", "SOURCE_DATE_EPOCH": "1700000000", "TRIGLUB_PFPATH": str(TREE / "data")}
         self.environment = os.environ | fixed
         self.command = str(BUILD / "tool" / "triglub")
-        self.has_jobs = "--jobs" in self.help()
         self.documents = {}  # by database and level
         self.files = set()  # of documents
-
-    def help(self):
-        return subprocess.run(
-            [self.command, "convert", "--help"], check=True, capture_output=True, text=True, env=self.environment
-        ).stdout
 
     # --- databases ---------------------------------------------------------------------------------------------------
 
@@ -85,7 +79,7 @@ class Subjects:
     def convert(self, source, level, jobs=1, subset=None):
         """`jobs` None leaves their number to the command."""
         command = [self.command, "convert", "--level", level]
-        if self.has_jobs and jobs is not None:
+        if jobs is not None:
             command += ["--jobs", str(jobs)]
         if subset is not None:
             command += ["--subset", subset]
@@ -93,6 +87,9 @@ class Subjects:
 
     def measure(self, command, count=None):
         return measure(command, self.environment, count or self.runs)
+
+    def measure_in_turns(self, commands):
+        return measure_in_turns(commands, self.environment, self.runs)
 
     def measure_once(self, command):
         return Runs([measure_once(command, self.environment)])
@@ -110,10 +107,9 @@ class Subjects:
         document = read_through(self.convert(database.prefix, level), self.environment)
         if document.channels != database.epochs:
             raise WrongResult(f"{database.prefix}: {document.channels} channels, expected {database.epochs}")
-        if self.has_jobs:
-            other = read_through(self.convert(database.prefix, level, jobs=2), self.environment)
-            if other != document:
-                raise WrongResult(f"{database.prefix}: the document of two jobs differs from that of one")
+        other = read_through(self.convert(database.prefix, level, jobs=2), self.environment)
+        if other != document:
+            raise WrongResult(f"{database.prefix}: the document of two jobs differs from that of one")
         return document
 
     def file_of(self, database, level, subset=None):
