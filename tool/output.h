@@ -2,15 +2,22 @@
 #ifndef TRIGLUB_TOOL_OUTPUT_H
 #define TRIGLUB_TOOL_OUTPUT_H
 
+#include <sys/uio.h>
+
 #include <memory>
 #include <ostream>
 #include <streambuf>
 #include <string>
+#include <vector>
+
+#include "tool/repeated_texts.h"
 
 namespace triglub::tool {
 
 // Collects text and writes it in large pieces. Flushing the stream costs nothing, for the library ends every line with
 // a flush; finish() writes what is left. A failed write is a fatal report: nothing that follows it could be of use.
+// While it is not time to write, a long text that repeats is held once, so that what waits is a fraction of the
+// document and stays in the processor's cache.
 class DescriptorBuffer : public std::streambuf {
  public:
   static constexpr std::size_t PIECE = std::size_t{1} << 20;
@@ -29,13 +36,24 @@ class DescriptorBuffer : public std::streambuf {
   virtual bool is_time_to_write() { return true; }
 
  private:
+  // A text that stands before the collected byte `at`.
+  struct Reference {
+    std::size_t at;
+    const std::string* text;
+  };
+
+  std::size_t used() const { return static_cast<std::size_t>(pptr() - pbase()); }
+  bool refer_to(std::string_view text);
   void make_room(std::size_t length);
-  void write_all(const char* text, std::size_t length);
+  std::vector<iovec> collected() const;
+  void write_all(std::vector<iovec> parts);
 
   int descriptor_;
   std::string name_;
   std::size_t capacity_;
   std::unique_ptr<char[]> buffer_;
+  RepeatedTexts repeated_;
+  std::vector<Reference> references_;  // since the last write
 };
 
 class Output {

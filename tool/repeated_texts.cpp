@@ -1,0 +1,14 @@
+#include "tool/repeated_texts.h"
+
+namespace triglub::tool {
+
+const std::string* RepeatedTexts::copy_of(std::string_view text) {
+  if (text.size() < LEAST) return nullptr;
+  const auto found = copies_.find(text.data());
+  if (found != copies_.end()) return found->second == text ? &found->second : nullptr;
+  if (text.size() > ROOM - bytes_) return nullptr;
+  bytes_ += text.size();
+  return &copies_.emplace(text.data(), text).first->second;
+}
+
+}  // namespace triglub::tool
