@@ -69,77 +69,38 @@ mode_t permissions_for(const std::string& path) {
 
 }  // namespace
 
-DescriptorBuffer::DescriptorBuffer(int descriptor, std::string name, std::size_t capacity)
-    : descriptor_(descriptor),
-      name_(std::move(name)),
-      capacity_(capacity),
-      buffer_(std::make_unique_for_overwrite<char[]>(capacity)) {
-  setp(buffer_.get(), buffer_.get() + PIECE);
-}
-
-// What was collected, in its order.
-std::vector<iovec> DescriptorBuffer::collected() const {
-  std::vector<iovec> parts;
-  std::size_t begin = 0;
-  const auto add_until = [&](std::size_t end) {
-    if (begin < end) parts.push_back({pbase() + begin, end - begin});
-    begin = end;
-  };
-  for (const Reference& reference : references_) {
-    add_until(reference.at);
-    parts.push_back({const_cast<char*>(reference.text->data()), reference.text->size()});
-  }
-  add_until(used());
-  return parts;
-}
-
-void DescriptorBuffer::write_all(std::vector<iovec> parts) {
-  if (!parts.empty()) prepare_to_write();
+void write_parts(int descriptor, const std::string& name, std::vector<iovec> parts) {
   for (auto part = parts.begin(); part != parts.end();) {
     const auto count = std::min<std::ptrdiff_t>(parts.end() - part, IOV_MAX);
-    const ssize_t result = ::writev(descriptor_, &*part, static_cast<int>(count));
+    const ssize_t result = ::writev(descriptor, &*part, static_cast<int>(count));
     if (result < 0 && errno == EINTR) continue;
-    if (result < 0) fail(name_);
+    if (result < 0) fail(name);
     auto written = static_cast<std::size_t>(result);
     for (; part != parts.end() && written >= part->iov_len; ++part) written -= part->iov_len;
     if (written > 0) *part = {static_cast<char*>(part->iov_base) + written, part->iov_len - written};
   }
 }
 
-void DescriptorBuffer::finish() {
-  write_all(collected());
-  references_.clear();
-  // A piece stays in the processor's cache.
+DescriptorBuffer::DescriptorBuffer(int descriptor, std::string name)
+    : descriptor_(descriptor), name_(std::move(name)), buffer_(std::make_unique_for_overwrite<char[]>(PIECE)) {
   setp(buffer_.get(), buffer_.get() + PIECE);
 }
 
-// False when the text is to be copied after all.
-bool DescriptorBuffer::refer_to(std::string_view text) {
-  const std::string* copy = repeated_.copy_of(text);
-  if (copy != nullptr) references_.push_back({used(), copy});
-  return copy != nullptr;
-}
-
-// By another piece as long as it is not time to write, by writing what there is when it is or must be.
-void DescriptorBuffer::make_room(std::size_t length) {
-  const std::size_t before = used();
-  if (length > capacity_ - before || is_time_to_write()) return finish();
-  setp(buffer_.get(), buffer_.get() + std::min(capacity_, before + std::max(length, PIECE)));
-  pbump(static_cast<int>(before));
+void DescriptorBuffer::finish() {
+  write_parts(descriptor_, name_, {{pbase(), static_cast<std::size_t>(pptr() - pbase())}});
+  setp(buffer_.get(), buffer_.get() + PIECE);
 }
 
 DescriptorBuffer::int_type DescriptorBuffer::overflow(int_type c) {
-  make_room(1);
+  finish();
   if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
   return sputc(traits_type::to_char_type(c));
 }
 
 std::streamsize DescriptorBuffer::xsputn(const char* text, std::streamsize length) {
-  const std::string_view whole(text, static_cast<std::size_t>(length));
-  if (whole.size() >= RepeatedTexts::LEAST && !is_time_to_write() && refer_to(whole)) return length;
-  if (length > epptr() - pptr()) make_room(static_cast<std::size_t>(length));
+  if (length > epptr() - pptr()) finish();
   if (length > epptr() - pptr()) {
-    write_all({{const_cast<char*>(text), whole.size()}});
+    write_parts(descriptor_, name_, {{const_cast<char*>(text), static_cast<std::size_t>(length)}});
     return length;
   }
   std::memcpy(pptr(), text, static_cast<std::size_t>(length));

@@ -10,50 +10,32 @@
 #include <string>
 #include <vector>
 
-#include "tool/repeated_texts.h"
-
 namespace triglub::tool {
 
+// Writes all bytes of the parts, one after the other. `name` is what a failure is reported under: a fatal report, for
+// nothing that follows it could be of use.
+void write_parts(int descriptor, const std::string& name, std::vector<iovec> parts);
+
 // Collects text and writes it in large pieces. Flushing the stream costs nothing, for the library ends every line with
-// a flush; finish() writes what is left. A failed write is a fatal report: nothing that follows it could be of use.
-// While it is not time to write, a long text that repeats is held once, so that what waits is a fraction of the
-// document and stays in the processor's cache.
-class DescriptorBuffer : public std::streambuf {
+// a flush; finish() writes what is left.
+class DescriptorBuffer final : public std::streambuf {
  public:
+  // Bytes that are collected: they stay in the processor's cache.
   static constexpr std::size_t PIECE = std::size_t{1} << 20;
 
-  // `name` is what a failure is reported under. The descriptor stays the caller's. REQUIRES: capacity >= PIECE.
-  DescriptorBuffer(int descriptor, std::string name, std::size_t capacity = PIECE);
+  // The descriptor stays the caller's; `name` as for write_parts().
+  DescriptorBuffer(int descriptor, std::string name);
   void finish();
 
  protected:
   int_type overflow(int_type c) override;
   std::streamsize xsputn(const char* text, std::streamsize length) override;
   int sync() override { return 0; }
-  // Called before each write.
-  virtual void prepare_to_write() {}
-  // Whether a full piece is written now. If not, more is collected, until the capacity is full or finish() is called.
-  virtual bool is_time_to_write() { return true; }
 
  private:
-  // A text that stands before the collected byte `at`.
-  struct Reference {
-    std::size_t at;
-    const std::string* text;
-  };
-
-  std::size_t used() const { return static_cast<std::size_t>(pptr() - pbase()); }
-  bool refer_to(std::string_view text);
-  void make_room(std::size_t length);
-  std::vector<iovec> collected() const;
-  void write_all(std::vector<iovec> parts);
-
   int descriptor_;
   std::string name_;
-  std::size_t capacity_;
   std::unique_ptr<char[]> buffer_;
-  RepeatedTexts repeated_;
-  std::vector<Reference> references_;  // since the last write
 };
 
 class Output {

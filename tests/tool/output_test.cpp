@@ -9,7 +9,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -118,59 +117,6 @@ TEST_F(OutputFile, HoldsTextsOfAnySizeInOrder) {
   EXPECT_TRUE(read(path("a")) == expected);
 }
 
-// Writes when it is told to.
-class PatientBuffer : public triglub::tool::DescriptorBuffer {
- public:
-  using DescriptorBuffer::DescriptorBuffer;
-  bool is_time = false;
-
- private:
-  bool is_time_to_write() override { return is_time; }
-};
-
-// More long texts than one call of the system takes, some from a place where another one was.
-TEST_F(OutputFile, HoldsTextsInOrderWhileTheyWait) {
-  const unsigned int seed = std::random_device()();
-  SCOPED_TRACE(seed);
-  std::mt19937 random(seed);
-  const int descriptor = open(path("a").c_str(), O_WRONLY | O_CREAT, 0600);
-  PatientBuffer buffer(descriptor, "a", std::size_t{4} << 20);
-  std::ostream out(&buffer);
-  std::vector<std::string> texts;
-  for (int i = 0; i < 8; ++i) texts.emplace_back(std::size_t{1} << (8 + i), static_cast<char>('a' + i));
-  std::string expected;
-  for (int i = 0; i < 4000; ++i) {
-    std::string& text = texts[random() % texts.size()];
-    if (random() % 200 == 0) text[random() % text.size()] = '!';
-    if (random() % 2500 == 0) buffer.finish();
-    buffer.is_time = random() % 20 == 0;
-    out << text;
-    expected += text;
-    if (random() % 4 != 0) continue;
-    out.put('\n');
-    expected += '\n';
-  }
-  buffer.finish();
-  close(descriptor);
-  EXPECT_TRUE(read(path("a")) == expected);
-}
-
-TEST_F(OutputFile, HoldsOneOfTextsThatRepeatWhileTheyWait) {
-  const int descriptor = open(path("a").c_str(), O_WRONLY | O_CREAT, 0600);
-  PatientBuffer buffer(descriptor, "a", PatientBuffer::PIECE);
-  std::ostream out(&buffer);
-  const std::string text(4096, 'a');
-  std::string expected;
-  for (int i = 0; i < 3000; ++i) {  // more than one call of the system takes
-    out << text << i;
-    expected += text + std::to_string(i);
-  }
-  EXPECT_EQ(read(path("a")), "");  // though it is twelve times what could be copied
-  buffer.finish();
-  close(descriptor);
-  EXPECT_TRUE(read(path("a")) == expected);
-}
-
 // Signals end a call of the system after any number of bytes.
 TEST(InterruptedWrites, GoOnWhereTheyEnded) {
   int ends[2];
@@ -193,17 +139,19 @@ TEST(InterruptedWrites, GoOnWhereTheyEnded) {
   sigaction(SIGALRM, &action, nullptr);
   const itimerval often = {{0, 150}, {0, 150}};
   setitimer(ITIMER_REAL, &often, nullptr);
+  std::vector<std::string> texts;
+  for (int i = 0; i < 500; ++i) texts.push_back(std::string(5001, 'a') + std::to_string(i));
   std::string expected;
-  {
-    PatientBuffer buffer(ends[1], "a pipe", PatientBuffer::PIECE);
-    std::ostream out(&buffer);
-    const std::string text(5001, 'a');
-    for (int i = 0; i < 500; ++i) {
-      out << text << i;
-      expected += text + std::to_string(i);
+  std::vector<iovec> parts;
+  for (std::string& text : texts) {
+    expected += text;
+    for (int i = 0; i < 3; ++i) {  // more parts than one call of the system takes
+      const std::size_t begin = text.size() * static_cast<std::size_t>(i) / 3;
+      const std::size_t end = text.size() * static_cast<std::size_t>(i + 1) / 3;
+      parts.push_back({text.data() + begin, end - begin});
     }
-    buffer.finish();
   }
+  triglub::tool::write_parts(ends[1], "a pipe", parts);
   const itimerval never = {};
   setitimer(ITIMER_REAL, &never, nullptr);
   close(ends[1]);

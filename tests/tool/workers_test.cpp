@@ -92,23 +92,56 @@ TEST_F(Workers, HaveNothingToDoWithoutPieces) {
 }
 
 TEST_F(Workers, EndWithThePieceThatFailsFirstInOrder) {
-  const auto fail_in_some = [&](unsigned int jobs) {
+  const auto fail_in_some = [&](unsigned int jobs, std::size_t slow_piece) {
     triglub::tool::show_messages(0);
     elog_init("test");
     dup2(STDERR_FILENO, STDOUT_FILENO);
     const auto output = Output::open("");
-    write_in_order(*output, 8, jobs, [](std::ostream& out, std::size_t piece) {
-      if (piece == 2) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    write_in_order(*output, 8, jobs, [=](std::ostream& out, std::size_t piece) {
+      if (piece == slow_piece) std::this_thread::sleep_for(std::chrono::milliseconds(50));
       if (piece == 2 || piece == 3) elog_die(0, "piece %zu cannot be written", piece);
       out << "[" << piece << "]";
     });
     std::_Exit(7);
   };
   for (const unsigned int jobs : {2U, 4U}) {
-    SCOPED_TRACE(jobs);
-    EXPECT_EXIT(fail_in_some(jobs), testing::ExitedWithCode(1),
-                "^\\[0\\]\\[1\\]test: fatal: piece 2 cannot be written\n$");
+    for (const std::size_t slow_piece : {0U, 1U, 2U}) {
+      SCOPED_TRACE(testing::Message() << jobs << " jobs, piece " << slow_piece << " is slow");
+      EXPECT_EXIT(fail_in_some(jobs, slow_piece), testing::ExitedWithCode(1),
+                  "^\\[0\\]\\[1\\]test: fatal: piece 2 cannot be written\n$");
+    }
   }
+}
+
+TEST_F(Workers, EndWhenTheDiskIsFull) {
+  const auto fill = [] {
+    triglub::tool::show_messages(0);
+    elog_init("test");
+    const auto output = Output::open("/dev/full");
+    write_in_order(*output, 4, 2, write_piece);
+    std::_Exit(7);
+  };
+  EXPECT_EXIT(fill(), testing::ExitedWithCode(1),
+              "^test: warning: piece 0\ntest: fatal: /dev/full: cannot be written: No space left on device\n$");
+}
+
+// While one of them has gone on with another piece than the one it cannot write.
+TEST_F(Workers, EndWhenTheDiskIsFullForAPieceThatWaited) {
+  const auto fill = [] {
+    triglub::tool::show_messages(0);
+    elog_init("test");
+    const auto output = Output::open("/dev/full");
+    write_in_order(*output, 4, 2, [](std::ostream& out, std::size_t piece) {
+      if (piece > 0) {
+        out << piece;
+      } else {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      }
+    });
+    std::_Exit(7);
+  };
+  EXPECT_EXIT(fill(), testing::ExitedWithCode(1),
+              "^test: fatal: /dev/full: cannot be written: No space left on device\n$");
 }
 
 TEST_F(Workers, AreMissedWhenASignalEndsThem) {

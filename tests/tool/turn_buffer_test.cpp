@@ -1,0 +1,178 @@
+// Pieces wait for their turn, and who is faster goes on meanwhile.
+#include "tool/turn_buffer.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <ostream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+using triglub::tool::TurnBuffer;
+using triglub::tool::Turns;
+
+constexpr std::size_t MANY_CHUNKS = 8 * TurnBuffer::CHUNK;
+
+class TurnBuffers : public testing::Test {
+ protected:
+  TurnBuffers() : path_((std::filesystem::temp_directory_path() / "triglub_turns_XXXXXX").string()) {
+    descriptor_ = mkstemp(path_.data());
+  }
+  ~TurnBuffers() override {
+    close(descriptor_);
+    std::filesystem::remove(path_);
+    Turns::release(turns_);
+  }
+
+  std::string written() const {
+    std::ifstream file(path_);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+  }
+
+  std::string path_;
+  int descriptor_;
+  Turns& turns_ = Turns::make();
+};
+
+void put(TurnBuffer& buffer, std::size_t piece, const std::string& text) {
+  buffer.begin(piece);
+  std::ostream(&buffer) << text;
+  buffer.end();
+}
+
+TEST_F(TurnBuffers, HoldPiecesUntilTheirTurnHasCome) {
+  TurnBuffer fast(descriptor_, "a file", MANY_CHUNKS, turns_);
+  TurnBuffer slow(descriptor_, "a file", MANY_CHUNKS, turns_);
+  put(fast, 1, "[1]");
+  put(fast, 3, "[3]");
+  EXPECT_EQ(written(), "");
+  put(slow, 0, "[0]");
+  EXPECT_EQ(written(), "[0]");
+  put(fast, 4, "[4]");  // sees that its first has its turn
+  EXPECT_EQ(written(), "[0][1]");
+  put(slow, 2, "[2]");
+  EXPECT_EQ(written(), "[0][1][2]");
+  fast.finish();
+  EXPECT_EQ(written(), "[0][1][2][3][4]");
+  EXPECT_TRUE(turns_.is_turn_of(5));
+}
+
+// A reader should not wait for the whole piece.
+TEST_F(TurnBuffers, WriteThePieceThatHasItsTurnChunkByChunk) {
+  TurnBuffer buffer(descriptor_, "a file", MANY_CHUNKS, turns_);
+  std::ostream out(&buffer);
+  buffer.begin(0);
+  const std::string text(1024, 'a');
+  for (std::size_t i = 0; i <= TurnBuffer::CHUNK; i += text.size()) out << text;
+  EXPECT_EQ(written().size(), TurnBuffer::CHUNK);
+  const std::string repeated(TurnBuffer::CHUNK, 'c');
+  out << repeated;
+  EXPECT_EQ(written().size(), 2 * TurnBuffer::CHUNK + text.size());
+  EXPECT_TRUE(turns_.is_turn_of(0));
+  buffer.end();
+  EXPECT_TRUE(turns_.is_turn_of(1));
+}
+
+// Runs it beside the test and passes the turn on after a while, if it has not ended before; true when it has.
+template <class Work>
+bool ends_before_its_turn(Turns& turns, std::chrono::milliseconds patience, Work work) {
+  const std::future<void> end = std::async(std::launch::async, work);
+  const bool has_ended = end.wait_for(patience) == std::future_status::ready;
+  turns.pass_on();
+  return has_ended;
+}
+
+TEST_F(TurnBuffers, HoldOneOfTextsThatRepeat) {
+  TurnBuffer buffer(descriptor_, "a file", TurnBuffer::CHUNK, turns_);
+  const std::string text(4096, 'a');
+  std::string expected;
+  EXPECT_TRUE(ends_before_its_turn(turns_, 20s, [&] {
+    buffer.begin(1);
+    std::ostream out(&buffer);
+    for (int i = 0; i < 3000; ++i) {  // many times what there is room for
+      out << text << i;
+      expected += text + std::to_string(i);
+    }
+    buffer.end();
+  }));
+  EXPECT_EQ(written(), "");
+  buffer.finish();
+  EXPECT_TRUE(written() == expected);
+}
+
+TEST_F(TurnBuffers, HoldAsManyChunksAsThereIsRoomFor) {
+  TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::CHUNK, turns_);
+  const std::string text(1024, 'a');  // too short to be held once
+  EXPECT_TRUE(ends_before_its_turn(turns_, 20s, [&] {
+    buffer.begin(1);
+    std::ostream out(&buffer);
+    for (std::size_t i = 0; i < 2 * TurnBuffer::CHUNK; i += text.size()) out << text;
+    buffer.end();
+    put(buffer, 2, text);
+  }));
+  EXPECT_EQ(written(), "");
+  buffer.finish();
+  EXPECT_EQ(written().size(), 2 * TurnBuffer::CHUNK + text.size());
+}
+
+TEST_F(TurnBuffers, WaitWhenThereIsNoRoomForMore) {
+  TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::CHUNK, turns_);
+  EXPECT_FALSE(ends_before_its_turn(turns_, 100ms, [&] {
+    for (std::size_t piece = 1; piece < 5; ++piece) put(buffer, piece, "[" + std::to_string(piece) + "]");
+  }));
+  EXPECT_EQ(written(), "[1][2][3][4]");  // the others have their turns right after
+}
+
+// By as many threads as there are buffers; some texts change where they are.
+TEST_F(TurnBuffers, WriteRandomTextsInOrder) {
+  constexpr std::size_t PIECES = 60;
+  const unsigned int seed = std::random_device()();
+  SCOPED_TRACE(seed);
+  std::vector<std::string> expected(PIECES);
+  const auto write_piece = [&](TurnBuffer& buffer, std::size_t piece, std::vector<std::string>& texts) {
+    std::mt19937 random(seed + static_cast<unsigned int>(piece));
+    std::ostream out(&buffer);
+    buffer.begin(piece);
+    for (std::size_t i = random() % 150; i > 0; --i) {
+      std::string& text = texts[random() % texts.size()];
+      if (random() % 50 == 0) text[random() % text.size()] = '!';
+      out << text << std::flush;
+      expected[piece] += text;
+      if (random() % 4 != 0) continue;
+      out.put('\n');
+      expected[piece] += '\n';
+    }
+    buffer.end();
+  };
+  const auto work = [&](std::size_t capacity) {
+    std::vector<std::string> texts = {std::string(TurnBuffer::CHUNK + 1, 'z')};
+    for (int i = 0; i < 8; ++i) texts.emplace_back(std::size_t{1} << (6 + i), static_cast<char>('a' + i));
+    TurnBuffer buffer(descriptor_, "a file", capacity, turns_);
+    for (std::size_t piece = turns_.take(); piece < PIECES; piece = turns_.take()) write_piece(buffer, piece, texts);
+    buffer.finish();
+  };
+  {
+    std::vector<std::jthread> threads;
+    for (const std::size_t capacity : {std::size_t{0}, 3 * TurnBuffer::CHUNK, 64 * TurnBuffer::CHUNK}) {
+      threads.emplace_back(work, capacity);
+    }
+  }
+  std::string whole;
+  for (const std::string& text : expected) whole += text;
+  EXPECT_TRUE(written() == whole);
+}
+
+}  // namespace
