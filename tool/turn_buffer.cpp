@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "tool/messages.h"
-#include "tool/output.h"
 
 namespace triglub::tool {
 
@@ -52,14 +51,14 @@ void TurnBuffer::close_part() {
   setp(pptr(), epptr());
 }
 
-// False when the text is to be copied.
+// False when the text is to be copied, as it is when it is written soon: a chunk that is written again and again stays
+// nearest to the processor.
 bool TurnBuffer::refer_to(std::string_view text) {
+  if (turns_.is_turn_of(held_.back().piece)) return false;
   const std::string* copy = repeated_.copy_of(text);
   if (copy == nullptr) return false;
   close_part();
   held_.back().parts.push_back({const_cast<char*>(copy->data()), copy->size()});
-  referred_ += copy->size();
-  if (referred_ >= CHUNK) write_those_in_turn();
   return true;
 }
 
@@ -97,7 +96,6 @@ void TurnBuffer::wait_and_write_front() {
 }
 
 void TurnBuffer::write_those_in_turn() {
-  referred_ = 0;
   while (!held_.empty() && turns_.is_turn_of(held_.front().piece)) {
     const bool has_ended = held_.front().has_ended;
     write_front();

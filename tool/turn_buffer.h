@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/elog.h"
+#include "tool/output.h"
 #include "tool/repeated_texts.h"
 #include "tool/turns.h"
 
@@ -19,10 +20,10 @@ namespace triglub::tool {
 
 // Holds piece after piece and writes each when its turn has come, which it looks for whenever a chunk is full: who is
 // faster than the others goes on with the next piece, and waits only when there is no room for more. A long text that
-// repeats is held once, so that what waits is a fraction of the document and stays in the processor's cache.
+// repeats is held once, so that what waits is a fraction of the document.
 class TurnBuffer final : public std::streambuf {
  public:
-  static constexpr std::size_t CHUNK = std::size_t{1} << 18;
+  static constexpr std::size_t CHUNK = DescriptorBuffer::PIECE;
 
   // Holds at most `capacity` bytes, but at least one chunk; memory that nobody writes to is not taken. The descriptor
   // stays the caller's, `name` is what a failure to write is reported under, and `turns` is to live as long.
@@ -69,7 +70,6 @@ class TurnBuffer final : public std::streambuf {
   std::size_t chunks_left_;  // that may still be made
   Turns& turns_;
   RepeatedTexts repeated_;
-  std::size_t referred_ = 0;  // bytes since the turn was last looked for
   std::vector<Chunk> free_;
   std::deque<Held> held_;  // the current piece is the last
   bool is_writing_ = false;

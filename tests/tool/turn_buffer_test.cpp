@@ -80,7 +80,7 @@ TEST_F(TurnBuffers, WriteThePieceThatHasItsTurnChunkByChunk) {
   EXPECT_EQ(written().size(), TurnBuffer::CHUNK);
   const std::string repeated(TurnBuffer::CHUNK, 'c');
   out << repeated;
-  EXPECT_EQ(written().size(), 2 * TurnBuffer::CHUNK + text.size());
+  EXPECT_EQ(written().size(), 2 * TurnBuffer::CHUNK);
   EXPECT_TRUE(turns_.is_turn_of(0));
   buffer.end();
   EXPECT_TRUE(turns_.is_turn_of(1));
