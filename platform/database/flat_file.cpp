@@ -14,7 +14,7 @@ namespace triglub {
 namespace {
 
 constexpr std::uint64_t MAX_COMPLAINTS = 20;
-constexpr std::size_t LEAST_PIECE = std::size_t{4} << 20;  // bytes for which a thread is worth its start
+constexpr std::size_t LEAST_PIECE = std::size_t{1} << 20;  // bytes for which a thread is worth its start
 constexpr std::size_t SMALL_PIECES = 8;                    // of a thread's share, one for later
 
 // Where each piece begins, at the beginning of a line, and the end. Each thread has a large piece, and small ones are

@@ -6,6 +6,7 @@
 #include <bit>
 #include <limits>
 #include <numeric>
+#include <optional>
 
 #include "database/database.h"
 #include "database/threads.h"
@@ -67,16 +68,30 @@ int compare(const SortKeys& keys, std::uint32_t a, std::uint32_t b) {
   return 0;
 }
 
-bool in_order(const SortKeys& keys, std::uint32_t records) {
-  const Parts parts(1, std::max(records, 1U));  // the first has none before it
+// The records of a view that is in order, of equal ones only the first when `is_unique`. Nothing when it is not in
+// order.
+std::optional<std::vector<std::uint32_t>> records_in_order(const SortKeys& keys, std::uint32_t records,
+                                                           bool is_unique) {
+  if (records == 0) return std::vector<std::uint32_t>();
+  const Parts parts(1, records);  // the first has none before it
+  std::vector<std::vector<std::uint32_t>> kept(parts.size());
   std::atomic<bool> is_sorted{true};
   run_side_by_side(parts.size(), [&](std::size_t i) {
     const std::uint32_t end = parts.end(i);
+    std::vector<std::uint32_t> own;
+    own.reserve(end - parts.begin(i));
     for (std::uint32_t r = parts.begin(i); r < end && is_sorted; ++r) {
-      if (compare(keys, r - 1, r) > 0) is_sorted = false;
+      const int order = compare(keys, r - 1, r);
+      if (order > 0) is_sorted = false;
+      if (order < 0 || !is_unique) own.push_back(r);
     }
+    kept[i] = std::move(own);
   });
-  return is_sorted;
+  if (!is_sorted) return std::nullopt;
+  std::vector<std::uint32_t> order = {0};
+  order.reserve(records);
+  for (const auto& part : kept) order.insert(order.end(), part.begin(), part.end());
+  return order;
 }
 
 // The words of all keys of all records, record by record.
@@ -169,7 +184,6 @@ void sort_by_words(const Words& words, std::vector<std::uint32_t>* order) {
 std::vector<std::uint32_t> sorted_records(const SortKeys& keys, std::uint32_t records) {
   std::vector<std::uint32_t> order(records);
   std::iota(order.begin(), order.end(), 0);
-  if (in_order(keys, records)) return order;
   const Words words(keys, records);
   const PackedRecords packed(words);
   if (packed.fit()) {
@@ -183,6 +197,13 @@ std::vector<std::uint32_t> sorted_records(const SortKeys& keys, std::uint32_t re
 void keep_first_of_runs(const SortKeys& keys, std::vector<std::uint32_t>* order) {
   const auto same = [&](std::uint32_t a, std::uint32_t b) { return compare(keys, a, b) == 0; };
   order->erase(std::unique(order->begin(), order->end(), same), order->end());
+}
+
+std::vector<std::uint32_t> records_by(const SortKeys& keys, std::uint32_t records, bool is_unique) {
+  if (auto order = records_in_order(keys, records, is_unique)) return std::move(*order);
+  std::vector<std::uint32_t> order = sorted_records(keys, records);
+  if (is_unique) keep_first_of_runs(keys, &order);
+  return order;
 }
 
 std::string operation_text(Tbl* keys, int flags) {
@@ -209,7 +230,6 @@ Dbptr dbsort(Dbptr view, Tbl* keys, int flags, const char* name) {
     }
     sort_keys.emplace_back(*from, from->fields()[static_cast<std::size_t>(field)]);
   }
-  std::vector<std::uint32_t> order = sorted_records(sort_keys, from->record_count());
-  if ((flags & dbSORT_UNIQUE) != 0) keep_first_of_runs(sort_keys, &order);
+  const std::vector<std::uint32_t> order = records_by(sort_keys, from->record_count(), (flags & dbSORT_UNIQUE) != 0);
   return selected_records(*database_of(view), *from, order, operation_text(keys, flags), name);
 }

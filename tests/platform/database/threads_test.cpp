@@ -38,11 +38,11 @@ TEST(Threads, AreAtLeastTheOneThatAsks) {
 // A row of `affiliation` (net t8, sta t6, lddate e17) for a number: few networks, many stations.
 std::string affiliation_row(int i) {
   char row[64];
-  std::snprintf(row, sizeof row, "N%-7d S%-5d %17.5f", i % 50, i / 3 % 100000, 1.0e9 + i % 7);
+  std::snprintf(row, sizeof row, "N%-7d S%05d %17.5f", i % 50, i / 3 % 100000, 1.0e9 + i % 7);
   return row;
 }
 
-constexpr int ROWS = 270000;  // 9 MB, enough for two pieces
+constexpr int ROWS = 270000;  // 9 MB, enough for a piece of each thread
 
 std::string loaded_as_text(const std::string& bytes, unsigned int threads, Texts* complaints) {
   const CollectedLog log;
@@ -122,7 +122,7 @@ void write_stations(const FlatDatabase& files) {
   for (int i = 0; i < 50000; ++i) affiliation += affiliation_row(i) + "\n";
   for (int i = 1; i < 30000; i += 2) {
     char row[200];
-    std::snprintf(row, sizeof row, "S%-5d %8d %8d %9.4f %9.4f %9.4f %-50s %-4s %-6s %9.4f %9.4f %17.5f\n", i, 2000001,
+    std::snprintf(row, sizeof row, "S%05d %8d %8d %9.4f %9.4f %9.4f %-50s %-4s %-6s %9.4f %9.4f %17.5f\n", i, 2000001,
                   -1, 1.0, 2.0, 0.5, "-", "-", "-", 0.0, 0.0, 1.0);
     site += row;
   }
@@ -156,6 +156,7 @@ TEST(Threads, JoinAndSortAsOneDoes) {
   for (const Step& step : {Step{"affiliation", "dbjoin site", 20000}, Step{"affiliation", "dbjoin -o site", 50000},
                            Step{"site", "dbjoin affiliation", 20000}, Step{"site", "dbjoin -o affiliation", 20000},
                            Step{"affiliation", "dbsort lddate", 50000}, Step{"affiliation", "dbsort -u sta", 16000},
+                           Step{"affiliation", "dbsort sta", 50000}, Step{"affiliation", "dbsort -u net", 50},
                            Step{"affiliation", "dbsort net sta", 50000}}) {
     const auto expected = rows_of_step(files, step.table, step.step, 1);
     EXPECT_GE(expected[0].size() + expected[1].size(), step.least_records) << step.step;
