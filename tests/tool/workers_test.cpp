@@ -113,34 +113,26 @@ TEST_F(Workers, EndWithThePieceThatFailsFirstInOrder) {
   }
 }
 
+[[noreturn]] void fill_disk(const triglub::tool::PieceWriter& write) {
+  triglub::tool::show_messages(0);
+  elog_init("test");
+  const auto output = Output::open("/dev/full");
+  write_in_order(*output, 4, 2, write);
+  std::_Exit(7);
+}
+
 TEST_F(Workers, EndWhenTheDiskIsFull) {
-  const auto fill = [] {
-    triglub::tool::show_messages(0);
-    elog_init("test");
-    const auto output = Output::open("/dev/full");
-    write_in_order(*output, 4, 2, write_piece);
-    std::_Exit(7);
-  };
-  EXPECT_EXIT(fill(), testing::ExitedWithCode(1),
+  EXPECT_EXIT(fill_disk(write_piece), testing::ExitedWithCode(1),
               "^test: warning: piece 0\ntest: fatal: /dev/full: cannot be written: No space left on device\n$");
 }
 
 // While one of them has gone on with another piece than the one it cannot write.
 TEST_F(Workers, EndWhenTheDiskIsFullForAPieceThatWaited) {
-  const auto fill = [] {
-    triglub::tool::show_messages(0);
-    elog_init("test");
-    const auto output = Output::open("/dev/full");
-    write_in_order(*output, 4, 2, [](std::ostream& out, std::size_t piece) {
-      if (piece > 0) {
-        out << piece;
-      } else {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-      }
-    });
-    std::_Exit(7);
+  const auto write = [](std::ostream& out, std::size_t piece) {
+    if (piece == 0) return std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    out << piece;
   };
-  EXPECT_EXIT(fill(), testing::ExitedWithCode(1),
+  EXPECT_EXIT(fill_disk(write), testing::ExitedWithCode(1),
               "^test: fatal: /dev/full: cannot be written: No space left on device\n$");
 }
 
