@@ -110,7 +110,8 @@ TurnBuffer::int_type TurnBuffer::overflow(int_type c) {
 }
 
 std::streamsize TurnBuffer::xsputn(const char* text, std::streamsize length) {
-  if (refer_to({text, static_cast<std::size_t>(length)})) return length;
+  const std::string_view whole(text, static_cast<std::size_t>(length));
+  if (whole.size() >= RepeatedTexts::LEAST && refer_to(whole)) return length;  // most texts are short
   for (std::streamsize put = 0; put < length;) {
     if (pptr() == epptr()) take_chunk();
     const std::streamsize count = std::min(length - put, static_cast<std::streamsize>(epptr() - pptr()));
