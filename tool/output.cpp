@@ -87,6 +87,7 @@ DescriptorBuffer::DescriptorBuffer(int descriptor, std::string name)
 }
 
 void DescriptorBuffer::finish() {
+  if (pptr() == pbase()) return;
   write_parts(descriptor_, name_, {{pbase(), static_cast<std::size_t>(pptr() - pbase())}});
   setp(buffer_.get(), buffer_.get() + PIECE);
 }

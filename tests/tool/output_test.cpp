@@ -1,6 +1,5 @@
 #include "tool/output.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/time.h>

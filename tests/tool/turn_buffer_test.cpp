@@ -1,7 +1,6 @@
 // Pieces wait for their turn, and who is faster goes on meanwhile.
 #include "tool/turn_buffer.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
