@@ -2,20 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include "support/file_text.h"
 
+using triglub_test::file_text;
 using triglub_test::flat_row;
 using triglub_test::flat_schema;
 using triglub_test::FlatDatabase;
 
 namespace {
-
-std::string contents(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 TEST(FlatDatabase, WritesTextsAtTheLeftAndNumbersAtTheRight) {
   EXPECT_EQ(flat_row("affiliation", {{"net", "KR"}, {"sta", "AAK"}, {"lddate", "1700000000.00000"}}),
@@ -55,10 +49,10 @@ TEST(FlatDatabase, WritesItsFilesAndRemovesThem) {
     files.add_line("site", "too short");
     EXPECT_EQ(files.write(), folder + "/aak");
     EXPECT_EQ(files.write_file("resp/a.paz", "text"), folder + "/resp/a.paz");
-    EXPECT_EQ(contents(files.prefix() + ".site"), "too short\n");
-    EXPECT_EQ(contents(files.prefix() + ".snetsta"),
+    EXPECT_EQ(file_text(files.prefix() + ".site"), "too short\n");
+    EXPECT_EQ(file_text(files.prefix() + ".snetsta"),
               flat_row("snetsta", {{"snet", "KR"}}) + "\n" + flat_row("snetsta", {{"snet", "II"}}) + "\n");
-    EXPECT_EQ(contents(folder + "/resp/a.paz"), "text");
+    EXPECT_EQ(file_text(folder + "/resp/a.paz"), "text");
   }
   EXPECT_FALSE(std::filesystem::exists(folder));
 }

@@ -8,21 +8,16 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "support/file_text.h"
+
 namespace {
 
 using triglub::tool::Output;
-
-std::string read(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
+using triglub_test::file_text;
 
 class OutputFile : public testing::Test {
  protected:
@@ -45,16 +40,16 @@ TEST_F(OutputFile, IsInPlaceOnlyWhenCommitted) {
   put("a", "old");
   auto output = Output::open(path("a"));
   output->stream() << "new" << std::endl;
-  EXPECT_EQ(read(path("a")), "old");
+  EXPECT_EQ(file_text(path("a")), "old");
   output->commit();
-  EXPECT_EQ(read(path("a")), "new\n");
+  EXPECT_EQ(file_text(path("a")), "new\n");
   EXPECT_EQ(files(), 1);
 }
 
 TEST_F(OutputFile, LeavesTheOldOneWhenNotCommitted) {
   put("a", "old");
   { Output::open(path("a"))->stream() << std::string(3 << 20, 'x'); }
-  EXPECT_EQ(read(path("a")), "old");
+  EXPECT_EQ(file_text(path("a")), "old");
   EXPECT_EQ(files(), 1);
 }
 
@@ -100,7 +95,7 @@ TEST_F(OutputFile, FollowsALink) {
   output->stream() << "new";
   output->commit();
   EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
-  EXPECT_EQ(read(path("a")), "new");
+  EXPECT_EQ(file_text(path("a")), "new");
 }
 
 TEST_F(OutputFile, HoldsTextsOfAnySizeInOrder) {
@@ -113,7 +108,7 @@ TEST_F(OutputFile, HoldsTextsOfAnySizeInOrder) {
     expected += text + '\n';
   }
   output->commit();
-  EXPECT_TRUE(read(path("a")) == expected);
+  EXPECT_TRUE(file_text(path("a")) == expected);
 }
 
 // Signals end a call of the system after any number of bytes.

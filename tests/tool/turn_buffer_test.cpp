@@ -6,14 +6,14 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <future>
 #include <ostream>
 #include <random>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "support/file_text.h"
 
 namespace {
 
@@ -34,12 +34,7 @@ class TurnBuffers : public testing::Test {
     Turns::release(turns_);
   }
 
-  std::string written() const {
-    std::ifstream file(path_);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
+  std::string written() const { return triglub_test::file_text(path_); }
 
   std::string path_;
   int descriptor_;

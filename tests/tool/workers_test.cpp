@@ -8,24 +8,17 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "platform/elog.h"
+#include "support/file_text.h"
 #include "tool/messages.h"
 
 namespace {
 
 using triglub::tool::Output;
 using triglub::tool::write_in_order;
-
-std::string read(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
+using triglub_test::file_text;
 
 // Of very different lengths, some beyond what is held back.
 std::string text_of(std::size_t piece) {
@@ -66,7 +59,7 @@ TEST_F(Workers, WriteTheSameDocumentWhateverTheirNumber) {
     write_in_order(*output, PIECES, jobs, write_piece);
     output->stream() << "foot\n";
     output->commit();
-    EXPECT_EQ(read(path()), expected);
+    EXPECT_EQ(file_text(path()), expected);
   }
 }
 
@@ -88,7 +81,7 @@ TEST_F(Workers, HaveNothingToDoWithoutPieces) {
   const auto output = Output::open(path());
   write_in_order(*output, 0, 4, [](std::ostream&, std::size_t) { FAIL(); });
   output->commit();
-  EXPECT_EQ(read(path()), "");
+  EXPECT_EQ(file_text(path()), "");
 }
 
 TEST_F(Workers, EndWithThePieceThatFailsFirstInOrder) {
