@@ -1,6 +1,6 @@
 // The lines of a response file that carry data, and the words of a line.
-#ifndef TRIGLUB_PLATFORM_RESPONSE_LINES_H
-#define TRIGLUB_PLATFORM_RESPONSE_LINES_H
+#ifndef TRIGLUB_RESPONSE_LINES_H
+#define TRIGLUB_RESPONSE_LINES_H
 
 #include <algorithm>
 #include <string_view>

@@ -1,6 +1,6 @@
 // The text of a response file as groups and filters.
-#ifndef TRIGLUB_PLATFORM_RESPONSE_PARSE_H
-#define TRIGLUB_PLATFORM_RESPONSE_PARSE_H
+#ifndef TRIGLUB_RESPONSE_PARSE_H
+#define TRIGLUB_RESPONSE_PARSE_H
 
 #include <memory>
 #include <string>

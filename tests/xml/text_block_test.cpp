@@ -1,4 +1,4 @@
-#include "text_block.h"
+#include "resp_helper/text_block.h"
 
 #include <gtest/gtest.h>
 

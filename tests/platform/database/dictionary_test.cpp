@@ -1,4 +1,4 @@
-#include "database/dictionary.h"
+#include "engine/table/dictionary.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Numbers of flat files: every text a number or refused, and the nearest double of it.
-#include "database/number.h"
+#include "base/number.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // When ranges of validity meet. In the tables `(` and `)` stand for a side that is open.
-#include "database/range.h"
+#include "engine/operations/range.h"
 
 #include <gtest/gtest.h>
 

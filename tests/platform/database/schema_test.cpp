@@ -1,5 +1,5 @@
 // The built-in schema, and schemas that users write.
-#include "database/schema.h"
+#include "engine/schema/schema.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

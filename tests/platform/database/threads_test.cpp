@@ -1,5 +1,5 @@
 // What several threads load and join is what one loads and joins.
-#include "database/threads.h"
+#include "base/threads.h"
 
 #include <atomic>
 #include <numeric>

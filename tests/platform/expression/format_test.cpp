@@ -1,5 +1,5 @@
 // format(fmt, x): as printf for what it takes, and nothing else taken.
-#include "database/expression/format.h"
+#include "engine/expression/format.h"
 
 #include <gtest/gtest.h>
 

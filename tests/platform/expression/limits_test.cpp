@@ -1,7 +1,7 @@
 // Input from strangers: as deep, as long and as greedy as can be.
 #include <gtest/gtest.h>
 
-#include "database/expression/functions.h"
+#include "engine/expression/functions.h"
 #include "station.h"
 
 namespace triglub::expression {

@@ -1,5 +1,5 @@
 // The test of =~ : literals are told from patterns, and mean the same.
-#include "database/expression/matcher.h"
+#include "engine/expression/matcher.h"
 
 #include <gtest/gtest.h>
 #include <re2/re2.h>

@@ -1,5 +1,5 @@
 // now(): fixed for the process. Every test here is a process of its own.
-#include "database/expression/now.h"
+#include "engine/expression/now.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Texts that are numbers, and nearly.
-#include "database/expression/numbers.h"
+#include "engine/expression/numbers.h"
 
 #include <gtest/gtest.h>
 

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "database/expression/expression.h"
+#include "engine/expression/expression.h"
 #include "platform/database.h"
 
 namespace triglub::expression {

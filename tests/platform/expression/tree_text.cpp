@@ -1,8 +1,8 @@
 #include "tree_text.h"
 
-#include "database/expression/fault.h"
-#include "database/expression/numbers.h"
-#include "database/expression/parse.h"
+#include "engine/expression/fault.h"
+#include "engine/expression/numbers.h"
+#include "engine/expression/parse.h"
 
 namespace triglub::expression {
 

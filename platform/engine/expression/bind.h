@@ -1,0 +1,14 @@
+#ifndef TRIGLUB_ENGINE_EXPRESSION_BIND_H
+#define TRIGLUB_ENGINE_EXPRESSION_BIND_H
+
+#include "engine/expression/tree.h"
+
+namespace triglub::expression {
+
+// Looks up the tree's names, compiles its patterns and gives every node its kind. Throws CompileError for a name that
+// is unknown and a value of the wrong kind.
+void bind(Tree* tree, const FieldNames& names);
+
+}  // namespace triglub::expression
+
+#endif

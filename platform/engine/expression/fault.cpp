@@ -1,0 +1,62 @@
+#include "engine/expression/fault.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "engine/expression/characters.h"
+#include "platform/text.h"
+
+namespace triglub::expression {
+
+namespace {
+
+constexpr std::size_t WINDOW = 80;  // columns of a long expression that are shown
+constexpr std::string_view CUT = "...";
+
+// A character of the expression that takes one column whatever it is.
+std::string_view shown(std::string_view character) {
+  const auto first = static_cast<unsigned char>(character.front());
+  if (character.size() == 1) {
+    if (trimmed(character).empty()) return " ";
+    return first < 0x20 || first >= 0x7F ? "?" : character;
+  }
+  const bool is_control = first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+  return is_control ? "?" : character;
+}
+
+// The expression by columns, and the column of the place.
+struct Columns {
+  std::vector<std::string_view> cells;
+  std::size_t place = 0;
+};
+
+Columns columns_of(std::string_view expression, std::size_t position) {
+  Columns columns;
+  for (std::size_t at = 0; at < expression.size();) {
+    const std::size_t length = std::max<std::size_t>(1, character_length(expression.substr(at)));
+    if (at < position) columns.place = columns.cells.size() + 1;
+    columns.cells.push_back(shown(expression.substr(at, length)));
+    at += length;
+  }
+  return columns;
+}
+
+}  // namespace
+
+Fault describe(const CompileError& error, std::string_view expression) {
+  // A few columns beyond the place are all that can show; an endless expression is not walked to its end.
+  const Columns columns = columns_of(expression.substr(0, error.position + 4 * WINDOW), error.position);
+  const std::size_t count = columns.cells.size();
+  const std::size_t last_begin = count > WINDOW ? count - WINDOW : 0;
+  const std::size_t begin = std::min(columns.place > WINDOW / 2 ? columns.place - WINDOW / 2 : 0, last_begin);
+  const std::size_t end = std::min(begin + WINDOW, count);
+
+  std::string text = error.expected + "\n";
+  if (begin > 0) text += CUT;
+  for (std::size_t i = begin; i < end; ++i) text += columns.cells[i];
+  if (end < count) text += CUT;
+  text += "\n" + std::string(columns.place - begin + (begin > 0 ? CUT.size() : 0), ' ') + "^";
+  return {text, error.position};
+}
+
+}  // namespace triglub::expression

@@ -1,0 +1,94 @@
+#include "engine/expression/functions.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace triglub::expression {
+
+namespace {
+
+using Arguments = std::span<const Value>;
+
+// A result that is no finite number is none: the argument lies outside the function's domain, or the result beyond the
+// range of reals.
+bool finite(double number, Value* result) {
+  *result = Value::of(number);
+  return std::isfinite(number);
+}
+
+template <double (*FUNCTION)(double)>
+bool of_one(Arguments arguments, std::string* /*scratch*/, Value* result) {
+  return finite(FUNCTION(arguments[0].real), result);
+}
+
+template <double (*FUNCTION)(double, double)>
+bool of_two(Arguments arguments, std::string* /*scratch*/, Value* result) {
+  return finite(FUNCTION(arguments[0].real, arguments[1].real), result);
+}
+
+bool abs_integer(Arguments arguments, std::string* /*scratch*/, Value* result) {
+  std::int64_t number = arguments[0].integer;
+  const bool overflows = number < 0 && __builtin_sub_overflow(std::int64_t{0}, number, &number);
+  *result = Value::of(number);
+  return !overflows;
+}
+
+bool by_integer(const Value& a, const Value& b) { return a.integer < b.integer; }
+bool by_real(const Value& a, const Value& b) { return a.real < b.real; }
+
+template <bool (*BELOW)(const Value&, const Value&)>
+bool least(Arguments arguments, std::string* /*scratch*/, Value* result) {
+  *result = *std::min_element(arguments.begin(), arguments.end(), BELOW);
+  return true;
+}
+
+template <bool (*BELOW)(const Value&, const Value&)>
+bool greatest(Arguments arguments, std::string* /*scratch*/, Value* result) {
+  *result = *std::max_element(arguments.begin(), arguments.end(), BELOW);
+  return true;
+}
+
+// std::round takes halves away from zero.
+constexpr Function FUNCTIONS[] = {
+    {"abs", "n", Kind::real, Form::call, of_one<std::fabs>, abs_integer},
+    {"atan2", "rr", Kind::real, Form::call, of_two<std::atan2>, nullptr},
+    {"ceil", "r", Kind::real, Form::call, of_one<std::ceil>, nullptr},
+    {"concat", "s*", Kind::text, Form::call, concat, nullptr},
+    {"cos", "r", Kind::real, Form::call, of_one<std::cos>, nullptr},
+    {"epoch", "i", Kind::real, Form::call, epoch_of_yearday, nullptr},
+    {"exp", "r", Kind::real, Form::call, of_one<std::exp>, nullptr},
+    {"floor", "r", Kind::real, Form::call, of_one<std::floor>, nullptr},
+    {"format", "ta", Kind::text, Form::format, nullptr, nullptr},
+    {"int", "a", Kind::integer, Form::conversion, nullptr, nullptr},
+    {"is_null", "f", Kind::integer, Form::null_test, nullptr, nullptr},
+    {"length", "t", Kind::integer, Form::call, length, nullptr},
+    {"log10", "r", Kind::real, Form::call, of_one<std::log10>, nullptr},
+    {"lower", "t", Kind::text, Form::call, lower, nullptr},
+    {"max", "nn*", Kind::real, Form::call, greatest<by_real>, greatest<by_integer>},
+    {"min", "nn*", Kind::real, Form::call, least<by_real>, least<by_integer>},
+    {"now", "", Kind::real, Form::call, current_time, nullptr},
+    {"pow", "rr", Kind::real, Form::call, of_two<std::pow>, nullptr},
+    {"real", "a", Kind::real, Form::conversion, nullptr, nullptr},
+    {"replace", "ttt", Kind::text, Form::call, replace, nullptr},
+    {"round", "r", Kind::real, Form::call, of_one<std::round>, nullptr},
+    {"sin", "r", Kind::real, Form::call, of_one<std::sin>, nullptr},
+    {"sqrt", "r", Kind::real, Form::call, of_one<std::sqrt>, nullptr},
+    {"str", "a", Kind::text, Form::conversion, nullptr, nullptr},
+    {"strtime", "rt", Kind::text, Form::call, strtime, nullptr},
+    {"substr", "tii", Kind::text, Form::call, substr, nullptr},
+    {"trim", "t", Kind::text, Form::call, trim, nullptr},
+    {"upper", "t", Kind::text, Form::call, upper, nullptr},
+    {"xml", "t", Kind::text, Form::call, xml, nullptr},
+    {"yearday", "r", Kind::integer, Form::call, yearday_of_epoch, nullptr},
+};
+
+}  // namespace
+
+const Function* find_function(std::string_view name) {
+  const Function* found = std::find_if(std::begin(FUNCTIONS), std::end(FUNCTIONS),
+                                       [&](const Function& function) { return function.name == name; });
+  return found == std::end(FUNCTIONS) ? nullptr : found;
+}
+
+}  // namespace triglub::expression

@@ -1,0 +1,78 @@
+// The functions of the language, by name.
+//
+// A parameter list has a letter for each argument:
+//   n  a number; integers stay what they are when every n is one
+//   r  a number, taken as a real
+//   i  an integer
+//   t  a text
+//   s  anything, taken as its text
+//   a  anything, as it is
+//   f  a bare field
+// A star behind the last letter means one or more of it.
+#ifndef TRIGLUB_ENGINE_EXPRESSION_FUNCTIONS_H
+#define TRIGLUB_ENGINE_EXPRESSION_FUNCTIONS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "engine/expression/expression.h"
+#include "engine/expression/value.h"
+
+namespace triglub::expression {
+
+// The longest text that a function makes, in bytes: calls within calls could double a text two hundred times.
+inline constexpr std::size_t MAX_TEXT = std::size_t{1024} * 1024;
+
+// False when there is no result. A text result stands in *scratch (empty at first), in an argument, or for ever.
+using Implementation = bool (*)(std::span<const Value> arguments, std::string* scratch, Value* result);
+
+enum class Form : std::uint8_t {
+  call,        // runs an implementation
+  conversion,  // its argument, as a value of its own kind
+  null_test,   // asks the record
+  format,      // checked as far as can be when compiled
+};
+
+struct Function {
+  std::string_view name;
+  std::string_view parameters;
+  Kind result;
+  Form form;
+  Implementation run;           // of Form::call
+  Implementation run_integers;  // when all arguments are integers, with an integer for result; null: no difference
+
+  bool is_open_ended() const { return parameters.ends_with('*'); }
+  std::size_t least_arguments() const { return parameters.size() - is_open_ended(); }
+  char parameter(std::size_t argument) const {
+    return argument < least_arguments() ? parameters[argument] : parameters[least_arguments() - 1];
+  }
+};
+
+// Null when there is none of that name.
+const Function* find_function(std::string_view name);
+
+// Appends, unless the text would grow beyond MAX_TEXT: then false.
+bool append(std::string_view more, std::string* text);
+
+// The functions on texts (text_functions.cpp).
+bool concat(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool upper(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool lower(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool trim(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool substr(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool length(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool replace(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool xml(std::span<const Value> arguments, std::string* scratch, Value* result);
+
+// The functions on times (time_functions.cpp).
+bool epoch_of_yearday(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool yearday_of_epoch(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool strtime(std::span<const Value> arguments, std::string* scratch, Value* result);
+bool current_time(std::span<const Value> arguments, std::string* scratch, Value* result);
+
+}  // namespace triglub::expression
+
+#endif

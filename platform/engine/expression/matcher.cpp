@@ -1,0 +1,99 @@
+#include "engine/expression/matcher.h"
+
+#include <re2/re2.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "platform/text.h"
+
+namespace triglub::expression {
+
+namespace {
+
+// Most patterns name one value. They cost a comparison, and no automaton has to be built for them.
+class LiteralMatcher final : public Matcher {
+ public:
+  explicit LiteralMatcher(std::string literal) : literal_(std::move(literal)) {}
+
+  bool matches(std::string_view text) const override { return trimmed(text) == literal_; }
+  const std::string* literal() const override { return &literal_; }
+
+ private:
+  std::string literal_;
+};
+
+class PatternMatcher final : public Matcher {
+ public:
+  explicit PatternMatcher(const std::string& pattern) : regex_(pattern, RE2::Quiet) {}
+
+  bool matches(std::string_view text) const override {
+    const std::string_view core = trimmed(text);
+    return RE2::FullMatch(re2::StringPiece(core.data(), core.size()), regex_);
+  }
+  const std::string* literal() const override { return nullptr; }
+
+  const RE2& regex() const { return regex_; }
+
+ private:
+  RE2 regex_;
+};
+
+bool is_word_character(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+// A backslash before an ASCII character that is no letter or digit stands for that character in RE2; before others it
+// means something else, or nothing. (RE2 also takes \_, which is left to it.)
+bool is_escaped_literal(char c) { return static_cast<unsigned char>(c) < 0x80 && !is_word_character(c); }
+
+// The one text that the pattern matches, when it is plain to see.
+std::optional<std::string> literal_of(std::string_view pattern) {
+  constexpr std::string_view META = ".+*?()|[]{}^$";
+  std::string literal;
+  literal.reserve(pattern.size());
+  for (std::size_t at = 0; at < pattern.size(); ++at) {
+    if (META.find(pattern[at]) != std::string_view::npos) return std::nullopt;
+    if (pattern[at] == '\\') {
+      ++at;
+      if (at == pattern.size() || !is_escaped_literal(pattern[at])) return std::nullopt;
+    }
+    literal += pattern[at];
+  }
+  // RE2 refuses a pattern that is no UTF-8, and says so.
+  if (!is_utf8(literal)) return std::nullopt;
+  return literal;
+}
+
+// The pattern as RE2 reads it. A slash needs no backslash there, and loses the one it needed between slashes.
+std::string without_escaped_slashes(std::string_view pattern) {
+  std::string plain;
+  plain.reserve(pattern.size());
+  for (std::size_t at = 0; at < pattern.size(); ++at) {
+    const bool is_escape = pattern[at] == '\\' && at + 1 < pattern.size();
+    if (is_escape && pattern[at + 1] != '/') plain += pattern[at];
+    if (is_escape) ++at;
+    plain += pattern[at];
+  }
+  return plain;
+}
+
+PatternFault fault_of(const RE2& regex, std::string_view pattern) {
+  const std::size_t found = pattern.find(regex.error_arg());
+  return {regex.error(), found == std::string_view::npos ? 0 : found};
+}
+
+}  // namespace
+
+std::unique_ptr<Matcher> make_matcher(std::string_view pattern, PatternFault* fault) {
+  if (std::optional<std::string> literal = literal_of(pattern)) {
+    return std::make_unique<LiteralMatcher>(*std::move(literal));
+  }
+  auto matcher = std::make_unique<PatternMatcher>(without_escaped_slashes(pattern));
+  if (matcher->regex().ok()) return matcher;
+  *fault = fault_of(matcher->regex(), pattern);
+  return nullptr;
+}
+
+}  // namespace triglub::expression

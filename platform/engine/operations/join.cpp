@@ -1,0 +1,359 @@
+// Joins a base table to a view. The equal fields go through a hash index of the table, which the table keeps for the
+// next join on the same fields; ranges of validity and the fields that null lifts are then tested pair by pair. Where
+// null may lift every equal field, the first of them is looked up in the index all the same: its own value's rows and
+// the null's are what can match. Rows come in the first view's order, and for each record in the second's.
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "base/threads.h"
+#include "engine/operations/join_plan.h"
+#include "engine/session/database.h"
+#include "platform/elog.h"
+
+namespace triglub {
+
+namespace {
+
+// The words of a view's field as they are to be compared with a table's column.
+class WordSource {
+ public:
+  WordSource(const View& view, const EqualPair& pair, const Table& table) : view_(view), pair_(pair) {
+    const FieldSchema& mine = view.schema_of(pair.view_field);
+    const FieldSchema& theirs = table.schema().fields[pair.table_field];
+    storage_ = mine.storage();
+    as_real_ = storage_ != theirs.storage();
+    if (storage_ == Storage::text) translate(view.table_of(pair.view_field).column(pair.view_field.field), table);
+  }
+
+  JoinColumn column() const { return {pair_.table_field, as_real_}; }
+
+  // The word of the table's null.
+  JoinWord null_word(const Table& table) const {
+    const FieldSchema& field = table.schema().fields[pair_.table_field];
+    switch (field.storage()) {
+      case Storage::text:
+        return 0;
+      case Storage::integer:
+        if (as_real_) return real_word(static_cast<double>(field.null_integer));
+        return static_cast<JoinWord>(field.null_integer);
+      case Storage::real:
+        return real_word(field.null_real);
+    }
+    return 0;
+  }
+
+  // False when no row of the table can be equal.
+  bool word(std::uint32_t record, JoinWord* word) const {
+    const ViewField& field = pair_.view_field;
+    switch (storage_) {
+      case Storage::text: {
+        const std::uint32_t row = view_.row(field.table, record);
+        *word = (*codes_)[row == NO_ROW ? 0 : (*view_codes_)[row]];
+        return *word != NO_CODE;
+      }
+      case Storage::integer: {
+        const std::int64_t value = view_.integer(field, record);
+        *word = as_real_ ? real_word(static_cast<double>(value)) : static_cast<JoinWord>(value);
+        return true;
+      }
+      case Storage::real:
+        *word = real_word(view_.real(field, record));
+        return true;
+    }
+    return false;
+  }
+
+ private:
+  // The table's code of each of the view's texts.
+  void translate(const Column& mine, const Table& table) {
+    view_codes_ = &mine.codes;
+    codes_ = &table.translation(mine.dictionary, pair_.table_field);
+  }
+
+  const View& view_;
+  EqualPair pair_;
+  Storage storage_;
+  bool as_real_;
+  const std::vector<std::uint32_t>* view_codes_ = nullptr;
+  const std::vector<std::uint32_t>* codes_ = nullptr;
+};
+
+class Joiner {
+ public:
+  Joiner(const View& view, const Table& table, const JoinPlan& plan) : view_(view), table_(table), plan_(plan) {
+    for (const EqualPair& pair : plan.equal) {
+      sources_.emplace_back(view, pair, table);
+      if (pair.null_lifts) {
+        lifted_.push_back(sources_.size() - 1);
+        continue;
+      }
+      strict_.push_back(sources_.size() - 1);
+      columns_.push_back(sources_.back().column());
+    }
+    by_lifted_field_ = strict_.empty() && !sources_.empty();
+    if (by_lifted_field_) columns_.push_back(sources_.front().column());
+    index_ = &table.join_index(columns_);
+    words_.resize(columns_.size());
+  }
+
+  // Appends the rows that match a record to `rows`, in table order.
+  void match(std::uint32_t record, std::vector<std::uint32_t>* rows) {
+    if (by_lifted_field_) {
+      match_by_lifted_field(record, rows);
+      return;
+    }
+    if (!load_candidates(record) || candidates_.empty()) return;
+    load_ranges(record);
+    const Range* ranges = candidate_ranges_.data();
+    for (const std::uint32_t row : candidates_) {
+      if (all_overlap(ranges) && lifted_fields_agree(record, row)) rows->push_back(row);
+      ranges += plan_.ranges.size();
+    }
+  }
+
+ private:
+  // The rows whose columns are words_.
+  JoinIndex::Rows rows_of_words() { return index_->find(table_, columns_, words_.data(), &next_run_); }
+
+  // Puts the record's words in words_, the rows of these in candidates_ and their ranges in candidate_ranges_. False
+  // when no row can be equal.
+  bool load_candidates(std::uint32_t record) {
+    bool changed = !are_words_known_;
+    are_words_known_ = false;
+    for (std::size_t i = 0; i < strict_.size(); ++i) {
+      JoinWord word = 0;
+      if (!sources_[strict_[i]].word(record, &word)) return false;
+      changed = changed || word != words_[i];
+      words_[i] = word;
+    }
+    // Neighbouring records mostly agree: the epochs of a channel, the channels of a station.
+    if (changed) look_up_candidates();
+    are_words_known_ = true;
+    return true;
+  }
+
+  void look_up_candidates() {
+    candidates_.clear();
+    candidate_ranges_.clear();
+    for (JoinIndex::Rows found = rows_of_words(); found.row() != NO_ROW; found.move_on()) {
+      candidates_.push_back(found.row());
+      for (const RangePair& pair : plan_.ranges) candidate_ranges_.push_back(table_range(pair, found.row()));
+    }
+  }
+
+  void test(std::uint32_t record, std::uint32_t row, std::vector<std::uint32_t>* rows) {
+    candidate_ranges_.clear();
+    for (const RangePair& pair : plan_.ranges) candidate_ranges_.push_back(table_range(pair, row));
+    if (lifted_fields_agree(record, row) && all_overlap(candidate_ranges_.data())) rows->push_back(row);
+  }
+
+  void match_by_lifted_field(std::uint32_t record, std::vector<std::uint32_t>* rows) {
+    load_ranges(record);
+    if (view_.is_null(plan_.equal.front().view_field, record)) {
+      for (std::uint32_t row = 0; row < table_.row_count(); ++row) test(record, row, rows);
+      return;
+    }
+    JoinIndex::Rows same;
+    if (sources_.front().word(record, words_.data())) same = rows_of_words();
+    words_.front() = sources_.front().null_word(table_);
+    JoinIndex::Rows null = rows_of_words();
+    if (same.row() == null.row()) null = {};  // neither, or a value that is the table's null
+    while (same.row() != NO_ROW || null.row() != NO_ROW) {
+      JoinIndex::Rows& next = same.row() < null.row() ? same : null;  // NO_ROW comes after every row
+      test(record, next.row(), rows);
+      next.move_on();
+    }
+  }
+
+  void load_ranges(std::uint32_t record) {
+    view_ranges_.clear();
+    for (const RangePair& pair : plan_.ranges) {
+      view_ranges_.push_back(make_range(view_end(pair.view_begin, record), view_end(pair.view_end, record), pair.unit));
+    }
+  }
+
+  RangeEnd view_end(const ViewField& field, std::uint32_t record) const {
+    return {view_.schema_of(field).type, view_.number(field, record), view_.is_null(field, record)};
+  }
+
+  RangeEnd table_end(std::size_t field, std::uint32_t row) const {
+    return {table_.schema().fields[field].type, table_.number(field, row), table_.is_null(field, row)};
+  }
+
+  Range table_range(const RangePair& pair, std::uint32_t row) const {
+    return make_range(table_end(pair.table_begin, row), table_end(pair.table_end, row), pair.unit);
+  }
+
+  // `ranges`: one a range pair, of a row of the table.
+  bool all_overlap(const Range* ranges) const {
+    for (std::size_t i = 0; i < view_ranges_.size(); ++i) {
+      if (!overlap(view_ranges_[i], ranges[i])) return false;
+    }
+    return true;
+  }
+
+  bool lifted_fields_agree(std::uint32_t record, std::uint32_t row) const {
+    for (const std::size_t i : lifted_) {
+      const EqualPair& pair = plan_.equal[i];
+      if (view_.is_null(pair.view_field, record) || table_.is_null(pair.table_field, row)) continue;
+      JoinWord word = 0;
+      if (!sources_[i].word(record, &word) || word != join_word(table_, sources_[i].column(), row)) return false;
+    }
+    return true;
+  }
+
+  const View& view_;
+  const Table& table_;
+  const JoinPlan& plan_;
+  std::vector<WordSource> sources_;   // one an equal pair
+  std::vector<std::size_t> strict_;   // the sources whose fields always restrict
+  std::vector<std::size_t> lifted_;   // those of the other fields
+  std::vector<JoinColumn> columns_;   // their columns
+  bool by_lifted_field_ = false;      // there are none, and the index is over the first field that null lifts
+  const JoinIndex* index_ = nullptr;  // over the columns
+  std::uint32_t next_run_ = 0;        // where the next key's rows may be
+  std::vector<JoinWord> words_;
+  bool are_words_known_ = false;  // words_ are a record's, and these two are theirs:
+  std::vector<std::uint32_t> candidates_;
+  std::vector<Range> candidate_ranges_;  // one a candidate and range pair
+  std::vector<Range> view_ranges_;       // of the present record
+};
+
+// The records of the view (repeated as they match) and the row that each is joined with.
+struct Pairs {
+  std::vector<std::uint32_t> records;
+  std::vector<std::uint32_t> rows;
+};
+
+// The records of a view of one table, by the table's rows: a view may leave rows out, repeat them and have an order of
+// its own.
+class RecordsOfRows {
+ public:
+  explicit RecordsOfRows(const View& view) : view_(view), is_base_(view.tables()[0].rows == nullptr) {
+    if (is_base_) return;
+    first_.assign(std::size_t{view.tables()[0].table->row_count()} + 1, 0);
+    for (std::uint32_t r = 0; r < view.record_count(); ++r) ++first_[view.row(0, r) + 1];
+    for (std::size_t row = 1; row < first_.size(); ++row) first_[row] += first_[row - 1];
+    records_.resize(view.record_count());
+    std::vector<std::uint32_t> next(first_.begin(), first_.end() - 1);
+    for (std::uint32_t r = 0; r < view.record_count(); ++r) records_[next[view.row(0, r)]++] = r;
+  }
+
+  // Puts the rows from `from` on into the view's order, each as often as the view has it. `found` is room to work in.
+  void arrange(std::vector<std::uint32_t>* rows, std::size_t from, std::vector<std::uint32_t>* found) const {
+    if (is_base_) return;
+    found->clear();
+    for (std::size_t i = from; i < rows->size(); ++i) {
+      const std::uint32_t row = (*rows)[i];
+      found->insert(found->end(), records_.begin() + first_[row], records_.begin() + first_[row + 1]);
+    }
+    std::sort(found->begin(), found->end());
+    rows->resize(from);
+    for (const std::uint32_t record : *found) rows->push_back(view_.row(0, record));
+  }
+
+ private:
+  const View& view_;
+  bool is_base_;                        // record i is row i
+  std::vector<std::uint32_t> first_;    // by row: where its records begin; one entry more at the end
+  std::vector<std::uint32_t> records_;  // by row
+};
+
+// The matches of the records from `begin` to before `end`; at most one more than a view can have. They are given
+// `room`. The joiner is the caller's own: threads that wrote to neighbouring ones would take the memory's lines from
+// each other.
+Pairs match_records(Joiner joiner, const RecordsOfRows& second, bool outer, std::uint32_t begin, std::uint32_t end,
+                    std::size_t room) {
+  Pairs pairs;
+  pairs.records.reserve(room);
+  pairs.rows.reserve(room);
+  std::vector<std::uint32_t> found;
+  for (std::uint32_t record = begin; record < end && pairs.rows.size() <= MAX_ROWS; ++record) {
+    const std::size_t before = pairs.rows.size();
+    joiner.match(record, &pairs.rows);
+    second.arrange(&pairs.rows, before, &found);
+    if (outer && pairs.rows.size() == before) pairs.rows.push_back(NO_ROW);
+    pairs.records.resize(pairs.rows.size(), record);
+  }
+  return pairs;
+}
+
+Pairs put_together(std::vector<Pairs> found) {
+  if (found.size() == 1) return std::move(found.front());
+  Pairs all = std::move(found.front());
+  const auto append_all = [&](std::vector<std::uint32_t> Pairs::*list) {
+    for (std::size_t i = 1; i < found.size(); ++i) {
+      const std::vector<std::uint32_t>& from = found[i].*list;
+      (all.*list).insert((all.*list).end(), from.begin(), from.end());
+    }
+  };
+  run_side_by_side(2, [&](std::size_t i) { append_all(i == 0 ? &Pairs::records : &Pairs::rows); });
+  return all;
+}
+
+// Nothing when there are more than a view can have.
+std::optional<Pairs> matching_pairs(const View& view, const View& other, const JoinPlan& plan, bool outer) {
+  const Parts parts(0, view.record_count());
+  const Joiner joiner(view, *other.tables()[0].table, plan);
+  const RecordsOfRows second(other);
+  std::vector<Pairs> found(parts.size());
+  run_side_by_side(parts.size(), [&](std::size_t i) {
+    const std::uint32_t begin = parts.begin(i);
+    const std::uint32_t end = parts.end(i);
+    const std::uint32_t room = (i == 0 ? view.record_count() : end) - begin;  // the first takes in the others
+    found[i] = match_records(joiner, second, outer, begin, end, room);
+  });
+  Pairs all = put_together(std::move(found));
+  if (all.rows.size() > MAX_ROWS) return std::nullopt;
+  return all;
+}
+
+std::vector<ViewTable> joined_tables(const View& view, const Table& table, Pairs pairs) {
+  std::vector<ViewTable> tables = tables_of_records(view, pairs.records);
+  tables.push_back({&table, std::make_shared<std::vector<std::uint32_t>>(std::move(pairs.rows))});
+  return tables;
+}
+
+std::string operation_text(const Table& table, const JoinPlan& plan, bool outer, bool natural) {
+  std::string text = std::string("dbjoin ") + (outer ? "-o " : "") + table.schema().name;
+  if (natural) return text;
+  for (const std::string& key : plan.keys) text += " " + key;
+  return text;
+}
+
+void report_keys(const JoinPlan& plan, Tbl** joined_on) {
+  if (joined_on == nullptr) return;
+  *joined_on = newtbl(static_cast<int>(plan.keys.size()));
+  // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): the list keeps the texts
+  for (const std::string& key : plan.keys) pushtbl(*joined_on, strdup(key.c_str()));
+}
+
+Dbptr fail(const char* fault) {
+  elog_complain(0, "dbjoin: %s", fault);
+  return INVALID_HANDLE;
+}
+
+}  // namespace
+
+}  // namespace triglub
+
+Dbptr dbjoin(Dbptr a, Dbptr b, Tbl** keys_a, Tbl** keys_b, int outer, Tbl** joined_on, const char* name) {
+  using namespace triglub;
+  const View* view = view_of(a);
+  const View* other = view_of(b);
+  if (view == nullptr || other == nullptr) return INVALID_HANDLE;
+  if (a.database != b.database) return fail("the views are of different databases");
+  if (other->tables().size() != 1) return fail("the second view must be of one table");
+  const Table& table = *other->tables()[0].table;
+  const bool natural = keys_a == nullptr || keys_b == nullptr || *keys_a == nullptr || *keys_b == nullptr;
+  const auto plan =
+      natural ? plan_natural_join(*view, table.schema()) : plan_named_join(*view, table.schema(), *keys_a, *keys_b);
+  if (!plan) return INVALID_HANDLE;
+  auto pairs = matching_pairs(*view, *other, *plan, outer != 0);
+  if (!pairs) return fail("the result has more records than a view can have");
+  report_keys(*plan, joined_on);
+  const auto record_count = static_cast<std::uint32_t>(pairs->records.size());
+  return result_view(*database_of(a), joined_tables(*view, table, std::move(*pairs)), record_count,
+                     view->operations() + "\n" + operation_text(table, *plan, outer != 0, natural), name);
+}

@@ -1,0 +1,42 @@
+// What a join compares: pairs of fields that are to be equal, pairs of ranges that are to overlap.
+#ifndef TRIGLUB_ENGINE_OPERATIONS_JOIN_PLAN_H
+#define TRIGLUB_ENGINE_OPERATIONS_JOIN_PLAN_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engine/operations/range.h"
+#include "engine/view/view.h"
+#include "platform/containers.h"
+
+namespace triglub {
+
+// One field of the view and one of the table that are to be equal.
+struct EqualPair {
+  ViewField view_field;
+  std::size_t table_field;
+  bool null_lifts;  // does not restrict where either side is null
+};
+
+// A range of the view and one of the table that are to overlap.
+struct RangePair {
+  ViewField view_begin, view_end;
+  std::size_t table_begin, table_end;
+  RangeUnit unit;
+};
+
+struct JoinPlan {
+  std::vector<EqualPair> equal;
+  std::vector<RangePair> ranges;
+  std::vector<std::string> keys;  // as they are reported
+};
+
+// The natural join on the keys that the view and the table share. Nothing, after a complaint, when they share none.
+std::optional<JoinPlan> plan_natural_join(const View& view, const TableSchema& table);
+// The join of key i of the first list with key i of the second. Nothing after a complaint.
+std::optional<JoinPlan> plan_named_join(const View& view, const TableSchema& table, Tbl* view_keys, Tbl* table_keys);
+
+}  // namespace triglub
+
+#endif

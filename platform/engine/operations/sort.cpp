@@ -1,0 +1,235 @@
+// Stable sort of a view's records by the values of some fields, compared by type. Every key becomes one 64-bit word
+// whose order is the value's: a text's rank among its column's texts, an integer or a double with the bits that make
+// them compare as unsigned numbers. A view that is in order already, as most are, costs one look at each record.
+#include <algorithm>
+#include <atomic>
+#include <bit>
+#include <limits>
+#include <numeric>
+#include <optional>
+
+#include "base/threads.h"
+#include "engine/session/database.h"
+#include "platform/elog.h"
+
+namespace triglub {
+
+namespace {
+
+constexpr std::uint64_t SIGN_BIT = std::uint64_t{1} << 63;
+
+std::uint64_t ordered(std::int64_t value) { return static_cast<std::uint64_t>(value) ^ SIGN_BIT; }
+
+std::uint64_t ordered(double value) {
+  const auto bits = std::bit_cast<std::uint64_t>(value == 0.0 ? 0.0 : value);
+  return (bits & SIGN_BIT) != 0 ? ~bits : bits | SIGN_BIT;
+}
+
+class SortKey {
+ public:
+  SortKey(const View& view, const ViewField& field) : view_(&view), field_(field) {
+    const Table& table = view.table_of(field);
+    storage_ = view.schema_of(field).storage();
+    column_ = &table.column(field.field);
+    if (storage_ == Storage::text) ranks_ = &column_->dictionary.ranks();
+  }
+
+  std::uint64_t word(std::uint32_t record) const {
+    switch (storage_) {
+      case Storage::text: {
+        const std::uint32_t row = view_->row(field_.table, record);
+        return (*ranks_)[row == NO_ROW ? 0 : column_->codes[row]];
+      }
+      case Storage::integer:
+        return ordered(view_->integer(field_, record));
+      case Storage::real:
+        return ordered(view_->real(field_, record));
+    }
+    return 0;
+  }
+
+ private:
+  const View* view_;
+  ViewField field_;
+  Storage storage_;
+  const Column* column_;
+  const std::vector<std::uint32_t>* ranks_ = nullptr;
+};
+
+using SortKeys = std::vector<SortKey>;
+
+// Negative, 0 or positive as record a comes before, with or after record b.
+int compare(const SortKeys& keys, std::uint32_t a, std::uint32_t b) {
+  for (const SortKey& key : keys) {
+    const std::uint64_t left = key.word(a);
+    const std::uint64_t right = key.word(b);
+    if (left != right) return left < right ? -1 : 1;
+  }
+  return 0;
+}
+
+// The records of a view that is in order, of equal ones only the first when `is_unique`. Nothing when it is not in
+// order.
+std::optional<std::vector<std::uint32_t>> records_in_order(const SortKeys& keys, std::uint32_t records,
+                                                           bool is_unique) {
+  if (records == 0) return std::vector<std::uint32_t>();
+  const Parts parts(1, records);  // the first has none before it
+  std::vector<std::vector<std::uint32_t>> kept(parts.size());
+  std::atomic<bool> is_sorted{true};
+  run_side_by_side(parts.size(), [&](std::size_t i) {
+    const std::uint32_t end = parts.end(i);
+    std::vector<std::uint32_t> own;
+    own.reserve(end - parts.begin(i));
+    for (std::uint32_t r = parts.begin(i); r < end && is_sorted; ++r) {
+      const int order = compare(keys, r - 1, r);
+      if (order > 0) is_sorted = false;
+      if (order < 0 || !is_unique) own.push_back(r);
+    }
+    kept[i] = std::move(own);
+  });
+  if (!is_sorted) return std::nullopt;
+  std::vector<std::uint32_t> order = {0};
+  order.reserve(records);
+  for (const auto& part : kept) order.insert(order.end(), part.begin(), part.end());
+  return order;
+}
+
+// The words of all keys of all records, record by record.
+struct Words {
+  Words(const SortKeys& keys, std::uint32_t records)
+      : width(keys.size()), records(records), all(std::size_t{records} * width) {
+    const Parts parts(0, records);
+    run_side_by_side(parts.size(), [&](std::size_t i) {
+      const std::uint32_t end = parts.end(i);
+      for (std::uint32_t r = parts.begin(i); r < end; ++r) {
+        for (std::size_t k = 0; k < width; ++k) all[r * width + k] = keys[k].word(r);
+      }
+    });
+  }
+
+  std::size_t width;
+  std::uint32_t records;
+  std::vector<std::uint64_t> all;
+};
+
+// All words of a record and its number in one word, where they are small enough: codes and dates are. Nothing to look
+// up when two records are compared, and no two are equal.
+class PackedRecords {
+ public:
+  explicit PackedRecords(const Words& words)
+      : words_(words), record_bits_(static_cast<int>(std::bit_width(words.records))) {
+    for (std::size_t k = 0; k < words.width; ++k) {
+      const auto [least, most] = range_of(k);
+      least_.push_back(least);
+      key_bits_.push_back(static_cast<int>(std::bit_width(most - least)));
+      all_key_bits_ += key_bits_.back();
+    }
+  }
+
+  bool fit() const { return all_key_bits_ + record_bits_ <= std::numeric_limits<std::uint64_t>::digits; }
+
+  // REQUIRES: fit().
+  void sort(std::vector<std::uint32_t>* order) const {
+    if (all_key_bits_ <= record_bits_) return sort_by_counting(order);  // many records of few kinds
+    std::vector<std::uint64_t> packed;
+    packed.reserve(words_.records);
+    for (std::uint32_t r = 0; r < words_.records; ++r) packed.push_back(packed_keys(r) << record_bits_ | r);
+    std::sort(packed.begin(), packed.end());
+    const std::uint64_t mask = (std::uint64_t{1} << record_bits_) - 1;
+    std::transform(packed.begin(), packed.end(), order->begin(),
+                   [mask](std::uint64_t record) { return static_cast<std::uint32_t>(record & mask); });
+  }
+
+ private:
+  std::pair<std::uint64_t, std::uint64_t> range_of(std::size_t k) const {
+    std::pair<std::uint64_t, std::uint64_t> range = {words_.all[k], words_.all[k]};
+    for (std::size_t i = k; i < words_.all.size(); i += words_.width) {
+      range.first = std::min(range.first, words_.all[i]);
+      range.second = std::max(range.second, words_.all[i]);
+    }
+    return range;
+  }
+
+  std::uint64_t packed_keys(std::uint32_t r) const {
+    std::uint64_t packed = 0;
+    for (std::size_t k = 0; k < words_.width; ++k) {
+      packed = packed << key_bits_[k] | (words_.all[r * words_.width + k] - least_[k]);
+    }
+    return packed;
+  }
+
+  void sort_by_counting(std::vector<std::uint32_t>* order) const {
+    std::vector<std::uint32_t> next((std::size_t{1} << all_key_bits_) + 1, 0);  // by keys: the place of the next record
+    for (std::uint32_t r = 0; r < words_.records; ++r) ++next[packed_keys(r) + 1];
+    std::partial_sum(next.begin(), next.end(), next.begin());
+    for (std::uint32_t r = 0; r < words_.records; ++r) (*order)[next[packed_keys(r)]++] = r;
+  }
+
+  const Words& words_;
+  int record_bits_;
+  std::vector<std::uint64_t> least_;  // by key
+  std::vector<int> key_bits_;         // by key
+  int all_key_bits_ = 0;
+};
+
+void sort_by_words(const Words& words, std::vector<std::uint32_t>* order) {
+  std::stable_sort(order->begin(), order->end(), [&](std::uint32_t a, std::uint32_t b) {
+    const auto left = words.all.begin() + static_cast<std::ptrdiff_t>(a * words.width);
+    const auto right = words.all.begin() + static_cast<std::ptrdiff_t>(b * words.width);
+    const auto end = left + static_cast<std::ptrdiff_t>(words.width);
+    return std::lexicographical_compare(left, end, right, right + static_cast<std::ptrdiff_t>(words.width));
+  });
+}
+
+std::vector<std::uint32_t> sorted_records(const SortKeys& keys, std::uint32_t records) {
+  std::vector<std::uint32_t> order(records);
+  std::iota(order.begin(), order.end(), 0);
+  const Words words(keys, records);
+  const PackedRecords packed(words);
+  if (packed.fit()) {
+    packed.sort(&order);
+  } else {
+    sort_by_words(words, &order);
+  }
+  return order;
+}
+
+void keep_first_of_runs(const SortKeys& keys, std::vector<std::uint32_t>* order) {
+  const auto same = [&](std::uint32_t a, std::uint32_t b) { return compare(keys, a, b) == 0; };
+  order->erase(std::unique(order->begin(), order->end(), same), order->end());
+}
+
+std::vector<std::uint32_t> records_by(const SortKeys& keys, std::uint32_t records, bool is_unique) {
+  if (auto order = records_in_order(keys, records, is_unique)) return std::move(*order);
+  std::vector<std::uint32_t> order = sorted_records(keys, records);
+  if (is_unique) keep_first_of_runs(keys, &order);
+  return order;
+}
+
+std::string operation_text(Tbl* keys, int flags) {
+  std::string text = (flags & dbSORT_UNIQUE) != 0 ? "dbsort -u" : "dbsort";
+  for (long i = 0; i < maxtbl(keys); ++i) text += std::string(" ") + static_cast<const char*>(gettbl(keys, i));
+  return text;
+}
+
+}  // namespace
+
+}  // namespace triglub
+
+Dbptr dbsort(Dbptr view, Tbl* keys, int flags, const char* name) {
+  using namespace triglub;
+  const View* from = view_of(view);
+  if (from == nullptr) return INVALID_HANDLE;
+  SortKeys sort_keys;
+  for (long i = 0; i < maxtbl(keys); ++i) {
+    const char* key = static_cast<const char*>(gettbl(keys, i));
+    const int field = from->find_field(key);
+    if (field < 0) {
+      elog_complain(0, "dbsort: the view has no field '%s'", key);
+      return INVALID_HANDLE;
+    }
+    sort_keys.emplace_back(*from, from->fields()[static_cast<std::size_t>(field)]);
+  }
+  const std::vector<std::uint32_t> order = records_by(sort_keys, from->record_count(), (flags & dbSORT_UNIQUE) != 0);
+  return selected_records(*database_of(view), *from, order, operation_text(keys, flags), name);
+}

@@ -1,0 +1,136 @@
+#include "engine/source/source.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "base/mapped_file.h"
+#include "engine/source/flat/flat_file.h"
+#include "platform/elog.h"
+#include "platform/text.h"
+
+namespace triglub {
+
+namespace {
+
+enum class PathKind { none, file, folder };
+
+// What cannot be looked at counts as a file, and so does a link to nothing: that it cannot be read is told when it is
+// opened, and no table is taken for empty that may have rows.
+PathKind kind_of(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) == 0) return S_ISDIR(status.st_mode) ? PathKind::folder : PathKind::file;
+  if (errno != ENOENT && errno != ENOTDIR) return PathKind::file;
+  return lstat(path.c_str(), &status) == 0 ? PathKind::file : PathKind::none;
+}
+
+std::string folder_of(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// "{css}" and the like in a descriptor's path stand for the database's name.
+std::string with_name(std::string_view entry, const std::string& name) {
+  std::string out;
+  while (!entry.empty()) {
+    const std::size_t open = entry.find('{');
+    const std::size_t close = open == std::string_view::npos ? std::string_view::npos : entry.find('}', open);
+    if (close == std::string_view::npos) break;
+    out += entry.substr(0, open);
+    out += name;
+    entry.remove_prefix(close + 1);
+  }
+  out += entry;
+  return out;
+}
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  while (true) {
+    const std::size_t at = text.find(separator);
+    parts.push_back(text.substr(0, at));
+    if (at == std::string_view::npos) return parts;
+    text.remove_prefix(at + 1);
+  }
+}
+
+}  // namespace
+
+std::optional<Source> Source::find(const std::string& prefix) {
+  Source source;
+  const std::size_t slash = prefix.rfind('/');
+  source.name_ = slash == std::string::npos ? prefix : prefix.substr(slash + 1);
+  source.folder_ = folder_of(prefix);
+  source.prefixes_.push_back(prefix);
+  const PathKind kind = kind_of(prefix);
+  if (kind == PathKind::file && !source.read_descriptor(prefix)) return std::nullopt;
+  if (source.schema_ == nullptr) source.schema_ = Schema::standard();
+  if (source.schema_ == nullptr) return std::nullopt;
+  if (kind == PathKind::file || (!source.name_.empty() && source.has_any_table())) return source;
+  if (source.name_.empty() || kind == PathKind::folder) {
+    elog_complain(0, "%s: is a folder; a database is named by the common beginning of its files, %s%sNAME",
+                  prefix.c_str(), prefix.c_str(), source.name_.empty() ? "" : "/");
+  } else {
+    elog_complain(0, "%s: there is no such database (neither a descriptor %s nor any table file such as %s.site)",
+                  prefix.c_str(), prefix.c_str(), prefix.c_str());
+  }
+  return std::nullopt;
+}
+
+bool Source::read_descriptor(const std::string& path) {
+  std::string fault;
+  const auto file = MappedFile::open(path, &fault);
+  if (file == nullptr) {
+    elog_complain(0, "%s: the descriptor cannot be read: %s", path.c_str(), fault.c_str());
+    return false;
+  }
+  std::string schema;
+  std::vector<std::string> further;
+  for (const std::string_view line : split(file->bytes(), '\n')) {
+    const std::string_view entry = trimmed(line);
+    const std::size_t blank = std::min(entry.find_first_of(" \t"), entry.size());
+    const std::string_view key = entry.substr(0, blank);
+    const std::string value(trimmed(entry.substr(blank)));
+    if (value.empty()) continue;
+    if (key == "schema") schema = value;
+    if (key == "dbpath") further.push_back(value);
+  }
+  for (const std::string& list : further) {
+    for (const std::string_view part : split(list, ':')) {
+      std::string place = with_name(trimmed(part), name_);
+      if (place.empty()) continue;
+      if (!place.starts_with("/")) place.insert(0, "/").insert(0, folder_);
+      if (kind_of(place) == PathKind::folder) place += (place.ends_with("/") ? "" : "/") + name_;
+      prefixes_.push_back(place);
+    }
+  }
+  if (schema.empty()) return true;
+  schema_ = Schema::named(schema, folder_);
+  if (schema_ == nullptr) elog_complain(0, "%s: the descriptor names a schema that cannot be used", path.c_str());
+  return schema_ != nullptr;
+}
+
+bool Source::has_any_table() const {
+  const auto& tables = schema_->tables();
+  return std::any_of(tables.begin(), tables.end(),
+                     [this](const TableSchema& t) { return !table_file(t.name).empty(); });
+}
+
+std::string Source::table_file(const std::string& table) const {
+  for (const std::string& prefix : prefixes_) {
+    std::string path = prefix;
+    path.append(".").append(table);
+    if (kind_of(path) != PathKind::none) return path;
+  }
+  return "";
+}
+
+std::unique_ptr<Table> Source::load(const TableSchema& table) const {
+  const std::string path = table_file(table.name);
+  if (path.empty()) return std::make_unique<Table>(table, folder_);
+  return load_flat_file(table, path, folder_of(path));
+}
+
+}  // namespace triglub

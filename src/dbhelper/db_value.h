@@ -1,0 +1,25 @@
+// Single values of a view, for the files of the conversion that ask for the same field again and again.
+#ifndef TRIGLUB_SRC_DBHELPER_DB_VALUE_H
+#define TRIGLUB_SRC_DBHELPER_DB_VALUE_H
+
+#include <array>
+#include <string>
+
+#include "platform/database.h"
+
+namespace triglub {
+
+// Room for one value as text, as dbget asks for it.
+inline constexpr std::size_t LONGEST_VALUE = 1024;  // with its zero byte
+using ValueText = std::array<char, LONGEST_VALUE>;
+
+// The trimmed text of the handle's field and record, in place of what *text held. Throws as db_fieldlookup does, with
+// the field's name.
+void read_value(Dbptr db, const std::string& field, std::string* text);
+
+// As get_nullvalue; the text stays for the life of the process.
+const std::string& null_value(Dbptr db);
+
+}  // namespace triglub
+
+#endif
