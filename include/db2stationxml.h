@@ -21,11 +21,11 @@
 #ifndef TRIGLUB_DB2STATIONXML_H
 #define TRIGLUB_DB2STATIONXML_H
 
-#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
 
+#include "conversion.h"
 #include "elements.h"
 #include "platform/containers.h"
 #include "platform/database.h"
@@ -67,7 +67,7 @@ TRIGLUB_API void xml_create_group_line(std::ostream& out, Dbptr db, const Elemen
 
 // As xml_create_node, but each group line of this one node is handed to `write_group_line` instead of being written:
 // for a program that has its own way to find the records of the groups.
-using GroupLineWriter = std::function<void(const ElementDescription& line)>;
+using GroupLineWriter = triglub::GroupLineHandler;
 TRIGLUB_API void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index,
                                  const GroupLineWriter& write_group_line);
 

@@ -12,6 +12,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/containers.h"
@@ -60,6 +61,8 @@ class TRIGLUB_API ElementDescription {
   bool is_numeric_group() const;      // "CATEGORIZED_BY_NUMBER"
   bool is_stage() const;              // "STAGE"
   bool is_count() const;              // "count"
+  // True when the line names another group definition that is written: a plain or categorized group, not ignored.
+  bool leads_to_group() const;
 
   // True for ignored lines, empty values, "text" and "count": the value stays as it stands in the file.
   bool is_constant() const;
@@ -77,6 +80,11 @@ class TRIGLUB_API ElementDescription {
   std::string type_;
   std::string value_;
 };
+
+namespace triglub {
+// True for the words of the type field that the library knows, "text" and "count" among them.
+TRIGLUB_API bool is_type_keyword(std::string_view word);
+}  // namespace triglub
 
 // One description a non-null line of the list, which is not changed.
 TRIGLUB_API std::vector<ElementDescription> Tbl2ElementDescription(Tbl* list);

@@ -7,14 +7,31 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "platform/database.h"
 #include "platform/export.h"
 #include "platform/response.h"
 
 namespace triglub {
-class FilterTexts;
-}
+
+// The response file that a stage row names with its fields dir and dfile.
+struct TRIGLUB_API StageFile {
+  std::string_view dir;
+  std::string_view dfile;
+
+  // False for a row without a filter, whose dfile is null.
+  bool is_named() const { return dfile != "-"; }
+  // False for what a ResponseCache does not look for: the null of either field is a dash, and whatever else begins with
+  // one says "no file" there as well.
+  bool is_looked_for() const { return !dir.starts_with('-') && !dfile.starts_with('-'); }
+  // "DIR/DFILE", as simplefile().
+  std::string name() const;
+};
+
+class StageRow;
+
+}  // namespace triglub
 
 // The file name of a stage row that names no response file: null directory, slash, null file.
 TRIGLUB_API extern const std::string EMPTYFILENAME;
@@ -25,7 +42,8 @@ TRIGLUB_API std::string simplefile(std::string dir, std::string dfile);
 // The text of a field of the handle's record, or `fallback` when it cannot be read. Never fails.
 TRIGLUB_API std::string dbget_stringv(Dbptr db, std::string field, std::string fallback);
 
-// The parsed response files of a stage table, one entry a distinct file, by "DIR/DFILE". Owns the responses.
+// The parsed response files of a stage table, one entry a distinct file, by "DIR/DFILE". Owns the responses. Threads
+// may share a cache to which nothing is added any more.
 class TRIGLUB_API ResponseCache {
  public:
   // Reads every distinct response file that the rows of `table` name (in practice "stage"; the fields read are always
@@ -43,17 +61,11 @@ class TRIGLUB_API ResponseCache {
   // The response, which belongs to the cache; null when there is none.
   Response* get(std::string dir, std::string dfile) const;
   Response* get(std::string name) const;
-  // The filter block of a group of one of these responses (fir_as_xml, paz_as_xml or fap2_as_xml of its filter),
-  // written once and then kept: thousands of channels share a response. Valid until the next call. The responses must
-  // not be changed after the first.
-  const std::string& filter_block(const ResponseGroup& group, const std::string& input_units,
-                                  const std::string& output_units) const;
   // Reads fullfile(name) and keeps it. False for EMPTYFILENAME, a name already there, a file that cannot be read.
   bool add(std::string name);
 
  private:
   std::map<std::string, Response*> responses_;
-  std::unique_ptr<triglub::FilterTexts> texts_;
   std::string base_directory_;
 };
 
@@ -70,8 +82,10 @@ class TRIGLUB_API XmlResponse {
   // 'problems with response file "NAME"' when the row names a file that the cache does not hold.
   XmlResponse(Dbptr db, std::string table);
   ~XmlResponse();
+  XmlResponse(const XmlResponse& other);
+  XmlResponse& operator=(const XmlResponse& other);
 
-  // The cache must outlive every later use; it stays until the next call.
+  // The cache must outlive every later use; it stays until the next call. Its responses must not change meanwhile.
   static void set_cache(ResponseCache& cache);
   // Puts the unit chain and the field buffers back to where a new process has them, for programs that write
   // documents which must not depend on each other.
@@ -93,28 +107,7 @@ class TRIGLUB_API XmlResponse {
   std::string decimation_as_xml(Fir* fir);
 
  private:
-  // A kept block, if any, and what comes behind it.
-  struct StageText {
-    const std::string* block = nullptr;
-    std::string rest;
-  };
-  StageText stage_text(int stage);
-  const std::string* filter_block(const ResponseGroup& group) const;
-
-  std::string filename_;
-  Response* response_ = nullptr;  // belongs to the cache:
-  const ResponseCache* found_in_ = nullptr;
-  int stageid_ = -1;
-  std::string input_units_;
-  std::string output_units_;
-  std::string gain_type_;
-  double nominal_gain_ = 0.0;
-  double calibration_frequency_ = -1.0;  // Hz
-  int decimation_factor_ = -1;           // -1: none
-  int izero_ = -1;
-  double sample_rate_ = -1.0;  // samples per second; the stage's input rate once a response is loaded
-
-  static ResponseCache* resp_cache;
+  std::unique_ptr<triglub::StageRow> row_;
 };
 
 // The blocks <PolesZeros> and <Coefficients>. Units are inserted as they are.

@@ -36,6 +36,9 @@ class TRIGLUB_API XmlAttribute {
 // The tags of one element. The name "-" makes a transparent element: both tags are empty.
 class TRIGLUB_API ElementTag {
  public:
+  // The name of an element that groups others without being seen itself.
+  static constexpr const char* kTransparentName = "-";
+
   // Each throws std::runtime_error "Unsafe tag: NAME" for a name that is not safe. Attributes are taken as they are:
   // empty, or pieces that each begin with a blank; the list form puts that blank before each item.
   explicit ElementTag(std::string name);

@@ -1,8 +1,10 @@
 // The master view keeps a channel epoch only where it finds its station codes, channel codes, network, site, sensor and
 // calibration. The epochs that are not in it are joined once more, with outer joins, to see which of these is missing.
+#include <algorithm>
 #include <array>
 
 #include "dbhelper.h"
+#include "station_views.h"
 #include "tool/findings.h"
 
 namespace triglub::tool {
@@ -24,35 +26,13 @@ std::vector<std::uint32_t> rows_not_in(Dbptr sitechan, Dbptr view) {
   return rows;
 }
 
-Dbptr apply_steps(Dbptr view, const std::vector<std::string>& steps) {
-  Tbl* list = newtbl(static_cast<int>(steps.size()));
-  for (const std::string& step : steps) pushtbl(list, step.c_str());
-  const Dbptr result = dbprocess(view, list, nullptr);
-  freetbl(list, nullptr);
-  return result;
-}
-
-Dbptr join_network(Dbptr view) {
-  Tbl* mine = newtbl(1);
-  Tbl* theirs = newtbl(1);
-  pushtbl(mine, "snetsta.snet");
-  pushtbl(theirs, "network.net");
-  const Dbptr result = dbjoin(view, table_of(view, "network"), &mine, &theirs, 1, nullptr, nullptr);
-  freetbl(mine, nullptr);
-  freetbl(theirs, nullptr);
-  return result;
-}
-
 // The rows with what can be found for them; restricted as the master view is, with the same tables at hand.
 Dbptr join_what_there_is(const Request& request, Dbptr rows) {
-  std::vector<std::string> steps = {"dbjoin -o snetsta", "dbjoin -o schanloc sta chan"};
-  for (const auto& [field, pattern] : request.conditions) {
-    steps.emplace_back("dbsubset ").append(field).append("=~").append(pattern);
-  }
-  const Dbptr selected = apply_steps(rows, steps);
-  const Dbptr with_network = join_network(selected);
-  const Dbptr joined = apply_steps(with_network, {"dbjoin -o site", "dbjoin -o sensor", "dbjoin -o calibration"});
-  release_view(selected);
+  Subset subset(request.conditions);
+  const Dbptr coded = coded_channels(rows, Partners::optional, subset.array(), false);
+  const Dbptr with_network = with_networks(coded, Partners::optional, nullptr);
+  const Dbptr joined = with_station_tables(with_network, Partners::optional, false);
+  release_view(coded);
   release_view(with_network);
   return joined;
 }

@@ -3,6 +3,7 @@
 
 #include "dbhelper.h"
 #include "platform/response.h"
+#include "resp_helper.h"
 #include "tool/findings.h"
 
 namespace triglub::tool {
@@ -59,33 +60,28 @@ class StageCheck {
       for (std::uint32_t record = dfile.begin; record < dfile.end;) {
         while (dir->end <= record) ++dir;
         const std::uint32_t end = std::min(dir->end, dfile.end);
-        if (dfile.text != "-") check_file(dir->text, dfile.text, record, end);  // "-": a gain without a filter
+        const StageFile file{dir->text, dfile.text};
+        if (file.is_named()) check_file(file, record, end);
         record = end;
       }
     }
   }
 
-  void check_file(std::string_view dir, std::string_view dfile, std::uint32_t begin, std::uint32_t end) {
+  void check_file(const StageFile& file, std::uint32_t begin, std::uint32_t end) {
     // The texts of a column are kept once each, so that the place of one tells it from the others.
-    const auto [known, is_new] = reasons_.try_emplace({dir.data(), dfile.data()});
-    if (is_new) known->second = reason_for(dir, dfile);
+    const auto [known, is_new] = reasons_.try_emplace({file.dir.data(), file.dfile.data()});
+    if (is_new) known->second = reason_for(file);
     if (known->second.empty()) return;
     for (view_.record = begin; view_.record < end; ++view_.record) {
-      findings_.left_out("stages without their filter: " + known->second, name(file_of(dir, dfile)));
+      findings_.left_out("stages without their filter: " + known->second, name(file.name()));
     }
   }
 
-  static std::string file_of(std::string_view dir, std::string_view dfile) {
-    return std::string(dir) + "/" + std::string(dfile);
-  }
-
-  std::string reason_for(std::string_view dir, std::string_view dfile) {
-    if (dir.starts_with('-') || dfile.starts_with('-')) {
-      return "the row names no folder, or a name that begins with '-'";
-    }
+  std::string reason_for(const StageFile& named) {
+    if (!named.is_looked_for()) return "the row names no folder, or a name that begins with '-'";
     Response* response = nullptr;
     std::string fault;
-    const std::string file = file_of(dir, dfile);
+    const std::string file = named.name();
     const int status = read_response((folder_ + "/" + file).c_str(), &response, &fault);
     if (status == 0) {
       std::string reason = reason_of(*response);

@@ -5,28 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "dbhelper.h"
+#include "elements.h"
 #include "platform/elog.h"
 
 namespace triglub::tool {
 
 namespace {
-
-// The third word of a line: what its value is.
-std::string type_of(const std::string& line) {
-  std::size_t at = 0;
-  std::string word;
-  for (int i = 0; i < 3; ++i) {
-    at = line.find_first_not_of(' ', at);
-    if (at == std::string::npos) return "";
-    const std::size_t end = std::min(line.find(' ', at), line.size());
-    word = line.substr(at, end - at);
-    at = end;
-  }
-  return word;
-}
-
-bool is_known(const std::string& type) { return type == "text" || type == "count" || INTERPRETERS.contains(type); }
 
 class TreeCheck {
  public:
@@ -84,16 +68,16 @@ class TreeCheck {
       const ElementDescription line(text.c_str());
       const std::string place = std::to_string(pf_line(pf_, key.c_str(), i)) + ": " + key;
       if (line.is_ignored()) continue;
-      if (!is_known(type_of(text))) warn_of_type(place, text);
-      if (may_nest && (line.is_group() || line.is_categorized_group())) check_group(line.name(), place);
+      if (!is_type_keyword(line.type())) warn_of_type(place, text, line.type());
+      if (may_nest && line.leads_to_group()) check_group(line.name(), place);
     }
   }
 
   // Parameter files live with it that an unknown type is taken as degrees of latitude, so it is no more than
   // suspicious.
-  void warn_of_type(const std::string& place, const std::string& line) const {
+  void warn_of_type(const std::string& place, const std::string& line, const std::string& type) const {
     elog_complain(0, "%s:%s: '%s': the type '%s' is not known and is taken as deg_lat", pf_path(pf_), place.c_str(),
-                  line.c_str(), type_of(line).c_str());
+                  line.c_str(), type.c_str());
   }
 
   void complain(const std::string& fault) {

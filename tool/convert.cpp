@@ -14,7 +14,6 @@ namespace triglub::tool {
 
 namespace {
 
-constexpr unsigned int RESPONSE_LEVEL = 0x40;
 constexpr const char* DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
 Pf* read_parameters(const std::string& name) {
@@ -39,10 +38,10 @@ bool accept(const Findings& findings, bool strict) {
   return false;
 }
 
-Findings look_for_gaps(const Request& request, Dbptr everything) {
+Findings look_for_gaps(const Request& request, DetailLevel level, Dbptr everything) {
   Findings findings;
   check_dates(everything, &findings);
-  if ((request.flags & RESPONSE_LEVEL) != 0) check_stages(everything, &findings);
+  if (level == DetailLevel::response) check_stages(everything, &findings);
   check_channels(request, everything, &findings);
   return findings;
 }
@@ -58,16 +57,18 @@ int write(const ConvertOptions& options, const Request& request, Dbptr everythin
 }
 
 int run(const ConvertOptions& options) {
+  Conversion conversion;
   Request request;
   request.source = options.source;
+  request.conversion = &conversion;
   set_threads(options.jobs);
   if (dbopen(options.source.c_str(), "r", &request.db) != 0) return EXIT_FAILURE;
   request.pf = read_parameters(options.parameters);
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
   request.conditions = options.conditions;
-  request.flags = options.level | options.verbosity;
+  request.flags = flags_for(options.level, options.verbosity);
   const Dbptr everything = master_view(request);
-  const Findings findings = look_for_gaps(request, everything);
+  const Findings findings = look_for_gaps(request, options.level, everything);
   if (findings.any_fault()) elog_die(0, "%s: faults in the tables; nothing is written", options.source.c_str());
   if (is_empty(everything)) {
     findings.report();

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "conversion.h"
 #include "tool/subset.h"
 
 namespace triglub::tool {
@@ -14,7 +15,7 @@ struct ConvertOptions {
   std::string source;
   std::string output;  // empty: standard output
   std::string parameters = "stationxml";
-  unsigned int level = 0x40;   // the library's flag of the detail level
+  DetailLevel level = DetailLevel::response;
   unsigned int verbosity = 0;  // 0 to 3
   Conditions conditions;
   bool strict = false;

@@ -27,8 +27,10 @@ constexpr const char* EXAMPLES = R"(Examples:
 A database is named by the common beginning of its files: /net/aak/aak for /net/aak/aak.site and so on.
 Exit status: 0 done, 1 the data could not be converted, 2 wrong usage.)";
 
-const std::map<std::string, unsigned int> LEVELS = {
-    {"network", 0x08}, {"station", 0x10}, {"channel", 0x20}, {"response", 0x40}};
+const std::map<std::string, triglub::DetailLevel> kLevels = {{"network", triglub::DetailLevel::network},
+                                                             {"station", triglub::DetailLevel::station},
+                                                             {"channel", triglub::DetailLevel::channel},
+                                                             {"response", triglub::DetailLevel::response}};
 
 // What the line says in words that are still to be understood.
 struct Words {
@@ -47,7 +49,7 @@ void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Words& w
       ->capture_default_str();
   convert->add_option("--level", words.level, "how far down: network, station, channel or response (default)")
       ->type_name("LEVEL")
-      ->check(CLI::IsMember(LEVELS).description(""));
+      ->check(CLI::IsMember(kLevels).description(""));
   convert
       ->add_option("--subset", words.subsets,
                    "only records whose field matches the regular expression as a whole; repeatable")
@@ -88,7 +90,7 @@ int main(int argc, char** argv) {
     return app.exit(e) == 0 ? EXIT_SUCCESS : WRONG_USAGE;
   }
   if (!read_subsets(words.subsets, &options.conditions)) return WRONG_USAGE;
-  options.level = LEVELS.at(words.level);
+  options.level = kLevels.at(words.level);
   options.verbosity = std::min(static_cast<unsigned int>(words.verbose), MAX_VERBOSITY);
   return triglub::tool::convert(options);
 }

@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "dbhelper.h"
+#include "fatal_failure.h"
 
 namespace triglub::tool {
 
@@ -27,6 +28,8 @@ void show_message(ElogLevel level, const char* text, void* /*context*/) {
 void die_of_exception(const std::string& source) {
   try {
     throw;
+  } catch (const FatalFailure& failure) {
+    elog_die(0, "%s", failure.what());
   } catch (const dbquery_error&) {
     // Its text tells no more than that; the engine has told the cause.
     elog_die(0, "%s: the tables cannot be joined; nothing is written", source.c_str());

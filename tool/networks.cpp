@@ -8,7 +8,7 @@
 
 #include "dbhelper.h"
 #include "platform/elog.h"
-#include "resp_helper.h"
+#include "station_views.h"
 #include "tool/messages.h"
 #include "tool/workers.h"
 
@@ -22,14 +22,10 @@ SmartIndex all_records(Dbptr view) { return {static_cast<unsigned long>(db_nrecs
 
 ElementGroup root_group(Pf* pf) { return {pf, pfget_string(pf, std::string("root_node"))}; }
 
-bool is_group_line(const ElementDescription& line) {
-  return !line.is_ignored() && (line.is_group() || line.is_categorized_group());
-}
-
 // The first group line of the root; null when it has none.
 const ElementDescription* first_group_line(const ElementGroup& root) {
   for (std::size_t i = 0; i < root.element_count(); ++i) {
-    if (is_group_line(root[i])) return &root[i];
+    if (root[i].leads_to_group()) return &root[i];
   }
   return nullptr;
 }
@@ -42,15 +38,8 @@ const ElementDescription* network_line(const ElementGroup& root) {
 
 // The view in which networks are told apart, small as it is: channels with their station and channel codes.
 Dbptr code_view(const Request& request) {
-  std::vector<std::string> steps = {"dbopen sitechan", "dbjoin snetsta", "dbjoin schanloc sta chan"};
-  for (const auto& [field, pattern] : request.conditions) {
-    steps.emplace_back("dbsubset ").append(field).append("=~").append(pattern);
-  }
-  Tbl* list = newtbl(static_cast<int>(steps.size()));
-  for (const std::string& step : steps) pushtbl(list, step.c_str());
-  const Dbptr view = dbprocess(request.db, list, nullptr);
-  freetbl(list, nullptr);
-  return view;
+  Subset subset(request.conditions);
+  return coded_channels(request.db, Partners::required, subset.array(), false);
 }
 
 bool has_field(Dbptr view, const std::string& field) {
@@ -66,7 +55,7 @@ std::optional<std::vector<std::string>> networks_of(const Request& request, cons
     release_view(view);
     return std::nullopt;
   }
-  auto codes = get_categories(view, *line, all_records(view));
+  auto codes = request.conversion->categories(view, *line, all_records(view));
   release_view(view);
   return codes;
 }
@@ -125,18 +114,18 @@ Dbptr in_record_order(Dbptr view, Pf* pf) {
   return sorted;
 }
 
-void write_group_lines(std::ostream& out, Dbptr view, const ElementGroup& root) {
+void write_group_lines(std::ostream& out, const Request& request, Dbptr view, const ElementGroup& root) {
   const SmartIndex all = all_records(view);
   for (std::size_t i = 0; i < root.element_count(); ++i) {
-    if (is_group_line(root[i])) xml_create_group_line(out, view, root, root[i], all);
+    if (root[i].leads_to_group()) request.conversion->write_group_line(out, view, root, root[i], all);
   }
 }
 
 // `all`: the network's records.
 void write_network(std::ostream& out, const Request& request, const ElementGroup& root, Dbptr all) {
-  XmlResponse::forget_units();
+  request.conversion->forget_units();
   const Dbptr view = in_record_order(all, request.pf);
-  write_group_lines(out, view, root);
+  write_group_lines(out, request, view, root);
   release_view(view);
 }
 
@@ -163,8 +152,8 @@ void write_everything(std::ostream& out, const Request& request, const ElementGr
   const Dbptr view = in_record_order(everything, request.pf);
   const ElementDescription* line = network_line(root);
   if (line != nullptr) warn_of_interleaving(view, *line);
-  XmlResponse::forget_units();
-  xml_create_node(out, view, root, all_records(view));
+  request.conversion->forget_units();
+  request.conversion->write_node(out, view, root, all_records(view));
   release_view(view);
 }
 
@@ -192,7 +181,7 @@ std::optional<std::vector<ViewMaker>> network_views(const Request& request, cons
 
 Dbptr master_view(const Request& request) {
   Subset subset(request.conditions);
-  return prepare_conversion(request.db, request.pf, subset.array(), request.flags);
+  return request.conversion->prepare(request.db, request.pf, subset.array(), request.flags);
 }
 
 void write_document(Output& output, const Request& request, Dbptr everything, unsigned int jobs) {
@@ -204,17 +193,18 @@ void write_document(Output& output, const Request& request, Dbptr everything, un
   }
   bool written = false;
   // The root's own values are those that one conversion of everything would write.
-  xml_create_node(output.stream(), everything, root, all_records(everything), [&](const ElementDescription&) {
-    if (written) return;
-    written = true;
-    write_in_order(output, networks->size(), jobs, [&](std::ostream& out, std::size_t i) {
-      try {
-        write_network(out, request, root, (*networks)[i]());
-      } catch (...) {
-        die_of_exception(request.source);
-      }
-    });
-  });
+  request.conversion->write_node(
+      output.stream(), everything, root, all_records(everything), [&](const ElementDescription&) {
+        if (written) return;
+        written = true;
+        write_in_order(output, networks->size(), jobs, [&](std::ostream& out, std::size_t i) {
+          try {
+            write_network(out, request, root, (*networks)[i]());
+          } catch (...) {
+            die_of_exception(request.source);
+          }
+        });
+      });
   release_view(everything);
 }
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "db2stationxml.h"
+#include "conversion.h"
 #include "tool/output.h"
 #include "tool/subset.h"
 
@@ -19,6 +19,7 @@ namespace triglub::tool {
 // What is to be converted, and how.
 struct Request {
   std::string source;  // the database by name, for messages
+  triglub::Conversion* conversion = nullptr;
   Dbptr db;
   Pf* pf = nullptr;
   Conditions conditions;

@@ -1,10 +1,8 @@
 // Checked queries: what the database library reports as a status becomes an exception, its texts become strings.
-#include <map>
-
 #include "dbhelper.h"
 #include "dbhelper/db_value.h"
 #include "platform/elog.h"
-#include "platform/text.h"
+#include "state/process_state.h"
 
 namespace {
 
@@ -32,8 +30,8 @@ dbquery_error::~dbquery_error() = default;
 const char* dbquery_error::what() const noexcept { return "invalid response from querying the database"; }
 
 int dbquery(Dbptr db, int code, std::string& value) {
-  // Asked twice: a source may fail the query that makes it load a table and answer the next one. Callers get to know
-  // the status of the first, and whatever text can be had by the second.
+  // Asked twice, as callers of the interface have it: they get the status of the first answer and the text of the
+  // second, and an engine that answers differently the second time is seen to.
   const char* text = nullptr;
   const int status = dbquery(db, code, static_cast<void*>(&text));
   const bool answered = dbquery(db, code, static_cast<void*>(&text)) >= 0 && text != nullptr;
@@ -48,19 +46,12 @@ long db_nfields(Dbptr db) { return checked_answer<long>(db, dbFIELD_COUNT, "unsu
 int db_getfieldtype(Dbptr db) { return checked_answer<int>(db, dbFIELD_TYPE, "unsuccessful query of dbFIELD_TYPE"); }
 
 Dbptr db_setfield(Dbptr db, std::string field) {
-  const Dbptr found = dblookup(db, nullptr, nullptr, field.c_str(), nullptr);
+  // The engine takes the empty name for none given, and would leave the handle as it is.
+  const Dbptr found = field.empty() ? Dbptr() : dblookup(db, nullptr, nullptr, field.c_str(), nullptr);
   // A plain runtime_error: an unknown name is a fault of the caller's parameter file, not of the query, and must get
   // past those who put up with a value that cannot be read.
   if (found.field == dbINVALID) throw std::runtime_error("db field [" + field + "] not found");
   return found;
-}
-
-void triglub::read_value(Dbptr db, const std::string& field, std::string* text) {
-  ValueText value;
-  if (dbget(db, value.data()) == dbINVALID) {
-    throw dbquery_error("dbget was unable to retrieve value of field [" + field + "]");
-  }
-  *text = strtrim(value.data());
 }
 
 std::string db_fieldlookup(Dbptr db, std::string field) {
@@ -77,17 +68,7 @@ std::string db_fieldlookup(Dbptr db, std::string field, std::string fallback) {
   }
 }
 
-const std::string& triglub::null_value(Dbptr db) {
-  // The key is the field's position alone, so fields of different tables share an entry: within the one master view a
-  // position says all, and documents made so far rely on the first answer of a process standing.
-  static std::map<std::int64_t, std::string> known;
-  const auto [entry, is_new] = known.try_emplace(db.field * 1001);
-  // A query that fails leaves the empty text, and is not asked again.
-  if (is_new) dbquery(db, dbNULL_VALUE, entry->second);
-  return entry->second;
-}
-
-std::string get_nullvalue(Dbptr db) { return triglub::null_value(db); }
+std::string get_nullvalue(Dbptr db) { return triglub::null_value(triglub::process_state(), db); }
 
 std::string get_nullvalue(Dbptr db, std::string field) { return get_nullvalue(db_setfield(db, std::move(field))); }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/database.h"
+#include "state/conversion_state.h"
 
 namespace triglub {
 
@@ -17,8 +18,8 @@ using ValueText = std::array<char, LONGEST_VALUE>;
 // the field's name.
 void read_value(Dbptr db, const std::string& field, std::string* text);
 
-// As get_nullvalue; the text stays for the life of the process.
-const std::string& null_value(Dbptr db);
+// As get_nullvalue; the text stays for the life of the state.
+const std::string& null_value(ConversionState& state, Dbptr db);
 
 }  // namespace triglub
 

@@ -1,11 +1,15 @@
 // One line of the element tree.
+#include <algorithm>
 #include <stdexcept>
 #include <string_view>
 
 #include "dbhelper.h"
 #include "elements.h"
+#include "elements/keywords.h"
 #include "platform/text.h"
 #include "xml.h"
+
+using triglub::LineShape;
 
 namespace {
 
@@ -18,7 +22,17 @@ std::string_view take_word(std::string_view& line) {
   return word;
 }
 
+// An unknown keyword is evaluated as deg_lat is.
+LineShape shape_of(const std::string& type) {
+  const triglub::Keyword* keyword = triglub::find_keyword(type);
+  return keyword == nullptr ? LineShape::value : keyword->shape;
+}
+
 }  // namespace
+
+void triglub::refuse_to_evaluate_group() {
+  throw std::logic_error("Cannot evaluate groups in ElementDescription::evaluate. (yet?)");
+}
 
 ElementDescription::ElementDescription(char const* line) {
   std::string_view rest = line == nullptr ? "" : line;
@@ -34,16 +48,21 @@ std::string ElementDescription::type() const { return type_; }
 std::string ElementDescription::value() const { return value_; }
 bool ElementDescription::is_ignored() const { return flag_ == 'x'; }
 bool ElementDescription::is_required() const { return flag_ == 'r'; }
-bool ElementDescription::is_group() const { return type_ == "GROUP"; }
-bool ElementDescription::is_categorized_group() const { return type_ == "CATEGORIZED_GROUP" || is_numeric_group(); }
-bool ElementDescription::is_numeric_group() const { return type_ == "CATEGORIZED_BY_NUMBER"; }
-bool ElementDescription::is_stage() const { return type_ == "STAGE"; }
-bool ElementDescription::is_count() const { return type_ == "count"; }
+bool ElementDescription::is_group() const { return shape_of(type_) == LineShape::group; }
+bool ElementDescription::is_categorized_group() const {
+  return shape_of(type_) == LineShape::categories || is_numeric_group();
+}
+bool ElementDescription::is_numeric_group() const { return shape_of(type_) == LineShape::number_categories; }
+bool ElementDescription::is_stage() const { return shape_of(type_) == LineShape::stage; }
+bool ElementDescription::is_count() const { return shape_of(type_) == LineShape::count; }
+bool ElementDescription::leads_to_group() const { return !is_ignored() && (is_group() || is_categorized_group()); }
 
-bool ElementDescription::is_constant() const { return is_ignored() || value_.empty() || type_ == "text" || is_count(); }
+bool ElementDescription::is_constant() const {
+  return is_ignored() || value_.empty() || shape_of(type_) == LineShape::text || is_count();
+}
 
 void ElementDescription::evaluate(Dbptr db) {
-  if (is_group()) throw std::logic_error("Cannot evaluate groups in ElementDescription::evaluate. (yet?)");
+  if (is_group()) triglub::refuse_to_evaluate_group();
   if (!is_constant()) value_ = eval_as_type(db, value_.c_str(), type_);
 }
 

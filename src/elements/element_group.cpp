@@ -17,10 +17,6 @@ std::vector<ElementDescription> lines_of(Tbl* list, const std::string& group, co
   return Tbl2ElementDescription(list);
 }
 
-bool leads_to_group(const ElementDescription& line) {
-  return !line.is_ignored() && (line.is_group() || line.is_categorized_group());
-}
-
 }  // namespace
 
 std::string get_group_name(Pf* pf, std::string group) {
@@ -98,6 +94,6 @@ void navigateElementTree(Pf* pf, std::string group, unsigned long depth) {
   if (depth > MAX_NODE_DEPTH) throw std::runtime_error("Exceeded maximum node depth");
   const ElementGroup node(pf, std::move(group));
   for (std::size_t i = 0; i < node.element_count(); ++i) {
-    if (leads_to_group(node[i])) navigateElementTree(pf, node[i].name(), depth + 1);
+    if (node[i].leads_to_group()) navigateElementTree(pf, node[i].name(), depth + 1);
   }
 }

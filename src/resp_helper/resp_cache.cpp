@@ -1,13 +1,11 @@
 // The cache of parsed response files: every file that the stage rows name is read once, when the cache is made.
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
+#include <utility>
 
 #include "dbhelper.h"
 #include "dbhelper/db_value.h"
-#include "platform/text.h"
 #include "resp_helper.h"
-#include "resp_helper/filter_texts.h"
 
 const std::string EMPTYFILENAME = "-/-";
 
@@ -42,7 +40,9 @@ std::string dbget_stringv(Dbptr db, std::string field, std::string fallback) {
   return text.data();
 }
 
-ResponseCache::ResponseCache(Dbptr db, std::string table) : texts_(std::make_unique<triglub::FilterTexts>()) {
+std::string triglub::StageFile::name() const { return simplefile(std::string(dir), std::string(dfile)); }
+
+ResponseCache::ResponseCache(Dbptr db, std::string table) {
   require(!table.empty(), "table != \"\"");
   db = dblookup(db, nullptr, table.c_str(), nullptr, nullptr);
   const char* directory = nullptr;
@@ -51,22 +51,15 @@ ResponseCache::ResponseCache(Dbptr db, std::string table) : texts_(std::make_uni
   Dbptr files = sort_by_stages(db);
   const long count = db_nrecs(files);
   for (files.record = 0; files.record < count; ++files.record) {
-    // The null of either field is a dash. Whatever else begins with one says "no file" here as well.
-    std::string dir = dbget_stringv(files, "stage.dir", "-");
-    if (dir.starts_with('-')) continue;
-    std::string dfile = dbget_stringv(files, "stage.dfile", "-");
-    if (dfile.starts_with('-')) continue;
-    add(simplefile(std::move(dir), std::move(dfile)));
+    const std::string dir = dbget_stringv(files, "stage.dir", "-");
+    const std::string dfile = dbget_stringv(files, "stage.dfile", "-");
+    const triglub::StageFile file{dir, dfile};
+    if (file.is_looked_for()) add(file.name());
   }
 }
 
 ResponseCache::~ResponseCache() {
   for (const auto& [name, response] : responses_) free_response(response);
-}
-
-const std::string& ResponseCache::filter_block(const ResponseGroup& group, const std::string& input_units,
-                                               const std::string& output_units) const {
-  return texts_->of(group, input_units, output_units);
 }
 
 std::string ResponseCache::fullfile(std::string name) const { return base_directory_ + "/" + name; }

@@ -1,6 +1,6 @@
 #include "writer/node_plan.h"
 
-#include "db2stationxml/conversion.h"
+#include "elements/keywords.h"
 
 namespace triglub {
 
@@ -16,17 +16,14 @@ LineKind kind_of(const ElementDescription& line) {
 
 }  // namespace
 
-LineValue::LineValue(const ElementDescription& line, bool groups_stand) : constant_(line.value()) {
-  if (line.is_group()) {
-    if (!groups_stand) failing_ = line;
-  } else if (!line.is_constant()) {
-    bound_.emplace(line.value(), line.type());
-  }
+LineValue::LineValue(const ElementDescription& line, bool groups_stand)
+    : constant_(line.value()), is_refused_(line.is_group() && !groups_stand) {
+  if (!line.is_group() && !line.is_constant()) bound_.emplace(line.value(), line.type());
 }
 
-void LineValue::write(Dbptr db, std::string* result) {
-  if (bound_) return bound_->write(db, result);
-  if (failing_) failing_->evaluate(db);
+void LineValue::write(ConversionState& state, Dbptr db, std::string* result) {
+  if (bound_) return bound_->write(state, db, result);
+  if (is_refused_) refuse_to_evaluate_group();
   *result = constant_;
 }
 
@@ -36,7 +33,8 @@ AttributePlan::AttributePlan(const ElementDescription& line)
 LinePlan::LinePlan(const ElementDescription& line)
     : line(line), name(line.name()), kind(kind_of(line)), value(line, true) {}
 
-NodePlan::NodePlan(const ElementGroup& group) : name(group.name()), is_channel(name == "Channel") {
+NodePlan::NodePlan(const ElementGroup& group)
+    : name(group.name()), is_channel(name == "Channel"), is_transparent(name == ElementTag::kTransparentName) {
   for (std::size_t i = 0; i < group.attribute_count(); ++i) attributes.emplace_back(group.attribute(i));
   for (std::size_t i = 0; i < group.element_count(); ++i) lines.emplace_back(group[i]);
   const int line = group.find_element("SampleRate");
@@ -48,14 +46,13 @@ void NodePlan::check_names() {
   for (const AttributePlan& attribute : attributes) {
     if (!attribute.is_ignored) XmlAttribute().get(attribute.name, "");
   }
-  const ElementTag tag(name);
-  is_transparent = tag.open_tag().empty();
+  ElementTag{name};
   are_names_checked = true;
 }
 
-NodePlan& NodePlans::of(const std::string& group) {
+NodePlan& NodePlans::of(Pf* parameters, const std::string& group) {
   std::unique_ptr<NodePlan>& plan = plans_[group];
-  if (plan == nullptr) plan = std::make_unique<NodePlan>(ElementGroup(conversion_parameters(), group));
+  if (plan == nullptr) plan = std::make_unique<NodePlan>(ElementGroup(parameters, group));
   return *plan;
 }
 

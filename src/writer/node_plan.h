@@ -9,9 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "db2stationxml/category_runs.h"
 #include "dbhelper/bound_value.h"
 #include "elements.h"
+#include "state/conversion_state.h"
+#include "writer/category_runs.h"
 #include "xml.h"
 
 namespace triglub {
@@ -24,12 +25,12 @@ class LineValue {
   // A group is taken as it stands where `groups_stand`, and fails to evaluate elsewhere.
   LineValue(const ElementDescription& line, bool groups_stand);
   // In place of what *result held. Throws as ElementDescription::evaluate.
-  void write(Dbptr db, std::string* result);
+  void write(ConversionState& state, Dbptr db, std::string* result);
 
  private:
   std::string constant_;
   std::optional<BoundValue> bound_;
-  std::optional<ElementDescription> failing_;
+  bool is_refused_;
 };
 
 struct AttributePlan {
@@ -65,7 +66,7 @@ struct NodePlan {
 
   std::string name;
   bool is_channel;
-  bool is_transparent = false;  // once the names were checked
+  bool is_transparent;  // writes no tags
   bool are_names_checked = false;
   std::optional<std::size_t> samplerate;  // the element line of that name
   std::vector<AttributePlan> attributes;
@@ -75,8 +76,8 @@ struct NodePlan {
 // The plans of the groups below the root, made when first asked for.
 class NodePlans {
  public:
-  // The plan of a group of the latest parameter file. Throws as ElementGroup's constructor does.
-  NodePlan& of(const std::string& group);
+  // The plan of a group of the parameter file, which is always the same. Throws as ElementGroup's constructor does.
+  NodePlan& of(Pf* parameters, const std::string& group);
 
  private:
   std::map<std::string, std::unique_ptr<NodePlan>> plans_;

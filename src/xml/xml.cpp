@@ -18,9 +18,6 @@ bool consists_of_alphanumerics_or(std::string_view others, std::string_view name
 
 bool is_markup(char c) { return c == '&' || c == '<' || c == '>' || c == '\'' || c == '"'; }
 
-// The name of an element that groups others without being seen itself.
-constexpr std::string_view kTransparentName = "-";
-
 // Brackets, slash, line ends and the blank of a broken line.
 constexpr std::size_t kLongestMarkup = 9;
 

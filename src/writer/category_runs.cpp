@@ -1,4 +1,4 @@
-#include "db2stationxml/category_runs.h"
+#include "writer/category_runs.h"
 
 #include <algorithm>
 #include <charconv>

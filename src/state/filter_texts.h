@@ -1,7 +1,7 @@
 // Filter blocks of responses, formatted once for each filter and pair of units: thousands of channels share a response,
 // and its coefficients are most of a document.
-#ifndef TRIGLUB_SRC_RESP_HELPER_FILTER_TEXTS_H
-#define TRIGLUB_SRC_RESP_HELPER_FILTER_TEXTS_H
+#ifndef TRIGLUB_SRC_STATE_FILTER_TEXTS_H
+#define TRIGLUB_SRC_STATE_FILTER_TEXTS_H
 
 #include <string>
 #include <unordered_map>

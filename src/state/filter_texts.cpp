@@ -1,4 +1,4 @@
-#include "resp_helper/filter_texts.h"
+#include "state/filter_texts.h"
 
 #include "resp_helper.h"
 

@@ -1,8 +1,8 @@
 // The categories of a line where they are plain to see: the records that share a text of the field lie together, and
 // the text matches no other text when it is taken for a regular expression. Then the first and the last match of each
 // category enclose just its own records, and one look at every record finds them all.
-#ifndef TRIGLUB_SRC_DB2STATIONXML_CATEGORY_RUNS_H
-#define TRIGLUB_SRC_DB2STATIONXML_CATEGORY_RUNS_H
+#ifndef TRIGLUB_SRC_WRITER_CATEGORY_RUNS_H
+#define TRIGLUB_SRC_WRITER_CATEGORY_RUNS_H
 
 #include <cstdint>
 #include <optional>

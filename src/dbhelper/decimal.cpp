@@ -1,0 +1,27 @@
+#include "dbhelper/decimal.h"
+
+#include <cerrno>
+#include <charconv>
+#include <clocale>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace triglub {
+
+double number_of(const std::string& text) {
+  static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
+  char* end = nullptr;
+  errno = 0;
+  const double value = strtod_l(text.c_str(), &end, classic);
+  if (end == text.c_str()) throw std::invalid_argument("stod");
+  if (errno == ERANGE) throw std::out_of_range("stod");
+  return value;
+}
+
+std::string six_decimals(double value) {
+  char text[400];  // the largest double has 309 digits before the point
+  char* end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 6).ptr;
+  return {text, end};
+}
+
+}  // namespace triglub
