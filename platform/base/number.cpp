@@ -1,3 +1,4 @@
+// Decimal texts to numbers: plain decimals by one division, the others by the standard library.
 #include "base/number.h"
 
 #include <array>
@@ -7,11 +8,11 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/characters.h"
+
 namespace triglub {
 
 namespace {
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // std::from_chars knows no leading '+'.
 std::string_view without_plus(std::string_view text) {

@@ -1,23 +1,24 @@
 #include "parfile/grammar.h"
 
+#include <initializer_list>
+
+#include "base/characters.h"
 #include "platform/text.h"
 
 namespace triglub::parfile {
 
 namespace {
 
-char lower(char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 // True for "&Arr" and "&Tbl" in any case, alone or with a blank or a brace behind.
 bool resembles_opener(std::string_view value) {
   constexpr std::size_t LENGTH = 4;
   if (value.size() < LENGTH || value[0] != '&') return false;
-  if (value.size() > LENGTH && (WHITE_SPACE.find(value[LENGTH]) == std::string_view::npos && value[LENGTH] != '{')) {
+  if (value.size() > LENGTH && (!is_white_space(value[LENGTH]) && value[LENGTH] != '{')) {
     return false;
   }
   for (const std::string_view opener : {TABLE_OPENER, LIST_OPENER}) {
     std::size_t same = 0;
-    while (same < LENGTH && lower(value[same]) == lower(opener[same])) ++same;
+    while (same < LENGTH && to_lower(value[same]) == to_lower(opener[same])) ++same;
     if (same == LENGTH) return true;
   }
   return false;
@@ -42,7 +43,7 @@ const char* name_fault(std::string_view name) {
   if (name.starts_with(TABLE_OPENER) || name.starts_with(LIST_OPENER)) return "a block without a key";
   if (name.starts_with(CLOSER)) return "'}' with something behind it";
   if (name.find_first_of("{}") != std::string_view::npos) return "a key that holds a brace";
-  if (name.find_first_of(WHITE_SPACE) != std::string_view::npos) return "a key that holds a blank";
+  if (name.find_first_of(kWhiteSpace) != std::string_view::npos) return "a key that holds a blank";
   return text_fault(name);
 }
 

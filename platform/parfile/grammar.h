@@ -15,7 +15,6 @@ inline constexpr std::size_t MAX_BYTES = std::size_t{64} << 20;  // of a file
 inline constexpr std::string_view TABLE_OPENER = "&Arr{";
 inline constexpr std::string_view LIST_OPENER = "&Tbl{";
 inline constexpr std::string_view CLOSER = "}";
-inline constexpr std::string_view WHITE_SPACE = " \t\n\v\f\r";
 inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
 // True for a trimmed line that says nothing: it is empty or a comment.

@@ -1,7 +1,12 @@
 // Text to parameter-file object: one pass over the lines, with the open blocks on a stack of their own.
+#include <algorithm>
+#include <memory>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
+#include "base/characters.h"
 #include "parfile/grammar.h"
 #include "parfile/table.h"
 #include "platform/elog.h"
@@ -58,7 +63,7 @@ class Reader {
   }
 
   const char* take_entry(std::string_view line) {
-    const std::size_t end = std::min(line.find_first_of(WHITE_SPACE), line.size());
+    const std::size_t end = std::min(line.find_first_of(kWhiteSpace), line.size());
     const std::string_view key = line.substr(0, end);
     const std::string_view value = trimmed(line.substr(end));
     if (const char* fault = name_fault(key)) return fault;

@@ -8,6 +8,7 @@
 #include <climits>
 #include <cmath>
 
+#include "base/characters.h"
 #include "response/lines.h"
 
 namespace triglub {
@@ -62,8 +63,7 @@ std::errc parse_number(std::string_view word, Number* number) {
 
 bool is_whole_number(std::string_view word) {
   word = without_plus(word);
-  return !word.empty() && std::all_of(word.begin() + (word[0] == '-' && word.size() > 1), word.end(),
-                                      [](char c) { return c >= '0' && c <= '9'; });
+  return !word.empty() && std::all_of(word.begin() + (word[0] == '-' && word.size() > 1), word.end(), is_digit);
 }
 
 // The words of a line that begins a group.

@@ -5,16 +5,16 @@
 #include <optional>
 #include <string_view>
 
+#include "base/characters.h"
 #include "platform/text.h"
 #include "platform/timeconv.h"
 #include "time/calendar.h"
 
 namespace {
 
+using triglub::is_blank;
+using triglub::is_digit;
 using triglub::calendar::SECONDS_PER_DAY;
-
-bool is_digit(char c) { return '0' <= c && c <= '9'; }
-bool is_blank(char c) { return c == ' ' || c == '\t'; }
 
 // Reads a text from its front: what fits is taken off, and the answer says whether it did.
 class Scanner {

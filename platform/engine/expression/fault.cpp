@@ -1,10 +1,11 @@
+// A fault as people see it: a window of the expression with a caret under the place.
 #include "engine/expression/fault.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "engine/expression/characters.h"
-#include "platform/text.h"
+#include "base/characters.h"
+#include "base/utf8.h"
 
 namespace triglub::expression {
 
@@ -15,13 +16,9 @@ constexpr std::string_view CUT = "...";
 
 // A character of the expression that takes one column whatever it is.
 std::string_view shown(std::string_view character) {
-  const auto first = static_cast<unsigned char>(character.front());
-  if (character.size() == 1) {
-    if (trimmed(character).empty()) return " ";
-    return first < 0x20 || first >= 0x7F ? "?" : character;
-  }
-  const bool is_control = first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
-  return is_control ? "?" : character;
+  if (character.size() == 1 && is_white_space(character.front())) return " ";
+  const bool is_malformed = character_length(character) == 0;
+  return is_malformed || is_control(character) ? "?" : character;
 }
 
 // The expression by columns, and the column of the place.

@@ -1,9 +1,11 @@
+// Formats are taken apart here; printf gets the conversions of numbers, put together anew.
 #include "engine/expression/format.h"
 
 #include <clocale>
 #include <cstdio>
 #include <utility>
 
+#include "base/characters.h"
 #include "engine/expression/characters.h"
 
 namespace triglub::expression {
@@ -125,7 +127,7 @@ class Format::Reader {
   std::optional<std::size_t> number() {
     const std::size_t begin = at_;
     std::size_t number = 0;
-    for (; at_ < text_.size() && text_[at_] >= '0' && text_[at_] <= '9'; ++at_) {
+    for (; at_ < text_.size() && is_digit(text_[at_]); ++at_) {
       number = number * 10 + static_cast<std::size_t>(text_[at_] - '0');
       if (number > MOST) return refuse(begin, "expected a width and precision of at most 100");
     }

@@ -1,8 +1,10 @@
+// Tokens are told apart by their first character; of the symbols the longest one that fits counts.
 #include "engine/expression/lex.h"
 
 #include <charconv>
 #include <string>
 
+#include "base/characters.h"
 #include "engine/expression/fault.h"
 #include "engine/expression/numbers.h"
 
@@ -10,9 +12,7 @@ namespace triglub::expression {
 
 namespace {
 
-bool is_blank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
+bool begins_name(char c) { return is_letter(c) || c == '_'; }
 
 struct Symbol {
   std::string_view text;
@@ -62,12 +62,10 @@ const char* expected_instead(char c) {
 }  // namespace
 
 void Lexer::skip_blanks() {
-  while (at_ < text_.size() && is_blank(text_[at_])) ++at_;
+  while (at_ < text_.size() && is_white_space(text_[at_])) ++at_;
 }
 
-bool Lexer::is_name_part(std::size_t at) const {
-  return at < text_.size() && (is_letter(text_[at]) || is_digit(text_[at]));
-}
+bool Lexer::is_name_part(std::size_t at) const { return at < text_.size() && is_word_character(text_[at]); }
 
 Token Lexer::next() {
   skip_blanks();
@@ -76,7 +74,7 @@ Token Lexer::next() {
   const bool is_point_before_digit = first == '.' && at_ + 1 < text_.size() && is_digit(text_[at_ + 1]);
   if (is_digit(first) || is_point_before_digit) return number();
   if (first == '"' || first == '\'') return quoted();
-  if (is_letter(first)) return name();
+  if (begins_name(first)) return name();
   return symbol();
 }
 
@@ -115,7 +113,7 @@ Token Lexer::name() {
   while (is_name_part(at_)) ++at_;
   if (at_ < text_.size() && text_[at_] == '.') {
     ++at_;
-    if (at_ == text_.size() || !is_letter(text_[at_]))
+    if (at_ == text_.size() || !begins_name(text_[at_]))
       throw CompileError{at_, "expected a field name behind the point"};
     while (is_name_part(at_)) ++at_;
   }

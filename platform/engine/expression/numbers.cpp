@@ -1,7 +1,9 @@
+// Numbers of expressions: what a text must look like to be one, and the texts that are made of them.
 #include "engine/expression/numbers.h"
 
 #include <charconv>
 
+#include "base/characters.h"
 #include "platform/text.h"
 
 namespace triglub::expression {
@@ -10,7 +12,7 @@ namespace {
 
 std::size_t digits_at(std::string_view text, std::size_t at) {
   std::size_t n = 0;
-  while (at + n < text.size() && text[at + n] >= '0' && text[at + n] <= '9') ++n;
+  while (at + n < text.size() && is_digit(text[at + n])) ++n;
   return n;
 }
 
