@@ -3,11 +3,10 @@
 
 #include <array>
 #include <charconv>
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
 #include <string>
 
+#include "base/c_locale.h"
 #include "base/characters.h"
 
 namespace triglub {
@@ -75,9 +74,7 @@ bool parse_real(std::string_view text, double* value) {
   if (end != text.data() + text.size()) return false;
   if (error == std::errc::result_out_of_range) {
     // from_chars does not tell too large from too small; a number too small to tell from zero is still a number.
-    // The decimal point is a point, whatever locale the program runs in.
-    static const locale_t C_LOCALE = newlocale(LC_ALL_MASK, "C", nullptr);
-    number = strtod_l(std::string(text).c_str(), nullptr, C_LOCALE);
+    number = c_strtod(std::string(text).c_str(), nullptr);
   } else if (error != std::errc()) {
     return false;
   }

@@ -1,11 +1,12 @@
 // Typed values: a keyword and an expression of the parameter file to the text that stands in the document.
 #include <cerrno>
 #include <charconv>
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
 #include <memory>
+#include <stdexcept>
+#include <utility>
 
+#include "base/c_locale.h"
 #include "dbhelper.h"
 #include "dbhelper/bound_value.h"
 #include "dbhelper/db_value.h"
@@ -39,10 +40,9 @@ constexpr const char* null_mark = "<!--null-->0.0";
 
 // std::stod, but with the point of the database's texts, whatever locale the program has chosen.
 double number_of(const std::string& text) {
-  static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
   char* end = nullptr;
   errno = 0;
-  const double value = strtod_l(text.c_str(), &end, classic);
+  const double value = triglub::c_strtod(text.c_str(), &end);
   if (end == text.c_str()) throw std::invalid_argument("stod");
   if (errno == ERANGE) throw std::out_of_range("stod");
   return value;

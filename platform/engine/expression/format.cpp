@@ -1,10 +1,10 @@
 // Formats are taken apart here; printf gets the conversions of numbers, put together anew.
 #include "engine/expression/format.h"
 
-#include <clocale>
 #include <cstdio>
 #include <utility>
 
+#include "base/c_locale.h"
 #include "base/characters.h"
 #include "engine/expression/characters.h"
 
@@ -18,17 +18,12 @@ constexpr std::size_t LONGEST_NUMBER = 512;  // 309 digits before the point and 
 // Numbers are written as in C, with a point, wherever the program that uses the library comes from.
 class PlainLocale {
  public:
-  PlainLocale() : before_(uselocale(plain())) {}
+  PlainLocale() : before_(uselocale(c_locale())) {}
   ~PlainLocale() { uselocale(before_); }
   PlainLocale(const PlainLocale&) = delete;
   PlainLocale& operator=(const PlainLocale&) = delete;
 
  private:
-  static locale_t plain() {
-    static const locale_t made = newlocale(LC_ALL_MASK, "C", nullptr);
-    return made;
-  }
-
   locale_t before_;
 };
 
