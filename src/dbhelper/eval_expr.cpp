@@ -1,6 +1,9 @@
 // Expressions over one record, as the texts that stand in the document.
+#include <algorithm>
 #include <charconv>
+#include <stdexcept>
 
+#include "base/six_digits.h"
 #include "dbhelper.h"
 #include "dbhelper/bound_value.h"
 #include "platform/elog.h"
@@ -15,13 +18,6 @@ namespace {
 
 // No date at all, and not mistaken for one by a reader.
 constexpr const char* bad_date = "0000-00-00T00:00:00ERR";
-
-// The number as a stream writes it unless told otherwise, whatever locale the program has chosen.
-void write_six_digits(double value, std::string* result) {
-  char text[32];
-  char* end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr;
-  result->assign(text, static_cast<std::size_t>(end - text));
-}
 
 void write_integer(std::int64_t value, std::string* result) {
   char text[32];
@@ -76,7 +72,8 @@ void triglub::number_text(Dbptr db, BoundExpression& expression, std::string* re
   switch (expression.type()) {
     case dbREAL:
     case dbTIME:
-      return write_six_digits(value.real, result);
+      result->clear();
+      return triglub::append_six_digits(value.real, result);
     case dbINTEGER:
     case dbYEARDAY:
       return write_integer(value.whole, result);
