@@ -1,5 +1,4 @@
 // Text to parameter-file object: one pass over the lines, with the open blocks on a stack of their own.
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,6 +6,7 @@
 #include <vector>
 
 #include "base/characters.h"
+#include "base/words.h"
 #include "parfile/grammar.h"
 #include "parfile/table.h"
 #include "platform/elog.h"
@@ -38,10 +38,7 @@ class Reader {
     if (text.starts_with(BYTE_ORDER_MARK)) text.remove_prefix(BYTE_ORDER_MARK.size());
     while (!text.empty()) {
       ++line_;
-      const std::size_t end = text.find('\n');
-      const char* fault = take(trimmed(text.substr(0, end)));
-      if (fault != nullptr) return Fault{line_, fault};
-      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+      if (const char* fault = take(trimmed(take_part(&text, '\n')))) return Fault{line_, fault};
     }
     if (open_.empty()) return std::nullopt;
     return Fault{open_.back().line, "the block '" + std::string(shown(open_.back().key)) + "' is never closed"};
@@ -63,9 +60,8 @@ class Reader {
   }
 
   const char* take_entry(std::string_view line) {
-    const std::size_t end = std::min(line.find_first_of(kWhiteSpace), line.size());
-    const std::string_view key = line.substr(0, end);
-    const std::string_view value = trimmed(line.substr(end));
+    std::string_view value = line;
+    const std::string_view key = take_word(&value, kWhiteSpace);
     if (const char* fault = name_fault(key)) return fault;
     if (const char* fault = value_fault(value)) return fault;
     if (value == TABLE_OPENER || value == LIST_OPENER) return open(key, value == TABLE_OPENER);

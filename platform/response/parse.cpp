@@ -12,6 +12,7 @@
 
 #include "base/characters.h"
 #include "base/number.h"
+#include "base/words.h"
 #include "response/lines.h"
 
 namespace triglub {
@@ -63,12 +64,12 @@ struct Header {
 // True when the line begins a group. Asked of every line, so what is not is told by its first letter.
 bool read_header(std::string_view line, Header* header) {
   if (line.empty() || (line[0] != 't' && line[0] != 'm')) return false;
-  header->source = take_word(&line);
+  header->source = take_word(&line, kWhiteSpace);
   if (header->source != "theoretical" && header->source != "measured") return false;
-  header->sequence = take_word(&line);
+  header->sequence = take_word(&line, kWhiteSpace);
   if (!is_whole_number(header->sequence)) return false;
-  header->description = take_word(&line);
-  header->type = take_word(&line);
+  header->description = take_word(&line, kWhiteSpace);
+  header->type = take_word(&line, kWhiteSpace);
   header->author = line;
   return !header->type.empty();
 }
@@ -268,7 +269,7 @@ class ResponseParser {
     std::string_view rest = lines_.line();
     int count = 0;
     for (; !rest.empty() && count < kMostNumbers; ++count) {
-      const std::string_view word = take_word(&rest);
+      const std::string_view word = take_word(&rest, kWhiteSpace);
       double& number = (*numbers)[static_cast<std::size_t>(count)];
       const NumberReading reading = read_real(word, &number);
       if (reading == NumberReading::number) continue;
@@ -281,7 +282,7 @@ class ResponseParser {
   }
 
   bool fail_count(const LineKind& kind, std::string_view rest, int count) {
-    for (; !rest.empty(); ++count) take_word(&rest);
+    for (; !rest.empty(); ++count) take_word(&rest, kWhiteSpace);
     std::string expected = std::to_string(kind.required);
     if (kind.complete != kind.required) expected += " or " + std::to_string(kind.complete);
     expected += kind.complete == 1 ? " number" : " numbers";

@@ -2,6 +2,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "base/words.h"
 #include "dbhelper.h"
 #include "elements.h"
 #include "platform/text.h"
@@ -9,23 +10,17 @@
 
 namespace {
 
-// Takes the next word off the front, with the blank that ends it; empty when there is none. Only the blank separates:
-// a tab is part of a word.
-std::string_view take_word(std::string_view& line) {
-  line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-  const std::string_view word = line.substr(0, line.find(' '));
-  line.remove_prefix(std::min(word.size() + 1, line.size()));
-  return word;
-}
+// A tab is part of a word.
+constexpr std::string_view kSeparator = " ";
 
 }  // namespace
 
 ElementDescription::ElementDescription(char const* line) {
   std::string_view rest = line == nullptr ? "" : line;
-  name_ = take_word(rest);
-  const std::string_view flag = take_word(rest);
+  name_ = triglub::take_word(&rest, kSeparator);
+  const std::string_view flag = triglub::take_word(&rest, kSeparator);
   if (flag.size() == 1) flag_ = flag[0];
-  type_ = take_word(rest);
+  type_ = triglub::take_word(&rest, kSeparator);
   value_ = triglub::trimmed(rest);
 }
 
