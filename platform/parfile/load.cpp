@@ -14,7 +14,7 @@ enum Status : int { READ = 0, NOT_FOUND = -1, NOT_READABLE = -2, MALFORMED = -3 
 
 Status fail(const std::string& path, const triglub::FileReading& reading) {
   if (reading.fault == triglub::FileFault::too_large) {
-    elog_complain(0, "%s: more than %zu bytes", path.c_str(), triglub::parfile::MAX_BYTES);
+    elog_complain(0, "%s: more than %zu bytes", path.c_str(), triglub::parfile::kMaxBytes);
     return MALFORMED;
   }
   return reading.error == ENOENT || reading.error == ENOTDIR ? NOT_FOUND : NOT_READABLE;
@@ -23,7 +23,7 @@ Status fail(const std::string& path, const triglub::FileReading& reading) {
 Status read(const std::string& path, Pf** pf) {
   std::string text;
   // Another program may write a parameter file into a pipe.
-  const auto reading = triglub::read_file(path, triglub::FileKind::any, triglub::parfile::MAX_BYTES, &text);
+  const auto reading = triglub::read_file(path, triglub::FileKind::any, triglub::parfile::kMaxBytes, &text);
   if (reading.fault != triglub::FileFault::none) return fail(path, reading);
   if (pfparse(text, path.c_str(), pf) != 0) return MALFORMED;
   (*pf)->path = path;

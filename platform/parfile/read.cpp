@@ -35,7 +35,7 @@ class Reader {
   explicit Reader(Table& root) : root_(root) {}
 
   std::optional<Fault> read(std::string_view text) {
-    if (text.starts_with(BYTE_ORDER_MARK)) text.remove_prefix(BYTE_ORDER_MARK.size());
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
     while (!text.empty()) {
       ++line_;
       if (const char* fault = take(trimmed(take_part(&text, '\n')))) return Fault{line_, fault};
@@ -50,7 +50,7 @@ class Reader {
   const char* take(std::string_view line) {
     if (const char* fault = text_fault(line)) return fault;
     if (is_skipped(line)) return nullptr;
-    if (line == CLOSER) return close();
+    if (line == kCloser) return close();
     if (!open_.empty() && open_.back().table == nullptr) {
       open_.back().lines.emplace_back(line);
       open_.back().numbers.push_back(line_);
@@ -64,13 +64,13 @@ class Reader {
     const std::string_view key = take_word(&value, kWhiteSpace);
     if (const char* fault = name_fault(key)) return fault;
     if (const char* fault = value_fault(value)) return fault;
-    if (value == TABLE_OPENER || value == LIST_OPENER) return open(key, value == TABLE_OPENER);
+    if (value == kTableOpener || value == kListOpener) return open(key, value == kTableOpener);
     table().set(key, std::string(value));
     return nullptr;
   }
 
   const char* open(std::string_view key, bool is_table) {
-    if (open_.size() == MAX_DEPTH) return "too many blocks inside one another";
+    if (open_.size() == kMaxDepth) return "too many blocks inside one another";
     Table* inner = is_table ? &table().set_table(key) : nullptr;
     open_.push_back({key, line_, inner, {}, {}});
     return nullptr;

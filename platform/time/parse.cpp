@@ -14,7 +14,7 @@ namespace {
 
 using triglub::is_blank;
 using triglub::is_digit;
-using triglub::calendar::SECONDS_PER_DAY;
+using triglub::calendar::kSecondsPerDay;
 
 // Reads a text from its front: what fits is taken off, and the answer says whether it did.
 class Scanner {
@@ -88,7 +88,7 @@ std::optional<double> time_of_day(Scanner& text, Seconds need) {
 
 // The start of a day, or the time of day behind it, which follows `mark` or blanks.
 std::optional<double> on_day(std::int64_t day, Scanner& text, char mark) {
-  const auto start = static_cast<double>(day * SECONDS_PER_DAY);
+  const auto start = static_cast<double>(day * kSecondsPerDay);
   if (text.at_end()) return start;
   if (!text.take(mark) && !text.take_blanks()) return std::nullopt;
   const std::optional<double> time = time_of_day(text, Seconds::optional);
@@ -125,7 +125,7 @@ std::optional<double> load_date_form(Scanner text) {
   if (!triglub::calendar::is_date(year, month, day)) return std::nullopt;
   const std::optional<double> time = time_of_day(text, Seconds::required);
   if (!time) return std::nullopt;
-  return static_cast<double>(triglub::calendar::day_of(year, month, day) * SECONDS_PER_DAY) + *time;
+  return static_cast<double>(triglub::calendar::day_of(year, month, day) * kSecondsPerDay) + *time;
 }
 
 std::optional<double> number_form(std::string_view text) {

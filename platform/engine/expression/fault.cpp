@@ -11,8 +11,8 @@ namespace triglub::expression {
 
 namespace {
 
-constexpr std::size_t WINDOW = 80;  // columns of a long expression that are shown
-constexpr std::string_view CUT = "...";
+constexpr std::size_t kWindow = 80;  // columns of a long expression that are shown
+constexpr std::string_view kCut = "...";
 
 // A character of the expression that takes one column whatever it is.
 std::string_view shown(std::string_view character) {
@@ -42,17 +42,17 @@ Columns columns_of(std::string_view expression, std::size_t position) {
 
 Fault describe(const CompileError& error, std::string_view expression) {
   // A few columns beyond the place are all that can show; an endless expression is not walked to its end.
-  const Columns columns = columns_of(expression.substr(0, error.position + 4 * WINDOW), error.position);
+  const Columns columns = columns_of(expression.substr(0, error.position + 4 * kWindow), error.position);
   const std::size_t count = columns.cells.size();
-  const std::size_t last_begin = count > WINDOW ? count - WINDOW : 0;
-  const std::size_t begin = std::min(columns.place > WINDOW / 2 ? columns.place - WINDOW / 2 : 0, last_begin);
-  const std::size_t end = std::min(begin + WINDOW, count);
+  const std::size_t last_begin = count > kWindow ? count - kWindow : 0;
+  const std::size_t begin = std::min(columns.place > kWindow / 2 ? columns.place - kWindow / 2 : 0, last_begin);
+  const std::size_t end = std::min(begin + kWindow, count);
 
   std::string text = error.expected + "\n";
-  if (begin > 0) text += CUT;
+  if (begin > 0) text += kCut;
   for (std::size_t i = begin; i < end; ++i) text += columns.cells[i];
-  if (end < count) text += CUT;
-  text += "\n" + std::string(columns.place - begin + (begin > 0 ? CUT.size() : 0), ' ') + "^";
+  if (end < count) text += kCut;
+  text += "\n" + std::string(columns.place - begin + (begin > 0 ? kCut.size() : 0), ' ') + "^";
   return {text, error.position};
 }
 

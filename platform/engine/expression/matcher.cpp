@@ -48,11 +48,11 @@ bool is_escaped_literal(char c) { return is_ascii(c) && !is_word_character(c); }
 
 // The one text that the pattern matches, when it is plain to see.
 std::optional<std::string> literal_of(std::string_view pattern) {
-  constexpr std::string_view META = ".+*?()|[]{}^$";
+  constexpr std::string_view kMeta = ".+*?()|[]{}^$";
   std::string literal;
   literal.reserve(pattern.size());
   for (std::size_t at = 0; at < pattern.size(); ++at) {
-    if (META.find(pattern[at]) != std::string_view::npos) return std::nullopt;
+    if (kMeta.find(pattern[at]) != std::string_view::npos) return std::nullopt;
     if (pattern[at] == '\\') {
       ++at;
       if (at == pattern.size() || !is_escaped_literal(pattern[at])) return std::nullopt;

@@ -53,7 +53,7 @@ std::size_t plain_prefix(std::string_view text) {
 }  // namespace
 
 bool append(std::string_view more, std::string* text) {
-  if (more.size() > MAX_TEXT - std::min(text->size(), MAX_TEXT)) return false;
+  if (more.size() > kMaxText - std::min(text->size(), kMaxText)) return false;
   *text += more;
   return true;
 }
