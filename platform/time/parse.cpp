@@ -1,11 +1,11 @@
 // Text to epoch seconds: each form is tried in turn on the trimmed text; the first one that fits it whole counts.
 #include <charconv>
-#include <cmath>
 #include <initializer_list>
 #include <optional>
 #include <string_view>
 
 #include "base/characters.h"
+#include "base/number.h"
 #include "platform/text.h"
 #include "platform/timeconv.h"
 #include "time/calendar.h"
@@ -129,11 +129,8 @@ std::optional<double> load_date_form(Scanner text) {
 }
 
 std::optional<double> number_form(std::string_view text) {
-  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
   double number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return std::nullopt;
-  return number;
+  return triglub::parse_real(text, &number) ? std::optional(number) : std::nullopt;
 }
 
 std::optional<double> time_in(std::string_view text) {
