@@ -58,7 +58,8 @@ class TRIGLUB_API Conversion {
   void forget_units();
 
   // Each as the function of db2stationxml.h: db2stationxml, prepare_conversion, xml_create_node (twice),
-  // xml_create_group_line, get_categories. They throw what those throw, and FatalFailure where those end the process.
+  // xml_create_group_line, get_categories. They throw what those throw, and FatalFailure where those end the process;
+  // after either the conversion can be used again.
   void write(Dbptr db, Pf* pf, rbtree* subset, std::ostream& out, unsigned int flags);
   Dbptr prepare(Dbptr db, Pf* pf, rbtree* subset, unsigned int flags);
   void write_node(std::ostream& out, Dbptr db, const ElementGroup& group, const SmartIndex& index);

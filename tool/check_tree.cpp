@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/characters.h"
 #include "elements.h"
 #include "platform/elog.h"
 
@@ -81,7 +82,7 @@ class TreeCheck {
   }
 
   void complain(const std::string& fault) {
-    elog_complain(0, "%s:%s%s", pf_path(pf_), fault[0] >= '0' && fault[0] <= '9' ? "" : " ", fault.c_str());
+    elog_complain(0, "%s:%s%s", pf_path(pf_), is_digit(fault[0]) ? "" : " ", fault.c_str());
     sound_ = false;
   }
 

@@ -135,7 +135,7 @@ void warn_of_interleaving(Dbptr view, const ElementDescription& line) {
   std::unordered_set<std::string> done;
   std::string current;
   view = db_setfield(view, line.value());
-  char text[1024] = "";
+  char text[MAX_VALUE_BYTES + 1] = "";
   const long records = db_nrecs(view);
   for (view.record = 0; view.record < records; ++view.record) {
     dbget(view, text);

@@ -1,5 +1,6 @@
 #include "tool/subset.h"
 
+#include "base/characters.h"
 #include "platform/text.h"
 
 namespace triglub::tool {
@@ -24,10 +25,7 @@ bool is_between_slashes(std::string_view pattern) {
   return pattern.size() >= 2 && pattern.front() == '/' && pattern.back() == '/';
 }
 
-bool is_plain(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == ' ' ||
-         static_cast<unsigned char>(c) >= 0x80;
-}
+bool is_plain(char c) { return is_word_character(c) || c == ' ' || !is_ascii(c); }
 
 }  // namespace
 

@@ -1,3 +1,4 @@
+// Maps a whole file; the descriptor is not needed any longer once that is done.
 #include "base/mapped_file.h"
 
 #include <fcntl.h>

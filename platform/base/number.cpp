@@ -1,17 +1,17 @@
+// Decimal texts to numbers: plain decimals by one division, the others by the standard library.
 #include "base/number.h"
 
 #include <array>
 #include <charconv>
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
 #include <string>
+
+#include "base/c_locale.h"
+#include "base/characters.h"
 
 namespace triglub {
 
 namespace {
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // std::from_chars knows no leading '+'.
 std::string_view without_plus(std::string_view text) {
@@ -33,8 +33,8 @@ constexpr std::array<double, 19> powers_of_ten() {
 // power of ten is correctly rounded by IEEE division (W. Clinger, "How to read floating point numbers accurately",
 // 1990).
 bool parse_plain_decimal(std::string_view text, double* value) {
-  static constexpr auto POWERS = powers_of_ten();
-  constexpr std::uint64_t EXACT = std::uint64_t{1} << 53;
+  static constexpr auto kPowers = powers_of_ten();
+  constexpr std::uint64_t kExact = std::uint64_t{1} << 53;
   if (text.size() > 19) return false;
   std::size_t i = text[0] == '-' ? 1 : 0;
   std::uint64_t digits = 0;
@@ -48,8 +48,8 @@ bool parse_plain_decimal(std::string_view text, double* value) {
     }
   }
   count += decimals;
-  if (i != text.size() || count == 0 || count > 18 || digits > EXACT) return false;
-  const double magnitude = static_cast<double>(digits) / POWERS[decimals];
+  if (i != text.size() || count == 0 || count > 18 || digits > kExact) return false;
+  const double magnitude = static_cast<double>(digits) / kPowers[decimals];
   *value = text[0] == '-' ? -magnitude : magnitude;
   return true;
 }
@@ -65,24 +65,24 @@ bool parse_integer(std::string_view text, std::int64_t* value) {
   return true;
 }
 
-bool parse_real(std::string_view text, double* value) {
+NumberReading read_real(std::string_view text, double* value) {
   text = without_plus(text);
-  if (text.empty()) return false;
-  if (parse_plain_decimal(text, value)) return true;
+  if (text.empty()) return NumberReading::none;
+  if (parse_plain_decimal(text, value)) return NumberReading::number;
   double number = 0.0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (end != text.data() + text.size()) return false;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (stop != end || error == std::errc::invalid_argument) return NumberReading::none;
   if (error == std::errc::result_out_of_range) {
     // from_chars does not tell too large from too small; a number too small to tell from zero is still a number.
-    // The decimal point is a point, whatever locale the program runs in.
-    static const locale_t C_LOCALE = newlocale(LC_ALL_MASK, "C", nullptr);
-    number = strtod_l(std::string(text).c_str(), nullptr, C_LOCALE);
-  } else if (error != std::errc()) {
-    return false;
+    number = c_strtod(std::string(text).c_str(), nullptr);
+    if (std::isinf(number)) return NumberReading::too_large;
   }
-  if (!std::isfinite(number)) return false;
+  if (!std::isfinite(number)) return NumberReading::none;  // the words for infinity and for no number
   *value = number;
-  return true;
+  return NumberReading::number;
 }
+
+bool parse_real(std::string_view text, double* value) { return read_real(text, value) == NumberReading::number; }
 
 }  // namespace triglub

@@ -1,3 +1,4 @@
+// Lists and arrays of what callers own, in the standard containers.
 #include "platform/containers.h"
 
 #include <cassert>

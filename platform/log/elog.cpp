@@ -1,3 +1,4 @@
+// The error log: levels, the sink of the process, and texts made fit for a terminal.
 #include "platform/elog.h"
 
 #include <atomic>
@@ -6,15 +7,15 @@
 #include <cstdlib>
 #include <vector>
 
-#include "platform/text.h"
+#include "base/utf8.h"
 
 namespace {
 
-constexpr const char* DEFAULT_PROGRAM = "triglub";
+constexpr const char* kDefaultProgram = "triglub";
 
 // The log's process-wide state: who speaks, and where to.
 struct Log {
-  std::string program = DEFAULT_PROGRAM;
+  std::string program = kDefaultProgram;
   ElogSink sink = nullptr;
   void* context = nullptr;
 };
@@ -68,24 +69,9 @@ void append_escaped(std::string& out, unsigned char byte) {
   out += buffer;
 }
 
-// The number of bytes of the UTF-8 character at the start of `text`, 0 when there is none.
-std::size_t character_length(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (length > text.size() || !triglub::is_utf8(text.substr(0, length))) return 0;
-  return length;
-}
-
-// U+0080 to U+009F, which terminals may take as control functions, stand in UTF-8 as C2 80 to C2 9F.
-bool is_control(std::string_view character) {
-  const auto first = static_cast<unsigned char>(character[0]);
-  if (character.size() == 1) return first < 0x20 || first == 0x7F;
-  return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
-}
-
 }  // namespace
 
-void elog_init(const char* program) { the_log().program = program == nullptr ? DEFAULT_PROGRAM : program; }
+void elog_init(const char* program) { the_log().program = program == nullptr ? kDefaultProgram : program; }
 
 void elog_set_sink(ElogSink sink, void* context) {
   the_log().sink = sink;
@@ -108,14 +94,14 @@ std::string elog_printable(std::string_view text) {
       text.remove_prefix(1);
       continue;
     }
-    const std::size_t length = character_length(text);
+    const std::size_t length = triglub::character_length(text);
     if (length == 0) {
       append_escaped(out, static_cast<unsigned char>(text[0]));
       text.remove_prefix(1);
       continue;
     }
     const std::string_view character = text.substr(0, length);
-    if (is_control(character)) {
+    if (triglub::is_control(character)) {
       for (const char byte : character) append_escaped(out, static_cast<unsigned char>(byte));
     } else {
       out += character;

@@ -20,14 +20,14 @@ bool is_key(std::string_view key, std::size_t own_blocks) {
     if (name_fault(names.next()) != nullptr) return false;
     ++count;
   } while (!names.at_end());
-  return count - 1 + own_blocks <= MAX_DEPTH;
+  return count - 1 + own_blocks <= kMaxDepth;
 }
 
 bool is_string(std::string_view value) {
-  return is_bare(value) && value_fault(value) == nullptr && value != TABLE_OPENER && value != LIST_OPENER;
+  return is_bare(value) && value_fault(value) == nullptr && value != kTableOpener && value != kListOpener;
 }
 
-bool is_line(std::string_view line) { return is_bare(line) && !is_skipped(line) && line != CLOSER; }
+bool is_line(std::string_view line) { return is_bare(line) && !is_skipped(line) && line != kCloser; }
 
 // Puts a value at a key, making the tables on the way. REQUIRES: is_key.
 void put(Pf& pf, std::string_view key, Value value) {

@@ -1,24 +1,26 @@
+// What a line, a key and a value may look like; the faults are told in the words of a complaint.
 #include "parfile/grammar.h"
 
+#include <initializer_list>
+
+#include "base/characters.h"
 #include "platform/text.h"
 
 namespace triglub::parfile {
 
 namespace {
 
-char lower(char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 // True for "&Arr" and "&Tbl" in any case, alone or with a blank or a brace behind.
 bool resembles_opener(std::string_view value) {
-  constexpr std::size_t LENGTH = 4;
-  if (value.size() < LENGTH || value[0] != '&') return false;
-  if (value.size() > LENGTH && (WHITE_SPACE.find(value[LENGTH]) == std::string_view::npos && value[LENGTH] != '{')) {
+  constexpr std::size_t kLength = 4;
+  if (value.size() < kLength || value[0] != '&') return false;
+  if (value.size() > kLength && (!is_white_space(value[kLength]) && value[kLength] != '{')) {
     return false;
   }
-  for (const std::string_view opener : {TABLE_OPENER, LIST_OPENER}) {
+  for (const std::string_view opener : {kTableOpener, kListOpener}) {
     std::size_t same = 0;
-    while (same < LENGTH && lower(value[same]) == lower(opener[same])) ++same;
-    if (same == LENGTH) return true;
+    while (same < kLength && to_lower(value[same]) == to_lower(opener[same])) ++same;
+    if (same == kLength) return true;
   }
   return false;
 }
@@ -38,16 +40,16 @@ const char* text_fault(std::string_view text) {
 const char* name_fault(std::string_view name) {
   if (name.empty()) return "a key without a name";
   if (name.front() == '#') return "a key that begins like a comment";
-  if (name.starts_with(BYTE_ORDER_MARK)) return "a byte order mark inside the text";
-  if (name.starts_with(TABLE_OPENER) || name.starts_with(LIST_OPENER)) return "a block without a key";
-  if (name.starts_with(CLOSER)) return "'}' with something behind it";
+  if (name.starts_with(kByteOrderMark)) return "a byte order mark inside the text";
+  if (name.starts_with(kTableOpener) || name.starts_with(kListOpener)) return "a block without a key";
+  if (name.starts_with(kCloser)) return "'}' with something behind it";
   if (name.find_first_of("{}") != std::string_view::npos) return "a key that holds a brace";
-  if (name.find_first_of(WHITE_SPACE) != std::string_view::npos) return "a key that holds a blank";
+  if (name.find_first_of(kWhiteSpace) != std::string_view::npos) return "a key that holds a blank";
   return text_fault(name);
 }
 
 const char* value_fault(std::string_view value) {
-  if (value == TABLE_OPENER || value == LIST_OPENER || !resembles_opener(value)) return nullptr;
+  if (value == kTableOpener || value == kListOpener || !resembles_opener(value)) return nullptr;
   return "a block is opened by '&Arr{' or '&Tbl{' with nothing behind it";
 }
 

@@ -9,14 +9,13 @@
 
 namespace triglub::parfile {
 
-inline constexpr std::size_t MAX_DEPTH = 100;                    // blocks inside one another
-inline constexpr std::size_t MAX_BYTES = std::size_t{64} << 20;  // of a file
+inline constexpr std::size_t kMaxDepth = 100;                    // blocks inside one another
+inline constexpr std::size_t kMaxBytes = std::size_t{64} << 20;  // of a file
 
-inline constexpr std::string_view TABLE_OPENER = "&Arr{";
-inline constexpr std::string_view LIST_OPENER = "&Tbl{";
-inline constexpr std::string_view CLOSER = "}";
-inline constexpr std::string_view WHITE_SPACE = " \t\n\v\f\r";
-inline constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+inline constexpr std::string_view kTableOpener = "&Arr{";
+inline constexpr std::string_view kListOpener = "&Tbl{";
+inline constexpr std::string_view kCloser = "}";
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // True for a trimmed line that says nothing: it is empty or a comment.
 bool is_skipped(std::string_view line);

@@ -1,9 +1,8 @@
 // Parameter files from disk.
-#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <memory>
+#include <string>
 
+#include "base/file_text.h"
 #include "parfile/grammar.h"
 #include "parfile/search.h"
 #include "parfile/table.h"
@@ -13,29 +12,19 @@ namespace {
 
 enum Status : int { READ = 0, NOT_FOUND = -1, NOT_READABLE = -2, MALFORMED = -3 };
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-// Reads a file whole. Stops beyond the limit, so that a device without an end does not fill the memory.
-Status load(const std::string& path, std::string& text) {
-  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rbe"));
-  if (file == nullptr) return errno == ENOENT || errno == ENOTDIR ? NOT_FOUND : NOT_READABLE;
-  std::array<char, 65536> chunk;
-  for (std::size_t got = 0; (got = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0;) {
-    text.append(chunk.data(), got);
-    if (text.size() > triglub::parfile::MAX_BYTES) return MALFORMED;
+Status fail(const std::string& path, const triglub::FileReading& reading) {
+  if (reading.fault == triglub::FileFault::too_large) {
+    elog_complain(0, "%s: more than %zu bytes", path.c_str(), triglub::parfile::kMaxBytes);
+    return MALFORMED;
   }
-  return std::ferror(file.get()) != 0 ? NOT_READABLE : READ;
+  return reading.error == ENOENT || reading.error == ENOTDIR ? NOT_FOUND : NOT_READABLE;
 }
 
 Status read(const std::string& path, Pf** pf) {
   std::string text;
-  const Status loaded = load(path, text);
-  if (loaded == MALFORMED) {
-    elog_complain(0, "%s: more than %zu bytes", path.c_str(), triglub::parfile::MAX_BYTES);
-  }
-  if (loaded != READ) return loaded;
+  // Another program may write a parameter file into a pipe.
+  const auto reading = triglub::read_file(path, triglub::FileKind::any, triglub::parfile::kMaxBytes, &text);
+  if (reading.fault != triglub::FileFault::none) return fail(path, reading);
   if (pfparse(text, path.c_str(), pf) != 0) return MALFORMED;
   (*pf)->path = path;
   return READ;

@@ -1,7 +1,12 @@
 // Text to parameter-file object: one pass over the lines, with the open blocks on a stack of their own.
+#include <memory>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
+#include "base/characters.h"
+#include "base/words.h"
 #include "parfile/grammar.h"
 #include "parfile/table.h"
 #include "platform/elog.h"
@@ -30,13 +35,10 @@ class Reader {
   explicit Reader(Table& root) : root_(root) {}
 
   std::optional<Fault> read(std::string_view text) {
-    if (text.starts_with(BYTE_ORDER_MARK)) text.remove_prefix(BYTE_ORDER_MARK.size());
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
     while (!text.empty()) {
       ++line_;
-      const std::size_t end = text.find('\n');
-      const char* fault = take(trimmed(text.substr(0, end)));
-      if (fault != nullptr) return Fault{line_, fault};
-      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+      if (const char* fault = take(trimmed(take_part(&text, '\n')))) return Fault{line_, fault};
     }
     if (open_.empty()) return std::nullopt;
     return Fault{open_.back().line, "the block '" + std::string(shown(open_.back().key)) + "' is never closed"};
@@ -48,7 +50,7 @@ class Reader {
   const char* take(std::string_view line) {
     if (const char* fault = text_fault(line)) return fault;
     if (is_skipped(line)) return nullptr;
-    if (line == CLOSER) return close();
+    if (line == kCloser) return close();
     if (!open_.empty() && open_.back().table == nullptr) {
       open_.back().lines.emplace_back(line);
       open_.back().numbers.push_back(line_);
@@ -58,18 +60,17 @@ class Reader {
   }
 
   const char* take_entry(std::string_view line) {
-    const std::size_t end = std::min(line.find_first_of(WHITE_SPACE), line.size());
-    const std::string_view key = line.substr(0, end);
-    const std::string_view value = trimmed(line.substr(end));
+    std::string_view value = line;
+    const std::string_view key = take_word(&value, kWhiteSpace);
     if (const char* fault = name_fault(key)) return fault;
     if (const char* fault = value_fault(value)) return fault;
-    if (value == TABLE_OPENER || value == LIST_OPENER) return open(key, value == TABLE_OPENER);
+    if (value == kTableOpener || value == kListOpener) return open(key, value == kTableOpener);
     table().set(key, std::string(value));
     return nullptr;
   }
 
   const char* open(std::string_view key, bool is_table) {
-    if (open_.size() == MAX_DEPTH) return "too many blocks inside one another";
+    if (open_.size() == kMaxDepth) return "too many blocks inside one another";
     Table* inner = is_table ? &table().set_table(key) : nullptr;
     open_.push_back({key, line_, inner, {}, {}});
     return nullptr;

@@ -1,9 +1,12 @@
+// Where parameter files are looked for: here, in the folders of the environment, in the data folders.
 #include "parfile/search.h"
 
 #include <dlfcn.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
+
+#include "base/words.h"
 
 namespace triglub::parfile {
 
@@ -32,8 +35,7 @@ std::vector<std::string> data_folders() {
   const char* listed = std::getenv("TRIGLUB_PFPATH");
   std::string_view rest = listed == nullptr ? "" : listed;
   while (!rest.empty()) {
-    const std::string_view folder = rest.substr(0, rest.find(':'));
-    rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
+    const std::string_view folder = take_part(&rest, ':');
     if (!folder.empty()) folders.emplace_back(folder);
   }
   folders.push_back(installed_folder());

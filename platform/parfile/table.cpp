@@ -1,3 +1,4 @@
+// The entries of a table by name.
 #include "parfile/table.h"
 
 #include <utility>

@@ -6,7 +6,7 @@ namespace {
 
 using namespace triglub::parfile;
 
-// Appends the entries of a table, each line behind the margin. No deeper than MAX_DEPTH: nothing deeper can be made.
+// Appends the entries of a table, each line behind the margin. No deeper than kMaxDepth: nothing deeper can be made.
 class Writer {
  public:
   std::string write(const Table& table) {
@@ -28,28 +28,28 @@ class Writer {
   }
 
   void write_value(const std::unique_ptr<Lines>& list) {
-    open(LIST_OPENER);
+    open(kListOpener);
     for (const std::string& line : list->lines()) text_.append(margin_, ' ').append(line).append("\n");
     close();
   }
 
   void write_value(const std::unique_ptr<Table>& table) {
-    open(TABLE_OPENER);
+    open(kTableOpener);
     write_entries(*table);
     close();
   }
 
   void open(std::string_view opener) {
     text_.append(" ").append(opener).append("\n");
-    margin_ += STEP;
+    margin_ += kStep;
   }
 
   void close() {
-    margin_ -= STEP;
-    text_.append(margin_, ' ').append(CLOSER).append("\n");
+    margin_ -= kStep;
+    text_.append(margin_, ' ').append(kCloser).append("\n");
   }
 
-  static constexpr std::size_t STEP = 4;
+  static constexpr std::size_t kStep = 4;
   std::string text_;
   std::size_t margin_ = 0;
 };

@@ -1,10 +1,10 @@
-// The lines of a response file that carry data, and the words of a line.
+// The lines of a response file that carry data.
 #ifndef TRIGLUB_RESPONSE_LINES_H
 #define TRIGLUB_RESPONSE_LINES_H
 
-#include <algorithm>
 #include <string_view>
 
+#include "base/words.h"
 #include "platform/text.h"
 
 namespace triglub {
@@ -23,9 +23,7 @@ class ResponseLines {
   void advance() {
     line_ = {};
     while (line_.empty() && !rest_.empty()) {
-      const std::size_t end = rest_.find('\n');
-      const std::string_view whole = rest_.substr(0, end);
-      rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
+      const std::string_view whole = take_part(&rest_, '\n');
       ++number_;
       line_ = trimmed(whole.substr(0, whole.find('#')));
     }
@@ -36,15 +34,6 @@ class ResponseLines {
   std::string_view line_;
   long number_ = 0;
 };
-
-// Takes the first word off `line`, which must not begin with white space; what is left begins with a word again.
-inline std::string_view take_word(std::string_view* line) {
-  constexpr std::string_view kWhiteSpace = " \t\v\f\r";
-  const std::string_view word = line->substr(0, line->find_first_of(kWhiteSpace));
-  line->remove_prefix(word.size());
-  line->remove_prefix(std::min(line->find_first_not_of(kWhiteSpace), line->size()));
-  return word;
-}
 
 }  // namespace triglub
 

@@ -4,10 +4,15 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <climits>
-#include <cmath>
+#include <complex>
+#include <cstdint>
+#include <utility>
+#include <vector>
 
+#include "base/characters.h"
+#include "base/number.h"
+#include "base/words.h"
 #include "response/lines.h"
 
 namespace triglub {
@@ -46,24 +51,9 @@ std::string quoted(std::string_view text) {
   return "\"" + std::string(is_cut ? utf8_prefix(text, kLongest) : text) + (is_cut ? "...\"" : "\"");
 }
 
-std::string_view without_plus(std::string_view word) {
-  if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
-  return word;
-}
-
-// What the word denotes; its `ec` is not the default one unless all of the word is a number.
-template <typename Number>
-std::errc parse_number(std::string_view word, Number* number) {
-  word = without_plus(word);
-  const char* const end = word.data() + word.size();
-  const auto [stop, fault] = std::from_chars(word.data(), end, *number);
-  return stop == end ? fault : std::errc::invalid_argument;
-}
-
 bool is_whole_number(std::string_view word) {
-  word = without_plus(word);
-  return !word.empty() && std::all_of(word.begin() + (word[0] == '-' && word.size() > 1), word.end(),
-                                      [](char c) { return c >= '0' && c <= '9'; });
+  if (word.starts_with('+') || word.starts_with('-')) word.remove_prefix(1);
+  return !word.empty() && std::all_of(word.begin(), word.end(), is_digit);
 }
 
 // The words of a line that begins a group.
@@ -74,12 +64,12 @@ struct Header {
 // True when the line begins a group. Asked of every line, so what is not is told by its first letter.
 bool read_header(std::string_view line, Header* header) {
   if (line.empty() || (line[0] != 't' && line[0] != 'm')) return false;
-  header->source = take_word(&line);
+  header->source = take_word(&line, kWhiteSpace);
   if (header->source != "theoretical" && header->source != "measured") return false;
-  header->sequence = take_word(&line);
+  header->sequence = take_word(&line, kWhiteSpace);
   if (!is_whole_number(header->sequence)) return false;
-  header->description = take_word(&line);
-  header->type = take_word(&line);
+  header->description = take_word(&line, kWhiteSpace);
+  header->type = take_word(&line, kWhiteSpace);
   header->author = line;
   return !header->type.empty();
 }
@@ -91,9 +81,9 @@ bool is_header(std::string_view line) {
 
 // Nothing depends on the number, so one beyond the range of int is no reason to refuse the file.
 int sequence_number(std::string_view word) {
-  long long number = 0;
-  if (parse_number(word, &number) != std::errc()) number = word[0] == '-' ? LLONG_MIN : LLONG_MAX;
-  return static_cast<int>(std::clamp<long long>(number, INT_MIN, INT_MAX));
+  std::int64_t number = 0;
+  if (!parse_integer(word, &number)) return word[0] == '-' ? INT_MIN : INT_MAX;
+  return static_cast<int>(std::clamp<std::int64_t>(number, INT_MIN, INT_MAX));
 }
 
 int type_code(std::string_view name) {
@@ -246,10 +236,10 @@ class ResponseParser {
   // A count and as many lines. `reserve` is told the count, `store` gets the numbers of each line.
   template <typename Reserve, typename Store>
   bool read_entries(const EntryKind& kind, Reserve reserve, Store store) {
-    long count = 0;
+    std::int64_t count = 0;
     if (!read_count(kind, &count)) return false;
     reserve(static_cast<std::size_t>(count));
-    for (long i = 0; i < count; ++i) {
+    for (std::int64_t i = 0; i < count; ++i) {
       if (lines_.at_end() || is_header(lines_.line())) {
         return fail("expected " + std::to_string(count) + " " + kind.plural + ", found " + std::to_string(i));
       }
@@ -260,12 +250,12 @@ class ResponseParser {
     return true;
   }
 
-  bool read_count(const EntryKind& kind, long* count) {
+  bool read_count(const EntryKind& kind, std::int64_t* count) {
     const std::string_view word = lines_.line();  // a count stands alone on its line
     if (!is_whole_number(word) || word[0] == '-') {
       return fail(std::string("expected the number of ") + kind.plural + found());
     }
-    if (parse_number(word, count) != std::errc() || *count > MAX_RESPONSE_ENTRIES) {
+    if (!parse_integer(word, count) || *count > MAX_RESPONSE_ENTRIES) {
       return fail(quoted(word) + " " + kind.plural + " are more than the limit of " +
                   std::to_string(MAX_RESPONSE_ENTRIES));
     }
@@ -279,13 +269,12 @@ class ResponseParser {
     std::string_view rest = lines_.line();
     int count = 0;
     for (; !rest.empty() && count < kMostNumbers; ++count) {
-      const std::string_view word = take_word(&rest);
+      const std::string_view word = take_word(&rest, kWhiteSpace);
       double& number = (*numbers)[static_cast<std::size_t>(count)];
-      const std::errc fault = parse_number(word, &number);
-      if (fault == std::errc() && std::isfinite(number)) continue;
-      const bool is_number = fault != std::errc::invalid_argument;
+      const NumberReading reading = read_real(word, &number);
+      if (reading == NumberReading::number) continue;
       return fail(std::string("expected ") + kind.name + ": " + quoted(word) +
-                  (is_number ? " is not a number within range" : " is not a number"));
+                  (reading == NumberReading::too_large ? " is not a number within range" : " is not a number"));
     }
     if (!rest.empty() || (count != kind.required && count != kind.complete)) return fail_count(kind, rest, count);
     lines_.advance();
@@ -293,7 +282,7 @@ class ResponseParser {
   }
 
   bool fail_count(const LineKind& kind, std::string_view rest, int count) {
-    for (; !rest.empty(); ++count) take_word(&rest);
+    for (; !rest.empty(); ++count) take_word(&rest, kWhiteSpace);
     std::string expected = std::to_string(kind.required);
     if (kind.complete != kind.required) expected += " or " + std::to_string(kind.complete);
     expected += kind.complete == 1 ? " number" : " numbers";

@@ -1,3 +1,4 @@
+// What a response owns is given back by the type of its groups, which tells what stands behind their pointers.
 #include "platform/response.h"
 
 #include <cstring>

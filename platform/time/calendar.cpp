@@ -1,3 +1,4 @@
+// Days to dates and back by arithmetic: no table of years, no time zone.
 #include "time/calendar.h"
 
 #include <array>
@@ -8,19 +9,19 @@ namespace {
 
 // Days of the year gone by before each month, and the length of the year.
 using MonthStarts = std::array<int, 13>;
-constexpr MonthStarts COMMON_YEAR = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365};
-constexpr MonthStarts LEAP_YEAR = {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366};
+constexpr MonthStarts kCommonYear = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365};
+constexpr MonthStarts kLeapYear = {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366};
 
-const MonthStarts& month_starts(std::int64_t year) { return is_leap(year) ? LEAP_YEAR : COMMON_YEAR; }
+const MonthStarts& month_starts(std::int64_t year) { return is_leap(year) ? kLeapYear : kCommonYear; }
 
 int start_of(const MonthStarts& starts, int month) { return starts[static_cast<std::size_t>(month - 1)]; }
 
-bool is_year(std::int64_t year) { return FIRST_YEAR <= year && year <= LAST_YEAR; }
+bool is_year(std::int64_t year) { return kFirstYear <= year && year <= kLastYear; }
 
 int year_of(std::int64_t day) {
-  constexpr std::int64_t DAYS_IN_400_YEARS = 146097;
+  constexpr std::int64_t kDaysIn400Years = 146097;
   // The mean year is never more than a day and a half away from the true start of a year: one step corrects it.
-  std::int64_t year = floor_div((day - FIRST_DAY) * 400, DAYS_IN_400_YEARS) + FIRST_YEAR;
+  std::int64_t year = floor_div((day - kFirstDay) * 400, kDaysIn400Years) + kFirstYear;
   if (year_start(year) > day) --year;
   if (year_start(year + 1) <= day) ++year;
   return static_cast<int>(year);

@@ -9,9 +9,9 @@
 
 namespace triglub::calendar {
 
-inline constexpr std::int64_t SECONDS_PER_DAY = 86400;
-inline constexpr std::int64_t FIRST_YEAR = 1;
-inline constexpr std::int64_t LAST_YEAR = 9999;
+inline constexpr std::int64_t kSecondsPerDay = 86400;
+inline constexpr std::int64_t kFirstYear = 1;
+inline constexpr std::int64_t kLastYear = 9999;
 
 // The quotient rounded towards minus infinity, so that times before 1970 need no case of their own. REQUIRES: b > 0.
 constexpr std::int64_t floor_div(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
@@ -22,16 +22,16 @@ constexpr int days_in_year(std::int64_t year) { return is_leap(year) ? 366 : 365
 
 // The day number of January 1. Defined for every year that a year-day of 64 bits can hold.
 constexpr std::int64_t year_start(std::int64_t year) {
-  constexpr std::int64_t DAYS_FROM_YEAR_1_TO_1970 = 719162;
+  constexpr std::int64_t kDaysFromYear1To1970 = 719162;
   const std::int64_t gone = year - 1;
-  return 365 * gone + floor_div(gone, 4) - floor_div(gone, 100) + floor_div(gone, 400) - DAYS_FROM_YEAR_1_TO_1970;
+  return 365 * gone + floor_div(gone, 4) - floor_div(gone, 100) + floor_div(gone, 400) - kDaysFromYear1To1970;
 }
 
-// The day numbers that have a date here: FIRST_DAY and later, but not END_DAY. The same in seconds.
-inline constexpr std::int64_t FIRST_DAY = year_start(FIRST_YEAR);
-inline constexpr std::int64_t END_DAY = year_start(LAST_YEAR + 1);
-inline constexpr std::int64_t FIRST_SECOND = FIRST_DAY * SECONDS_PER_DAY;
-inline constexpr std::int64_t END_SECOND = END_DAY * SECONDS_PER_DAY;
+// The day numbers that have a date here: kFirstDay and later, but not kEndDay. The same in seconds.
+inline constexpr std::int64_t kFirstDay = year_start(kFirstYear);
+inline constexpr std::int64_t kEndDay = year_start(kLastYear + 1);
+inline constexpr std::int64_t kFirstSecond = kFirstDay * kSecondsPerDay;
+inline constexpr std::int64_t kEndSecond = kEndDay * kSecondsPerDay;
 
 struct Date {
   int year = 0;         // 1 to 9999
@@ -47,7 +47,7 @@ bool is_year_day(std::int64_t year, std::int64_t day_of_year);
 // The day number of a date. REQUIRES: is_date.
 std::int64_t day_of(int year, int month, int day);
 
-// The date of a day number. REQUIRES: FIRST_DAY <= day < END_DAY.
+// The date of a day number. REQUIRES: kFirstDay <= day < kEndDay.
 Date date_of(std::int64_t day);
 
 }  // namespace triglub::calendar

@@ -8,7 +8,7 @@ using namespace triglub::calendar;
 
 double epoch(int yyyyddd) {
   if (!is_year_day(yyyyddd / 1000, yyyyddd % 1000)) return NULL_EPOCH;
-  return static_cast<double>(triglub::day_number(yyyyddd) * SECONDS_PER_DAY);
+  return static_cast<double>(triglub::day_number(yyyyddd) * kSecondsPerDay);
 }
 
 namespace triglub {
@@ -20,10 +20,10 @@ std::int64_t day_number(std::int64_t yyyyddd) {
 
 std::int64_t yearday(double seconds, std::int64_t null_date) {
   // Written so that a time that is not a number is refused too.
-  if (!(seconds >= FIRST_SECOND && seconds < END_SECOND)) return null_date;
+  if (!(seconds >= kFirstSecond && seconds < kEndSecond)) return null_date;
   // Whole seconds first: the quotient of a time just before midnight could round up to the next day.
   const auto second = static_cast<std::int64_t>(std::floor(seconds));
-  const Date date = date_of(floor_div(second, SECONDS_PER_DAY));
+  const Date date = date_of(floor_div(second, kSecondsPerDay));
   return std::int64_t{date.year} * 1000 + date.day_of_year;
 }
 

@@ -10,7 +10,7 @@ namespace triglub {
 
 namespace {
 
-using calendar::SECONDS_PER_DAY;
+using calendar::kSecondsPerDay;
 
 // An instant as it is shown.
 struct Shown {
@@ -37,17 +37,17 @@ std::int64_t nearest_millisecond(double seconds) {
 // Takes the instant apart; false when it is no instant of the calendar.
 bool take_apart(double seconds, bool milliseconds, Shown& shown) {
   // Written so that a time that is not a number is refused too.
-  if (!(seconds >= calendar::FIRST_SECOND && seconds < calendar::END_SECOND)) return false;
+  if (!(seconds >= calendar::kFirstSecond && seconds < calendar::kEndSecond)) return false;
   auto second = static_cast<std::int64_t>(std::floor(seconds));
   if (milliseconds) {
     const std::int64_t total = nearest_millisecond(seconds);
     second = calendar::floor_div(total, 1000);
     shown.millisecond = static_cast<int>(total - second * 1000);
-    if (second >= calendar::END_SECOND) return false;  // the last half millisecond of 9999 is shown as year 10000
+    if (second >= calendar::kEndSecond) return false;  // the last half millisecond of 9999 is shown as year 10000
   }
-  const std::int64_t day = calendar::floor_div(second, SECONDS_PER_DAY);
+  const std::int64_t day = calendar::floor_div(second, kSecondsPerDay);
   shown.date = calendar::date_of(day);
-  shown.second_of_day = static_cast<int>(second - day * SECONDS_PER_DAY);
+  shown.second_of_day = static_cast<int>(second - day * kSecondsPerDay);
   return true;
 }
 
@@ -67,8 +67,8 @@ char* put_date(char* to, const calendar::Date& date) {
   return put_number<2>(to, date.day);
 }
 
-// What a format letter stands for: at most LONGEST_FIELD bytes; none for a letter that stands for nothing.
-constexpr std::size_t LONGEST_FIELD = 10;
+// What a format letter stands for: at most kLongestField bytes; none for a letter that stands for nothing.
+constexpr std::size_t kLongestField = 10;
 
 char* put_field(char* to, char letter, const Shown& shown) {
   switch (letter) {
@@ -103,7 +103,7 @@ void write_time(std::string& text, double seconds, std::string_view format) {
   text.clear();
   Shown shown;
   if (!take_apart(seconds, shows_milliseconds(format), shown)) return;
-  text.resize(format.size() / 2 * LONGEST_FIELD + 1);  // a field takes two characters of the format
+  text.resize(format.size() / 2 * kLongestField + 1);  // a field takes two characters of the format
   char* to = text.data();
   for (std::size_t at = 0; at < format.size(); ++at) {
     char* behind = to;
@@ -132,11 +132,11 @@ void format_epoch(double seconds, std::string_view format, std::string* text) { 
 
 const char* epoch2str(double seconds, const char* format) {
   // Several texts in turn, so that a call can use two or more of them, as a message with a begin and an end does.
-  constexpr std::size_t TEXTS = 8;
-  thread_local std::array<std::string, TEXTS> texts;
+  constexpr std::size_t kTexts = 8;
+  thread_local std::array<std::string, kTexts> texts;
   thread_local std::size_t next = 0;
   std::string& text = texts[next];
-  next = (next + 1) % TEXTS;
+  next = (next + 1) % kTexts;
   triglub::write_time(text, seconds, format);
   return text.c_str();
 }

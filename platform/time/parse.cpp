@@ -1,20 +1,20 @@
 // Text to epoch seconds: each form is tried in turn on the trimmed text; the first one that fits it whole counts.
 #include <charconv>
-#include <cmath>
 #include <initializer_list>
 #include <optional>
 #include <string_view>
 
+#include "base/characters.h"
+#include "base/number.h"
 #include "platform/text.h"
 #include "platform/timeconv.h"
 #include "time/calendar.h"
 
 namespace {
 
-using triglub::calendar::SECONDS_PER_DAY;
-
-bool is_digit(char c) { return '0' <= c && c <= '9'; }
-bool is_blank(char c) { return c == ' ' || c == '\t'; }
+using triglub::is_blank;
+using triglub::is_digit;
+using triglub::calendar::kSecondsPerDay;
 
 // Reads a text from its front: what fits is taken off, and the answer says whether it did.
 class Scanner {
@@ -88,7 +88,7 @@ std::optional<double> time_of_day(Scanner& text, Seconds need) {
 
 // The start of a day, or the time of day behind it, which follows `mark` or blanks.
 std::optional<double> on_day(std::int64_t day, Scanner& text, char mark) {
-  const auto start = static_cast<double>(day * SECONDS_PER_DAY);
+  const auto start = static_cast<double>(day * kSecondsPerDay);
   if (text.at_end()) return start;
   if (!text.take(mark) && !text.take_blanks()) return std::nullopt;
   const std::optional<double> time = time_of_day(text, Seconds::optional);
@@ -125,15 +125,12 @@ std::optional<double> load_date_form(Scanner text) {
   if (!triglub::calendar::is_date(year, month, day)) return std::nullopt;
   const std::optional<double> time = time_of_day(text, Seconds::required);
   if (!time) return std::nullopt;
-  return static_cast<double>(triglub::calendar::day_of(year, month, day) * SECONDS_PER_DAY) + *time;
+  return static_cast<double>(triglub::calendar::day_of(year, month, day) * kSecondsPerDay) + *time;
 }
 
 std::optional<double> number_form(std::string_view text) {
-  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
   double number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return std::nullopt;
-  return number;
+  return triglub::parse_real(text, &number) ? std::optional(number) : std::nullopt;
 }
 
 std::optional<double> time_in(std::string_view text) {

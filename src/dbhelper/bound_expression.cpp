@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "base/six_digits.h"
 #include "dbhelper.h"
 #include "fatal_failure.h"
 #include "platform/elog.h"
@@ -16,13 +17,6 @@ namespace {
 
 // No date at all, and not mistaken for one by a reader.
 constexpr const char* kBadDate = "0000-00-00T00:00:00ERR";
-
-// The number as a stream writes it unless told otherwise, whatever locale the program has chosen.
-void write_six_digits(double value, std::string* result) {
-  char text[32];
-  char* end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr;
-  result->assign(text, static_cast<std::size_t>(end - text));
-}
 
 void write_integer(std::int64_t value, std::string* result) {
   char text[32];
@@ -61,7 +55,8 @@ void number_text(Dbptr db, BoundExpression& expression, std::string* result) {
   switch (expression.type()) {
     case dbREAL:
     case dbTIME:
-      return write_six_digits(value.real, result);
+      result->clear();
+      return append_six_digits(value.real, result);
     case dbINTEGER:
     case dbYEARDAY:
       return write_integer(value.whole, result);

@@ -11,8 +11,7 @@
 namespace triglub {
 
 // Room for one value as text, as dbget asks for it.
-inline constexpr std::size_t LONGEST_VALUE = 1024;  // with its zero byte
-using ValueText = std::array<char, LONGEST_VALUE>;
+using ValueText = std::array<char, MAX_VALUE_BYTES + 1>;
 
 // The trimmed text of the handle's field and record, in place of what *text held. Throws as db_fieldlookup does, with
 // the field's name.

@@ -2,17 +2,16 @@
 
 #include <cerrno>
 #include <charconv>
-#include <clocale>
-#include <cstdlib>
 #include <stdexcept>
+
+#include "base/c_locale.h"
 
 namespace triglub {
 
 double number_of(const std::string& text) {
-  static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
   char* end = nullptr;
   errno = 0;
-  const double value = strtod_l(text.c_str(), &end, classic);
+  const double value = c_strtod(text.c_str(), &end);
   if (end == text.c_str()) throw std::invalid_argument("stod");
   if (errno == ERANGE) throw std::out_of_range("stod");
   return value;

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "base/words.h"
 #include "dbhelper.h"
 #include "elements.h"
 #include "elements/keywords.h"
@@ -13,14 +14,8 @@ using triglub::LineShape;
 
 namespace {
 
-// Takes the next word off the front, with the blank that ends it; empty when there is none. Only the blank separates:
-// a tab is part of a word.
-std::string_view take_word(std::string_view& line) {
-  line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-  const std::string_view word = line.substr(0, line.find(' '));
-  line.remove_prefix(std::min(word.size() + 1, line.size()));
-  return word;
-}
+// A tab is part of a word.
+constexpr std::string_view kSeparator = " ";
 
 // An unknown keyword is evaluated as deg_lat is.
 LineShape shape_of(const std::string& type) {
@@ -36,10 +31,10 @@ void triglub::refuse_to_evaluate_group() {
 
 ElementDescription::ElementDescription(char const* line) {
   std::string_view rest = line == nullptr ? "" : line;
-  name_ = take_word(rest);
-  const std::string_view flag = take_word(rest);
+  name_ = triglub::take_word(&rest, kSeparator);
+  const std::string_view flag = triglub::take_word(&rest, kSeparator);
   if (flag.size() == 1) flag_ = flag[0];
-  type_ = take_word(rest);
+  type_ = triglub::take_word(&rest, kSeparator);
   value_ = triglub::trimmed(rest);
 }
 

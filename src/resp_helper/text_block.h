@@ -3,24 +3,16 @@
 #ifndef TRIGLUB_SRC_RESP_HELPER_TEXT_BLOCK_H
 #define TRIGLUB_SRC_RESP_HELPER_TEXT_BLOCK_H
 
-#include <array>
-#include <charconv>
 #include <concepts>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "base/six_digits.h"
 
 namespace triglub {
 
-// A double is written with six significant digits, as a stream writes it that nobody has configured, and with a decimal
-// point in every locale.
-inline void append_piece(std::string& text, double number) {
-  std::array<char, 32> digits;
-  constexpr int kSignificantDigits = 6;
-  char* const end = digits.data() + digits.size();
-  const char* const last =
-      std::to_chars(digits.data(), end, number, std::chars_format::general, kSignificantDigits).ptr;
-  text.append(digits.data(), static_cast<std::size_t>(last - digits.data()));
-}
+inline void append_piece(std::string& text, double number) { append_six_digits(number, &text); }
 
 template <std::integral Integer>
 void append_piece(std::string& text, Integer number) {

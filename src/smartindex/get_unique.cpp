@@ -2,20 +2,23 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "dbhelper.h"
+#include "platform/database.h"
 #include "platform/text.h"
 #include "smartindex.h"
 
 std::vector<std::string> get_unique(Dbptr db, std::string field, SmartIndex index) {
-  constexpr std::size_t kLongestValue = 1024;  // with its zero byte; what dbget writes at most
   db = db_setfield(db, std::move(field));
   db_getfieldtype(db);  // only for its failure: a field without a type has no values to list
   const auto record_count = static_cast<unsigned long>(db_nrecs(db));
 
   std::set<std::string, std::less<>> values;
-  std::array<char, kLongestValue> buffer{};
+  std::array<char, MAX_VALUE_BYTES + 1> buffer{};
   std::string_view latest;
   for (const auto& [begin, end] : index.runs()) {
     for (unsigned long record = begin; record < std::min(end, record_count); ++record) {

@@ -3,18 +3,16 @@
 #include <algorithm>
 #include <charconv>
 
+#include "base/characters.h"
+
 namespace triglub {
 
 namespace {
 
-bool is_word_character(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-}
-
 // What stands for a field in an expression as well as by itself.
 bool is_field_name(const std::string& text) {
   const auto belongs = [](char c) { return is_word_character(c) || c == '.'; };
-  return !text.empty() && !(text[0] >= '0' && text[0] <= '9') && std::all_of(text.begin(), text.end(), belongs);
+  return !text.empty() && !is_digit(text[0]) && std::all_of(text.begin(), text.end(), belongs);
 }
 
 // Texts that match themselves and nothing else. There are more; codes, dates and numbers without a point are these.

@@ -10,6 +10,23 @@
 
 namespace triglub {
 
+namespace {
+
+// The depth of a state as it was, however a writing ends: a program may go on after a failure.
+class DepthGuard {
+ public:
+  explicit DepthGuard(ConversionState& state) : state_(state), depth_(state.depth) {}
+  ~DepthGuard() { state_.depth = depth_; }
+  DepthGuard(const DepthGuard&) = delete;
+  DepthGuard& operator=(const DepthGuard&) = delete;
+
+ private:
+  ConversionState& state_;
+  unsigned int depth_;
+};
+
+}  // namespace
+
 Conversion::Conversion() : state_(std::make_unique<ConversionState>()) {}
 
 Conversion::~Conversion() = default;
@@ -26,6 +43,7 @@ void Conversion::use_responses(std::shared_ptr<const ResponseCache> responses) {
 void Conversion::forget_units() { state_->stages.forget_units(); }
 
 void Conversion::write(Dbptr db, Pf* pf, rbtree* subset, std::ostream& out, unsigned int flags) {
+  const DepthGuard guard(*state_);
   write_document(*state_, db, pf, subset, out, flags);
 }
 
@@ -34,18 +52,21 @@ Dbptr Conversion::prepare(Dbptr db, Pf* pf, rbtree* subset, unsigned int flags) 
 }
 
 void Conversion::write_node(std::ostream& out, Dbptr db, const ElementGroup& group, const SmartIndex& index) {
+  const DepthGuard guard(*state_);
   NodePlan plan(group);
   NodeWriter(*state_, out).write_node(db, plan, index, nullptr);
 }
 
 void Conversion::write_node(std::ostream& out, Dbptr db, const ElementGroup& group, const SmartIndex& index,
                             const GroupLineHandler& handle_group_line) {
+  const DepthGuard guard(*state_);
   NodePlan plan(group);
   NodeWriter(*state_, out).write_node(db, plan, index, &handle_group_line);
 }
 
 void Conversion::write_group_line(std::ostream& out, Dbptr db, const ElementGroup& group,
                                   const ElementDescription& line, const SmartIndex& index) {
+  const DepthGuard guard(*state_);
   NodePlan plan(group);
   LinePlan line_plan(line);
   NodeWriter(*state_, out).write_line_of_groups(db, plan, line_plan, index);

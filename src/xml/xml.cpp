@@ -1,19 +1,18 @@
 #include "xml.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <stdexcept>
 #include <string_view>
 
+#include "base/characters.h"
+
 namespace {
 
-// A fixed table rather than isalnum: the caller's locale must not let bytes above 127 into a name.
-bool is_ascii_alphanumeric(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
 bool consists_of_alphanumerics_or(std::string_view others, std::string_view name) {
-  return std::all_of(name.begin(), name.end(),
-                     [others](char c) { return is_ascii_alphanumeric(c) || others.find(c) != std::string_view::npos; });
+  return std::all_of(name.begin(), name.end(), [others](char c) {
+    return triglub::is_alphanumeric(c) || others.find(c) != std::string_view::npos;
+  });
 }
 
 bool is_markup(char c) { return c == '&' || c == '<' || c == '>' || c == '\'' || c == '"'; }

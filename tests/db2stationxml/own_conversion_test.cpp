@@ -172,9 +172,11 @@ TEST_F(OwnConversion, IsUsableAfterAFailure) {
   add_two_networks();
   parse(preamble("root") + definition("root", "Root", "", "n - count no.such\n"));
   EXPECT_THROW(write(0), FatalFailure);
-  triglub::Conversion fresh;
+  parse(preamble("root") + definition("root", "Root", "", "inner - GROUP\n") +
+        definition("inner", "Inner", "", "a - force_lookup b\n"));
+  EXPECT_THROW(write(0), std::logic_error);
   parse(whole_tree());
-  EXPECT_EQ(write(fresh, stations_, 0x40), convert(0x40));
+  EXPECT_EQ(write(0x40), convert(0x40));
 }
 
 // --- mends: depth, empty names, the view with networks

@@ -1,5 +1,5 @@
 // Filter blocks are kept, as many as there is room for; who asks sees no difference.
-#include "resp_helper/filter_texts.h"
+#include "state/filter_texts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// Kinds go from the leaves to the root: a node is bound when its operands are.
 #include "engine/expression/bind.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The step between tree and program: what the names of an expression stand for.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_BIND_H
 #define TRIGLUB_ENGINE_EXPRESSION_BIND_H
 

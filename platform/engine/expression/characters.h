@@ -12,9 +12,6 @@ std::size_t count_characters(std::string_view text);
 // The bytes of the first n characters, or all there are.
 std::size_t bytes_of_characters(std::string_view text, std::size_t n);
 
-// The number of bytes of the well-formed UTF-8 character at the start of `text`; 0 when there is none.
-std::size_t character_length(std::string_view text);
-
 }  // namespace triglub::expression
 
 #endif

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/utf8.h"
 #include "engine/expression/bind.h"
-#include "engine/expression/characters.h"
 #include "engine/expression/emit.h"
 #include "engine/expression/evaluate.h"
 #include "engine/expression/expression.h"

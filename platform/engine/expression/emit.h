@@ -1,3 +1,4 @@
+// The last step of a compilation: a bound tree to the program that computes it.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_EMIT_H
 #define TRIGLUB_ENGINE_EXPRESSION_EMIT_H
 

@@ -1,3 +1,4 @@
+// One instruction after the other on a stack of values; a run ends early where a value cannot be had.
 #include "engine/expression/evaluate.h"
 
 #include <cmath>

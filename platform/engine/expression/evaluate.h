@@ -1,3 +1,4 @@
+// The machine that runs programs.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_EVALUATE_H
 #define TRIGLUB_ENGINE_EXPRESSION_EVALUATE_H
 

@@ -1,27 +1,24 @@
+// A fault as people see it: a window of the expression with a caret under the place.
 #include "engine/expression/fault.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "engine/expression/characters.h"
-#include "platform/text.h"
+#include "base/characters.h"
+#include "base/utf8.h"
 
 namespace triglub::expression {
 
 namespace {
 
-constexpr std::size_t WINDOW = 80;  // columns of a long expression that are shown
-constexpr std::string_view CUT = "...";
+constexpr std::size_t kWindow = 80;  // columns of a long expression that are shown
+constexpr std::string_view kCut = "...";
 
 // A character of the expression that takes one column whatever it is.
 std::string_view shown(std::string_view character) {
-  const auto first = static_cast<unsigned char>(character.front());
-  if (character.size() == 1) {
-    if (trimmed(character).empty()) return " ";
-    return first < 0x20 || first >= 0x7F ? "?" : character;
-  }
-  const bool is_control = first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
-  return is_control ? "?" : character;
+  if (character.size() == 1 && is_white_space(character.front())) return " ";
+  const bool is_malformed = character_length(character) == 0;
+  return is_malformed || is_control(character) ? "?" : character;
 }
 
 // The expression by columns, and the column of the place.
@@ -45,17 +42,17 @@ Columns columns_of(std::string_view expression, std::size_t position) {
 
 Fault describe(const CompileError& error, std::string_view expression) {
   // A few columns beyond the place are all that can show; an endless expression is not walked to its end.
-  const Columns columns = columns_of(expression.substr(0, error.position + 4 * WINDOW), error.position);
+  const Columns columns = columns_of(expression.substr(0, error.position + 4 * kWindow), error.position);
   const std::size_t count = columns.cells.size();
-  const std::size_t last_begin = count > WINDOW ? count - WINDOW : 0;
-  const std::size_t begin = std::min(columns.place > WINDOW / 2 ? columns.place - WINDOW / 2 : 0, last_begin);
-  const std::size_t end = std::min(begin + WINDOW, count);
+  const std::size_t last_begin = count > kWindow ? count - kWindow : 0;
+  const std::size_t begin = std::min(columns.place > kWindow / 2 ? columns.place - kWindow / 2 : 0, last_begin);
+  const std::size_t end = std::min(begin + kWindow, count);
 
   std::string text = error.expected + "\n";
-  if (begin > 0) text += CUT;
+  if (begin > 0) text += kCut;
   for (std::size_t i = begin; i < end; ++i) text += columns.cells[i];
-  if (end < count) text += CUT;
-  text += "\n" + std::string(columns.place - begin + (begin > 0 ? CUT.size() : 0), ' ') + "^";
+  if (end < count) text += kCut;
+  text += "\n" + std::string(columns.place - begin + (begin > 0 ? kCut.size() : 0), ' ') + "^";
   return {text, error.position};
 }
 

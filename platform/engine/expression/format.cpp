@@ -1,38 +1,35 @@
+// Formats are taken apart here; printf gets the conversions of numbers, put together anew.
 #include "engine/expression/format.h"
 
-#include <clocale>
 #include <cstdio>
 #include <utility>
 
+#include "base/c_locale.h"
+#include "base/characters.h"
 #include "engine/expression/characters.h"
 
 namespace triglub::expression {
 
 namespace {
 
-constexpr std::size_t MOST = 100;            // of width and precision
-constexpr std::size_t LONGEST_NUMBER = 512;  // 309 digits before the point and 100 behind it, and some
+constexpr std::size_t kMost = 100;           // of width and precision
+constexpr std::size_t kLongestNumber = 512;  // 309 digits before the point and 100 behind it, and some
 
 // Numbers are written as in C, with a point, wherever the program that uses the library comes from.
 class PlainLocale {
  public:
-  PlainLocale() : before_(uselocale(plain())) {}
+  PlainLocale() : before_(uselocale(c_locale())) {}
   ~PlainLocale() { uselocale(before_); }
   PlainLocale(const PlainLocale&) = delete;
   PlainLocale& operator=(const PlainLocale&) = delete;
 
  private:
-  static locale_t plain() {
-    static const locale_t made = newlocale(LC_ALL_MASK, "C", nullptr);
-    return made;
-  }
-
   locale_t before_;
 };
 
 template <typename Argument>
 std::string printed(const std::string& conversion, Argument argument) {
-  char buffer[LONGEST_NUMBER];
+  char buffer[kLongestNumber];
   const PlainLocale locale;
   // The conversion was put together by the reader below, of nothing but what it knows.
   const int length = std::snprintf(buffer, sizeof buffer, conversion.c_str(), argument);
@@ -125,9 +122,9 @@ class Format::Reader {
   std::optional<std::size_t> number() {
     const std::size_t begin = at_;
     std::size_t number = 0;
-    for (; at_ < text_.size() && text_[at_] >= '0' && text_[at_] <= '9'; ++at_) {
+    for (; at_ < text_.size() && is_digit(text_[at_]); ++at_) {
       number = number * 10 + static_cast<std::size_t>(text_[at_] - '0');
-      if (number > MOST) return refuse(begin, "expected a width and precision of at most 100");
+      if (number > kMost) return refuse(begin, "expected a width and precision of at most 100");
     }
     return number;
   }
@@ -193,9 +190,9 @@ void Format::write(double number, std::string* out) const {
   out->assign(before_);
   if (plain_real_) {
     // Defined to give what printf gives in the C locale, and several times as fast.
-    constexpr int DEFAULT_PRECISION = 6;
-    char buffer[LONGEST_NUMBER];
-    const int precision = precision_ ? static_cast<int>(*precision_) : DEFAULT_PRECISION;
+    constexpr int kDefaultPrecision = 6;
+    char buffer[kLongestNumber];
+    const int precision = precision_ ? static_cast<int>(*precision_) : kDefaultPrecision;
     const char* end = std::to_chars(buffer, buffer + sizeof buffer, number, *plain_real_, precision).ptr;
     out->append(buffer, static_cast<std::size_t>(end - buffer));
   } else {

@@ -1,3 +1,4 @@
+// The functions of the language on numbers, and the table of all functions.
 #include "engine/expression/functions.h"
 
 #include <algorithm>
@@ -50,7 +51,7 @@ bool greatest(Arguments arguments, std::string* /*scratch*/, Value* result) {
 }
 
 // std::round takes halves away from zero.
-constexpr Function FUNCTIONS[] = {
+constexpr Function kFunctions[] = {
     {"abs", "n", Kind::real, Form::call, of_one<std::fabs>, abs_integer},
     {"atan2", "rr", Kind::real, Form::call, of_two<std::atan2>, nullptr},
     {"ceil", "r", Kind::real, Form::call, of_one<std::ceil>, nullptr},
@@ -86,9 +87,9 @@ constexpr Function FUNCTIONS[] = {
 }  // namespace
 
 const Function* find_function(std::string_view name) {
-  const Function* found = std::find_if(std::begin(FUNCTIONS), std::end(FUNCTIONS),
+  const Function* found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
                                        [&](const Function& function) { return function.name == name; });
-  return found == std::end(FUNCTIONS) ? nullptr : found;
+  return found == std::end(kFunctions) ? nullptr : found;
 }
 
 }  // namespace triglub::expression

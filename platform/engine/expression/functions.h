@@ -24,7 +24,7 @@
 namespace triglub::expression {
 
 // The longest text that a function makes, in bytes: calls within calls could double a text two hundred times.
-inline constexpr std::size_t MAX_TEXT = std::size_t{1024} * 1024;
+inline constexpr std::size_t kMaxText = std::size_t{1024} * 1024;
 
 // False when there is no result. A text result stands in *scratch (empty at first), in an argument, or for ever.
 using Implementation = bool (*)(std::span<const Value> arguments, std::string* scratch, Value* result);
@@ -54,7 +54,7 @@ struct Function {
 // Null when there is none of that name.
 const Function* find_function(std::string_view name);
 
-// Appends, unless the text would grow beyond MAX_TEXT: then false.
+// Appends, unless the text would grow beyond kMaxText: then false.
 bool append(std::string_view more, std::string* text);
 
 // The functions on texts (text_functions.cpp).

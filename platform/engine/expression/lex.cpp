@@ -1,8 +1,10 @@
+// Tokens are told apart by their first character; of the symbols the longest one that fits counts.
 #include "engine/expression/lex.h"
 
-#include <charconv>
 #include <string>
 
+#include "base/characters.h"
+#include "base/number.h"
 #include "engine/expression/fault.h"
 #include "engine/expression/numbers.h"
 
@@ -10,9 +12,7 @@ namespace triglub::expression {
 
 namespace {
 
-bool is_blank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
+bool begins_name(char c) { return is_letter(c) || c == '_'; }
 
 struct Symbol {
   std::string_view text;
@@ -21,7 +21,7 @@ struct Symbol {
 };
 
 // The longer ones before those that they begin with.
-constexpr Symbol SYMBOLS[] = {
+constexpr Symbol kSymbols[] = {
     {"<=", TokenType::oper, Operator::less_equal},
     {">=", TokenType::oper, Operator::greater_equal},
     {"==", TokenType::oper, Operator::equal},
@@ -62,12 +62,10 @@ const char* expected_instead(char c) {
 }  // namespace
 
 void Lexer::skip_blanks() {
-  while (at_ < text_.size() && is_blank(text_[at_])) ++at_;
+  while (at_ < text_.size() && is_white_space(text_[at_])) ++at_;
 }
 
-bool Lexer::is_name_part(std::size_t at) const {
-  return at < text_.size() && (is_letter(text_[at]) || is_digit(text_[at]));
-}
+bool Lexer::is_name_part(std::size_t at) const { return at < text_.size() && is_word_character(text_[at]); }
 
 Token Lexer::next() {
   skip_blanks();
@@ -76,7 +74,7 @@ Token Lexer::next() {
   const bool is_point_before_digit = first == '.' && at_ + 1 < text_.size() && is_digit(text_[at_ + 1]);
   if (is_digit(first) || is_point_before_digit) return number();
   if (first == '"' || first == '\'') return quoted();
-  if (is_letter(first)) return name();
+  if (begins_name(first)) return name();
   return symbol();
 }
 
@@ -84,19 +82,18 @@ Token Lexer::number() {
   Token token{.type = TokenType::real, .begin = at_};
   bool is_whole = false;
   const std::size_t length = number_length(text_.substr(at_), &is_whole);
-  const char* begin = text_.data() + at_;
+  const std::string_view text = text_.substr(at_, length);
   at_ += length;
   if (is_name_part(at_) || (at_ < text_.size() && text_[at_] == '.')) {
     throw CompileError{at_, "expected the end of the number"};
   }
   if (is_whole) {
     token.type = TokenType::integer;
-    const bool fits = std::from_chars(begin, begin + length, token.integer).ec == std::errc();
-    if (!fits) throw CompileError{token.begin, "expected an integer up to 9223372036854775807"};
+    if (!parse_integer(text, &token.integer))
+      throw CompileError{token.begin, "expected an integer up to 9223372036854775807"};
     return token;
   }
-  const bool fits = std::from_chars(begin, begin + length, token.real).ec == std::errc();
-  if (!fits) throw CompileError{token.begin, "expected a number within the range of reals"};
+  if (!parse_real(text, &token.real)) throw CompileError{token.begin, "expected a number within the range of reals"};
   return token;
 }
 
@@ -115,7 +112,7 @@ Token Lexer::name() {
   while (is_name_part(at_)) ++at_;
   if (at_ < text_.size() && text_[at_] == '.') {
     ++at_;
-    if (at_ == text_.size() || !is_letter(text_[at_]))
+    if (at_ == text_.size() || !begins_name(text_[at_]))
       throw CompileError{at_, "expected a field name behind the point"};
     while (is_name_part(at_)) ++at_;
   }
@@ -125,7 +122,7 @@ Token Lexer::name() {
 
 Token Lexer::symbol() {
   const std::string_view rest = text_.substr(at_);
-  for (const Symbol& symbol : SYMBOLS) {
+  for (const Symbol& symbol : kSymbols) {
     if (!rest.starts_with(symbol.text)) continue;
     const Token token{.type = symbol.type, .oper = symbol.oper, .begin = at_};
     at_ += symbol.text.size();

@@ -1,3 +1,4 @@
+// Patterns that name one text are compared, the others are left to RE2.
 #include "engine/expression/matcher.h"
 
 #include <re2/re2.h>
@@ -6,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/characters.h"
 #include "platform/text.h"
 
 namespace triglub::expression {
@@ -40,21 +42,17 @@ class PatternMatcher final : public Matcher {
   RE2 regex_;
 };
 
-bool is_word_character(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
 // A backslash before an ASCII character that is no letter or digit stands for that character in RE2; before others it
 // means something else, or nothing. (RE2 also takes \_, which is left to it.)
-bool is_escaped_literal(char c) { return static_cast<unsigned char>(c) < 0x80 && !is_word_character(c); }
+bool is_escaped_literal(char c) { return is_ascii(c) && !is_word_character(c); }
 
 // The one text that the pattern matches, when it is plain to see.
 std::optional<std::string> literal_of(std::string_view pattern) {
-  constexpr std::string_view META = ".+*?()|[]{}^$";
+  constexpr std::string_view kMeta = ".+*?()|[]{}^$";
   std::string literal;
   literal.reserve(pattern.size());
   for (std::size_t at = 0; at < pattern.size(); ++at) {
-    if (META.find(pattern[at]) != std::string_view::npos) return std::nullopt;
+    if (kMeta.find(pattern[at]) != std::string_view::npos) return std::nullopt;
     if (pattern[at] == '\\') {
       ++at;
       if (at == pattern.size() || !is_escaped_literal(pattern[at])) return std::nullopt;

@@ -1,3 +1,4 @@
+// The regular expressions of =~ and !~.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_MATCHER_H
 #define TRIGLUB_ENGINE_EXPRESSION_MATCHER_H
 

@@ -1,3 +1,4 @@
+// Asked of the clock or of the environment once a process.
 #include "engine/expression/now.h"
 
 #include <charconv>

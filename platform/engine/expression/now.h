@@ -1,3 +1,4 @@
+// The time of now().
 #ifndef TRIGLUB_ENGINE_EXPRESSION_NOW_H
 #define TRIGLUB_ENGINE_EXPRESSION_NOW_H
 

@@ -1,7 +1,10 @@
+// Numbers of expressions: what a text must look like to be one, and the texts that are made of them.
 #include "engine/expression/numbers.h"
 
 #include <charconv>
 
+#include "base/characters.h"
+#include "base/number.h"
 #include "platform/text.h"
 
 namespace triglub::expression {
@@ -10,7 +13,7 @@ namespace {
 
 std::size_t digits_at(std::string_view text, std::size_t at) {
   std::size_t n = 0;
-  while (at + n < text.size() && text[at + n] >= '0' && text[at + n] <= '9') ++n;
+  while (at + n < text.size() && is_digit(text[at + n])) ++n;
   return n;
 }
 
@@ -44,22 +47,20 @@ std::optional<Number> read_number(std::string_view text) {
   bool is_whole = false;
   const std::size_t length = number_length(text.substr(has_sign), &is_whole);
   if (length == 0 || length + has_sign != text.size()) return std::nullopt;
-  if (text.front() == '+') text.remove_prefix(1);
 
-  const char* end = text.data() + text.size();
   Number number{};
-  if (is_whole && std::from_chars(text.data(), end, number.integer).ec == std::errc()) {
+  if (is_whole && parse_integer(text, &number.integer)) {
     number.is_whole = true;
     number.real = static_cast<double>(number.integer);
     return number;
   }
-  if (std::from_chars(text.data(), end, number.real).ec != std::errc()) return std::nullopt;
+  if (!parse_real(text, &number.real)) return std::nullopt;
   return number;
 }
 
 bool to_integer(double number, std::int64_t* result) {
-  constexpr double BEYOND = 9223372036854775808.0;  // 2^63
-  if (!(number >= -BEYOND && number < BEYOND)) return false;
+  constexpr double kBeyond = 9223372036854775808.0;  // 2^63
+  if (!(number >= -kBeyond && number < kBeyond)) return false;
   *result = static_cast<std::int64_t>(number);
   return true;
 }

@@ -22,7 +22,7 @@ struct Number {
 std::size_t number_length(std::string_view text, bool* is_whole);
 
 // The number that the text is, with a sign and blanks at its ends or not. Nothing for any other text, and for a number
-// that a double cannot hold.
+// too large for a double.
 std::optional<Number> read_number(std::string_view text);
 
 // The number cut towards zero, and the number that a text is. False, the result untouched, when there is no such

@@ -1,3 +1,4 @@
+// The first step of a compilation: a text to its tree.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_PARSE_H
 #define TRIGLUB_ENGINE_EXPRESSION_PARSE_H
 

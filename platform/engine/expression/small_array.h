@@ -1,3 +1,4 @@
+// Arrays of mostly few elements.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_SMALL_ARRAY_H
 #define TRIGLUB_ENGINE_EXPRESSION_SMALL_ARRAY_H
 

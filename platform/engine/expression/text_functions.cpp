@@ -1,5 +1,8 @@
+// The functions of the language on texts.
 #include <algorithm>
 
+#include "base/characters.h"
+#include "base/utf8.h"
 #include "engine/expression/characters.h"
 #include "engine/expression/functions.h"
 #include "platform/text.h"
@@ -9,9 +12,6 @@ namespace triglub::expression {
 namespace {
 
 using Arguments = std::span<const Value>;
-
-char upper_letter(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-char lower_letter(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool each_letter(char (*change)(char), std::string_view text, std::string* scratch, Value* result) {
   scratch->resize(text.size());
@@ -53,7 +53,7 @@ std::size_t plain_prefix(std::string_view text) {
 }  // namespace
 
 bool append(std::string_view more, std::string* text) {
-  if (more.size() > MAX_TEXT - std::min(text->size(), MAX_TEXT)) return false;
+  if (more.size() > kMaxText - std::min(text->size(), kMaxText)) return false;
   *text += more;
   return true;
 }
@@ -67,11 +67,11 @@ bool concat(Arguments arguments, std::string* scratch, Value* result) {
 }
 
 bool upper(Arguments arguments, std::string* scratch, Value* result) {
-  return each_letter(upper_letter, arguments[0].text(), scratch, result);
+  return each_letter(to_upper, arguments[0].text(), scratch, result);
 }
 
 bool lower(Arguments arguments, std::string* scratch, Value* result) {
-  return each_letter(lower_letter, arguments[0].text(), scratch, result);
+  return each_letter(to_lower, arguments[0].text(), scratch, result);
 }
 
 bool trim(Arguments arguments, std::string* /*scratch*/, Value* result) {

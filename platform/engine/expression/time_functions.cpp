@@ -1,3 +1,4 @@
+// The functions of the language on times and dates.
 #include <limits>
 
 #include "engine/expression/functions.h"

@@ -2,6 +2,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/characters.h"
+#include "base/words.h"
 #include "engine/session/database.h"
 #include "platform/elog.h"
 #include "platform/text.h"
@@ -41,9 +43,8 @@ Step parse_step(const char* text) {
   step.rest = trimmed(std::string_view(step.text).substr(blank));
   std::string_view rest = step.rest;
   while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find_first_of(" \t"), rest.size());
-    step.words.emplace_back(rest.substr(0, end));
-    rest = trimmed(rest.substr(end));
+    step.words.emplace_back(take_word(&rest, kBlanks));
+    rest = trimmed(rest);
   }
   return step;
 }

@@ -1,3 +1,4 @@
+// Schemas from parameter files, and where these are found.
 #include "engine/schema/schema.h"
 
 #include <sys/stat.h>
@@ -5,7 +6,9 @@
 #include <algorithm>
 #include <set>
 
+#include "base/characters.h"
 #include "base/number.h"
+#include "base/words.h"
 #include "engine/schema/builtin_schema.h"
 #include "parfile/search.h"
 #include "platform/database.h"
@@ -16,28 +19,18 @@ namespace triglub {
 
 namespace {
 
-constexpr const char* STANDARD = "css3.0";
-constexpr int MAX_FIELD_WIDTH = 1000;  // a value must fit the 1024-byte buffers of dbget
+constexpr const char* kStandard = "css3.0";
+constexpr int kMaxFieldWidth = 1000;  // a value must fit the 1024-byte buffers of dbget
 
-// The next blank-separated word of `rest`, which is advanced; empty at the end.
-std::string_view next_word(std::string_view& rest) {
-  rest = trimmed(rest);
-  std::size_t end = 0;
-  while (end < rest.size() && rest[end] != ' ' && rest[end] != '\t') ++end;
-  const std::string_view word = rest.substr(0, end);
-  rest.remove_prefix(end);
-  return word;
-}
-
-std::vector<std::string> words_of(std::string_view text) {
-  std::vector<std::string> words;
-  for (std::string_view word = next_word(text); !word.empty(); word = next_word(text)) words.emplace_back(word);
-  return words;
+// The next word of a line, which a blank or a tab ends.
+std::string_view next_word(std::string_view* rest) {
+  *rest = trimmed(*rest);
+  return take_word(rest, kBlanks);
 }
 
 std::vector<KeyField> parse_key(std::string_view text) {
   std::vector<KeyField> key;
-  for (const std::string& word : words_of(text)) {
+  for (std::string_view word = next_word(&text); !word.empty(); word = next_word(&text)) {
     if (word != "-") key.push_back(parse_key_field(word));
   }
   return key;
@@ -50,18 +43,18 @@ bool is_type(std::string_view word) {
 // Reads one field line; returns what is wrong with it, empty when nothing is.
 std::string parse_field(std::string_view line, FieldSchema* field) {
   std::string_view rest = line;
-  field->name = next_word(rest);
-  const std::string_view type = next_word(rest);
-  const std::string_view width = next_word(rest);
-  field->format = next_word(rest);
-  field->null_text = next_word(rest);
-  field->unit = next_word(rest);
+  field->name = next_word(&rest);
+  const std::string_view type = next_word(&rest);
+  const std::string_view width = next_word(&rest);
+  field->format = next_word(&rest);
+  field->null_text = next_word(&rest);
+  field->unit = next_word(&rest);
   field->description = trimmed(rest);
   if (field->unit.empty()) return "expected NAME TYPE WIDTH FORMAT NULL UNIT DESCRIPTION";
   if (!is_type(type)) return "the type must be one of t i r e d";
   field->type = static_cast<FieldType>(type[0]);
   std::int64_t bytes = 0;
-  if (!parse_integer(width, &bytes) || bytes < 1 || bytes > MAX_FIELD_WIDTH) return "the width must be 1 to 1000";
+  if (!parse_integer(width, &bytes) || bytes < 1 || bytes > kMaxFieldWidth) return "the width must be 1 to 1000";
   field->width = static_cast<int>(bytes);
   if (field->storage() == Storage::integer && !parse_integer(field->null_text, &field->null_integer)) {
     return "the null of an integer or date must be an integer";
@@ -218,7 +211,7 @@ std::shared_ptr<const Schema> Schema::from(Pf* pf) {
 std::shared_ptr<const Schema> Schema::builtin() {
   static const std::shared_ptr<const Schema> schema = [] {
     Pf* pf = nullptr;
-    if (pfparse(builtin_schema_text(), STANDARD, &pf) != 0) elog_die(0, "the built-in schema cannot be read");
+    if (pfparse(builtin_schema_text(), kStandard, &pf) != 0) elog_die(0, "the built-in schema cannot be read");
     auto made = from(pf);
     pffree(pf);
     return made;
@@ -227,7 +220,7 @@ std::shared_ptr<const Schema> Schema::builtin() {
 }
 
 std::shared_ptr<const Schema> Schema::standard() {
-  const std::string path = path_in_data_folders(STANDARD);
+  const std::string path = path_in_data_folders(kStandard);
   return path.empty() ? builtin() : read_schema(path);
 }
 
@@ -236,7 +229,7 @@ std::shared_ptr<const Schema> Schema::named(const std::string& name, const std::
     return read_schema(name.starts_with("/") ? name : folder + "/" + name);
   }
   if (is_file(folder + "/" + name + ".pf")) return read_schema(folder + "/" + name + ".pf");
-  if (name == STANDARD) return standard();
+  if (name == kStandard) return standard();
   const std::string path = path_in_data_folders(name);
   if (!path.empty()) return read_schema(path);
   elog_complain(0, "there is no schema '%s' (looked for schemas/%s.pf in TRIGLUB_PFPATH and %s)", name.c_str(),

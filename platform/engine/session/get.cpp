@@ -80,11 +80,11 @@ int dbget(Dbptr db, char* buffer) {
   if (view == nullptr || !view->has_field(db.field)) return static_cast<int>(dbINVALID);
   const ViewField& field = view->fields()[static_cast<std::size_t>(db.field)];
   if (db.record == dbNULL) {
-    copy_text(view->schema_of(field).null_text, LONGEST_TEXT, buffer);
+    copy_text(view->schema_of(field).null_text, MAX_VALUE_BYTES, buffer);
     return 0;
   }
   if (!has_record(*view, db)) return static_cast<int>(dbINVALID);
-  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), LONGEST_TEXT, buffer);
+  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), MAX_VALUE_BYTES, buffer);
   return 0;
 }
 

@@ -27,6 +27,7 @@
 #ifndef TRIGLUB_PLATFORM_DATABASE_H
 #define TRIGLUB_PLATFORM_DATABASE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -90,9 +91,12 @@ TRIGLUB_API Dbptr dblookup(Dbptr db, const char* database, const char* table, co
 // handle or code that has no answer. No complaint.
 TRIGLUB_API int dbquery(Dbptr db, int code, void* answer);
 
+// The longest text of a value that dbget and text_runs give, in bytes without a zero byte behind it.
+inline constexpr std::size_t MAX_VALUE_BYTES = 1023;
+
 // The value at the handle's field and record as text, trimmed, into `buffer`, which needs room for 1024 bytes (longer
-// values are cut to 1023, never inside a character). Null: the schema's null text; else a flat file's own digits.
-// 0, or dbINVALID (no complaint, buffer untouched) when the handle names no value.
+// values are cut to MAX_VALUE_BYTES, never inside a character). Null: the schema's null text; else a flat file's own
+// digits. 0, or dbINVALID (no complaint, buffer untouched) when the handle names no value.
 TRIGLUB_API int dbget(Dbptr db, char* buffer);
 
 // Reads fields of the current record: pairs of field name and address, ended by a null name. Text goes into a char

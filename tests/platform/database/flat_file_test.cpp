@@ -218,6 +218,16 @@ TEST(FlatFile, LetsANumberUseItsColumnsAsItLikes) {
   }
 }
 
+TEST(FlatFile, ReadsANumberTooSmallForADoubleAsZero) {
+  for (const char* number : {"1e-400", "-1e-400", "2.4e-324"}) {
+    const OneFile file("site", flat_row("site", {{"sta", "AAK"}, {"lat", number}}) + "\n");
+    ASSERT_TRUE(file.is_loaded()) << number;
+    double lat = 123;
+    ASSERT_EQ(dbgetv(at(file.table(), 0), nullptr, "lat", &lat, nullptr), 0);
+    EXPECT_EQ(lat, 0.0) << number;
+  }
+}
+
 TEST(FlatFile, RefusesNumbersThatAreNone) {
   struct Case {
     const char* field;

@@ -54,6 +54,18 @@ TEST(Evaluate, ComputesUpToTheEndsOfTheRange) {
   });
 }
 
+TEST(Evaluate, TakesANumberTooSmallForARealAsZero) {
+  expect_texts({
+      {"1e-400", "0"},
+      {"-1e-400", "0"},
+      {"'1e-400' == 0", "1"},
+      {"int('-1e-400')", "0"},
+      {"1e-400 == 0", "1"},
+      {"4.9e-324 == 0", "0"},
+      {"2.4e-324 == 0", "1"},
+  });
+}
+
 TEST(Evaluate, ComparesNumbers) {
   expect_texts({
       {"1 < 2", "1"},

@@ -83,12 +83,12 @@ TEST(Limits, TextsGrowToAMebibyteAndNoFurther) {
     return repeated("replace(", static_cast<std::size_t>(times)) + "'a'" +
            repeated(",'a','aa')", static_cast<std::size_t>(times));
   };
-  EXPECT_EQ(text_at_station("length(" + doubled(20) + ")"), std::to_string(MAX_TEXT));
+  EXPECT_EQ(text_at_station("length(" + doubled(20) + ")"), std::to_string(kMaxText));
   EXPECT_EQ(text_at_station("length(" + doubled(21) + ")"), "fails");
   EXPECT_EQ(text_at_station("length(" + doubled(190) + ")"), "fails");
-  EXPECT_EQ(text_at_station("length(concat(" + doubled(19) + "," + doubled(19) + "))"), std::to_string(MAX_TEXT));
+  EXPECT_EQ(text_at_station("length(concat(" + doubled(19) + "," + doubled(19) + "))"), std::to_string(kMaxText));
   EXPECT_EQ(text_at_station("length(concat(" + doubled(19) + "," + doubled(19) + ",'a'))"), "fails");
-  EXPECT_EQ(text_at_station("length(xml(concat('<'," + doubled(19) + ")))"), std::to_string(MAX_TEXT / 2 + 4));
+  EXPECT_EQ(text_at_station("length(xml(concat('<'," + doubled(19) + ")))"), std::to_string(kMaxText / 2 + 4));
   EXPECT_EQ(text_at_station("length(xml(concat('<'," + doubled(19) + "," + doubled(18) + "," + doubled(18) + ")))"),
             "fails");
 }

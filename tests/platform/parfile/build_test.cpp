@@ -111,7 +111,7 @@ TEST(BuiltParameters, RefuseLinesThatNoListCanHold) {
 
 TEST(BuiltParameters, AreNoDeeperThanAFileCanBe) {
   std::string key = "a";
-  for (std::size_t i = 1; i < triglub::parfile::MAX_DEPTH; ++i) key += "{a}";
+  for (std::size_t i = 1; i < triglub::parfile::kMaxDepth; ++i) key += "{a}";
   const PfPtr pf(pfnew());
   EXPECT_EQ(pfput_arr(pf.get(), (key + "{x}").c_str()), -1);
   EXPECT_EQ(pfput_tbl(pf.get(), (key + "{x}").c_str(), {}), -1);

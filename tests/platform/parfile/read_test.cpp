@@ -218,11 +218,11 @@ std::string nested(std::size_t depth) {
 }
 
 TEST(ParameterFile, LimitsTheDepthOfNesting) {
-  using triglub::parfile::MAX_DEPTH;
+  using triglub::parfile::kMaxDepth;
   std::string key = "a";
-  for (std::size_t i = 1; i < MAX_DEPTH; ++i) key += "{a}";
-  EXPECT_EQ(string_at(parsed(nested(MAX_DEPTH)), key + "{x}"), "1");
-  for (const std::size_t depth : {MAX_DEPTH + 1, std::size_t{1000000}}) {
+  for (std::size_t i = 1; i < kMaxDepth; ++i) key += "{a}";
+  EXPECT_EQ(string_at(parsed(nested(kMaxDepth)), key + "{x}"), "1");
+  for (const std::size_t depth : {kMaxDepth + 1, std::size_t{1000000}}) {
     const Complaints complaints;
     EXPECT_EQ(parsed(nested(depth)), nullptr);
     EXPECT_EQ(complaints.texts(), Lines{"test.pf:101: too many blocks inside one another"});

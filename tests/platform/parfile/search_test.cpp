@@ -157,7 +157,7 @@ TEST_F(Search, GivesMinus3AndNamesThePathOfAMalformedFile) {
 
 TEST_F(Search, TakesNoFileBeyondTheLimitOfSize) {
   write("large.pf", "from large\n");
-  fs::resize_file("large.pf", triglub::parfile::MAX_BYTES + 1);
+  fs::resize_file("large.pf", triglub::parfile::kMaxBytes + 1);
   const Complaints complaints;
   EXPECT_EQ(found("large"), "-3");
   EXPECT_EQ(found("/dev/zero"), "-3");

@@ -211,12 +211,13 @@ TEST(ParseResponse, ReadsEveryFormOfANumber) {
 }
 
 TEST(ParseResponse, RefusesWhatIsNoFiniteNumber) {
-  for (const char* word : {"x", "1d5", "1D5", "1e", "1e+", "--1", "++1", "+-1", "+", "-", ".", "1,5", "0x10", "1.5.2",
-                           "1_000", "1;", "\xc2\xbd"}) {
+  for (const char* word :
+       {"x",    "1d5",   "1D5",   "1e", "1e+",      "--1", "++1",  "+-1",  "+",        "-",   ".",   "1,5",
+        "0x10", "1.5.2", "1_000", "1;", "\xc2\xbd", "inf", "-inf", "+inf", "infinity", "nan", "NaN", "1e309x"}) {
     EXPECT_EQ(fault_of(std::string("theoretical 1 x fir\n100\n1\n") + word + "\n0\n"),
               std::string("4: expected a numerator: \"") + word + "\" is not a number");
   }
-  for (const char* word : {"inf", "-inf", "+inf", "infinity", "nan", "NaN", "1e309", "-1e309", "1e-400"}) {
+  for (const char* word : {"1e309", "-1e309", "+1e309", "1e99999"}) {
     EXPECT_EQ(fault_of(std::string("theoretical 1 x fir\n100\n1\n") + word + "\n0\n"),
               std::string("4: expected a numerator: \"") + word + "\" is not a number within range");
   }

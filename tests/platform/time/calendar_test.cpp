@@ -34,7 +34,7 @@ bool is_checked(int year) { return year <= 401 || (1800 <= year && year <= 2201)
 
 TEST(Calendar, AgreesWithCountingDayByDayFromYear1ToYear9999) {
   PlainCalendar plain;
-  for (std::int64_t day = FIRST_DAY; day < END_DAY; ++day, plain.next()) {
+  for (std::int64_t day = kFirstDay; day < kEndDay; ++day, plain.next()) {
     if (!is_checked(plain.year)) continue;
     // One check for the whole day: there are hundreds of thousands of them.
     const Date date = date_of(day);

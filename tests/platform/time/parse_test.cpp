@@ -1,3 +1,4 @@
+// Texts that are times, and nearly.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -18,6 +19,7 @@ TEST(TimeText, IsReadInEveryForm) {
       {"+5", 5},
       {"1e3", 1000},
       {".5", 0.5},
+      {"1e-400", 0},
       {"-9999999999.99900", -9999999999.999},
       {"  12.5\t", 12.5},
       {"1970001", 0},

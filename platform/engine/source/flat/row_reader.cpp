@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "base/characters.h"
 #include "base/number.h"
 #include "platform/text.h"
 #include "platform/timeconv.h"
@@ -62,7 +63,7 @@ bool is_load_date(const FieldSchema& field) { return field.name == "lddate"; }
 // Load dates were once written as "yy-mm-dd hh:mm:ss".
 bool has_older_form(std::string_view text) {
   constexpr std::string_view FORM = "99-99-99 99:99:99";
-  const auto fits = [](char form, char c) { return form == '9' ? '0' <= c && c <= '9' : c == form; };
+  const auto fits = [](char form, char c) { return form == '9' ? is_digit(c) : c == form; };
   return std::equal(FORM.begin(), FORM.end(), text.begin(), text.end(), fits);
 }
 

@@ -1,4 +1,4 @@
-// Numbers of flat files: every text a number or refused, and the nearest double of it.
+// Decimal numbers: every text a number or refused, and the nearest double of it.
 #include "base/number.h"
 
 #include <gtest/gtest.h>
