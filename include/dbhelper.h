@@ -82,7 +82,9 @@ TRIGLUB_API extern std::map<std::string, GroupType> INTERPRETERS;
 // taken as "deg_lat" and remembered as such. Throws what the lookups and evaluations above throw, std::invalid_argument
 // and std::out_of_range for texts that are no numbers, and std::logic_error for "force_lookup".
 TRIGLUB_API std::string eval_as_type(Dbptr db, const char* expr, std::string type);
-// value - k x step or value + k x step, the first that lies within low to high (inclusive), seen from outside.
+// Where "while value > high, subtract step", and then "while value < low, add step" ends, rounding included, in a time
+// that hardly grows with the number of steps. Steps that would never end do so where they change nothing any more, as
+// for a number so large that they are lost in its rounding; with a step of 0 or less they are not begun.
 TRIGLUB_API double bring_into_range(double value, double low, double high, double step);
 // Degrees in range, six decimals. Latitudes wrap by 180 degrees. Each throws what std::stod throws.
 TRIGLUB_API std::string as_valid_lat(std::string text);

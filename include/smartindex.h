@@ -13,13 +13,14 @@
 
 #include "platform/database.h"
 #include "platform/export.h"
+#include "run_set.h"
 
 // A set of record numbers of one view, seen as a flag a record, with its borders kept beside. Position i stands for
 // record i. A value type: copies are independent of each other.
 //
 // Inside, the selected positions are held as runs. Records that belong together lie together in the views that are
 // walked, so a set has few runs, and copying or narrowing one costs no more than it has, however many records the view
-// has.
+// has. Setting one flag after another, in any order, costs the logarithm of the number of runs each.
 //
 // The borders are the lowest and highest selected position, both size() when nothing is selected: exactly so after a
 // constructor from flags, reset_borders, limit_to and remove; the (n, value) constructor and set() keep them
@@ -49,8 +50,8 @@ class TRIGLUB_API SmartIndex {
   bool includes(Dbptr db) const;
 
   // Sets flag i and moves the borders. Clearing the first of exactly two selected positions leaves first() at size();
-  // reset_borders() mends it. Throws std::range_error "SmartIndex::set value out of range" for i > size(); i == size()
-  // is let through by that test and changes nothing.
+  // reset_borders() mends it. Throws std::range_error "SmartIndex::set value out of range" for i > size(). i == size()
+  // is let through by that test: there is no such flag, but the borders move as if there were one.
   void set(unsigned long i, bool value);
 
   // The neighbouring selected position strictly between the borders, or first() from below them (last() from above);
@@ -69,7 +70,7 @@ class TRIGLUB_API SmartIndex {
   void reset_borders();  // both borders from the flags
 
   // True when the borders say all: what lies between them is selected, and nothing else.
-  bool is_one_run() const { return runs_.size() == 1 && first_ == runs_[0].begin && last_ + 1 == runs_[0].end; }
+  bool is_one_run() const;
 
   // The selected positions as runs, ascending: from first to before second.
   std::vector<std::pair<unsigned long, unsigned long>> runs() const;
@@ -78,18 +79,8 @@ class TRIGLUB_API SmartIndex {
   std::string as_string() const;
 
  private:
-  // Selected positions from begin to before end.
-  struct Run {
-    unsigned long begin;
-    unsigned long end;
-  };
-  using Runs = std::vector<Run>;
-
-  bool is_selected(unsigned long i) const;
-  Runs::const_iterator run_after(unsigned long i) const;
-
   unsigned long size_;
-  Runs runs_;  // ascending, neither empty nor touching each other
+  triglub::RunSet runs_;  // what is selected
   unsigned long first_;
   unsigned long last_;
 };

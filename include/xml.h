@@ -47,7 +47,7 @@ class TRIGLUB_API ElementTag {
 
   // ASCII letters, digits and _ - : only (no '.', unlike attribute names); the empty name is safe.
   static bool is_safe(std::string name);
-  // n blanks.
+  // n blanks. Throws std::length_error for more than a text can hold.
   static std::string get_spacer(unsigned long n);
 
   std::string open_tag() const;
@@ -56,8 +56,9 @@ class TRIGLUB_API ElementTag {
   unsigned long est_len(std::string const& content) const;
   // The whole leaf element with line end(s), indented by `indent` blanks: on one line while est_len is below
   // MAX_XML_LINE_LENGTH, else the content on a line of its own, one blank further in. Content is written as it is.
+  // Throws std::length_error when the whole is more than a text can hold.
   std::string wrap(std::string content, unsigned long indent) const;
-  // The same, behind what *text holds.
+  // The same, behind what *text holds, which stays as it is when this throws.
   void append_wrapped(std::string const& content, unsigned long indent, std::string* text) const;
 
  private:

@@ -1,5 +1,4 @@
-// Typed values of the classic interface, and the ranges of angles.
-#include <cmath>
+// Typed values of the classic interface, and angles in their ranges.
 #include <memory>
 
 #include "dbhelper.h"
@@ -8,35 +7,12 @@
 #include "platform/elog.h"
 #include "state/process_state.h"
 
-namespace {
-
-// The first of value - k x step that is not above `limit`, for a value so far above that stepping would take for ever:
-// the remainder is exact, so it is where the steps would end.
-double step_down_from_afar(double value, double limit, double step) {
-  double rest = std::fmod(value, step);
-  while (rest > limit) rest -= step;
-  while (rest + step <= limit) rest += step;
-  return rest;
-}
-
-}  // namespace
-
 std::string eval_as_type(Dbptr db, const char* expr, std::string type) {
   return triglub::or_die([&] {
     std::string text;
     triglub::BoundValue(expr, std::move(type)).write(triglub::process_state(), db, &text);
     return text;
   });
-}
-
-double bring_into_range(double value, double low, double high, double step) {
-  if (!std::isfinite(value) || !(step > 0.0)) return value;  // no number of steps brings these anywhere
-  const double far_off = 1000.0 * step;
-  if (value - high > far_off) value = step_down_from_afar(value, high, step);
-  if (low - value > far_off) value = -step_down_from_afar(-value, -low, step);
-  while (value > high) value -= step;
-  while (value < low) value += step;
-  return value;
 }
 
 std::string as_valid_lat(std::string text) {

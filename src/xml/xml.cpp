@@ -115,11 +115,14 @@ std::string ElementTag::wrap(std::string content, unsigned long indent) const {
 }
 
 void ElementTag::append_wrapped(std::string const& content, unsigned long indent, std::string* text) const {
+  // The indentation stands up to three times: a larger one would make the sum of all lengths begin at 0 again.
+  if (indent > text->max_size() / 4) throw std::length_error("ElementTag: more indentation than a text can hold");
   const bool is_transparent = name_ == kTransparentName;
   const bool is_broken = est_len(content) >= MAX_XML_LINE_LENGTH;
+  const std::size_t blanks = is_broken ? 3 * indent : indent;
   // Leaves are most of a document: one step of growth for the whole, then plain copies.
   const std::size_t before = text->size();
-  text->resize(before + 3 * indent + 2 * name_.size() + attributes_.size() + content.size() + kLongestMarkup, ' ');
+  text->resize(before + blanks + 2 * name_.size() + attributes_.size() + content.size() + kLongestMarkup, ' ');
   char* to = text->data() + before + indent;
   if (!is_transparent) to = put(to, {"<", name_, attributes_, ">"});
   if (is_broken) to = put(to, {"\n"}) + indent + 1;

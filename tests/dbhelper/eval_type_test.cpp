@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <random>
 
 #include "dbhelper.h"
@@ -217,53 +215,6 @@ TEST(Angles, RenderAsTheStandardConversionDoes) {
     const std::string text = std::to_string(angle(random));
     ASSERT_EQ(as_valid_lat(text), std::to_string(std::stod(text)));
   }
-}
-
-// The rule as it is stated, step by step.
-double stepped_into_range(double value, double low, double high, double step) {
-  while (value > high) value -= step;
-  while (value < low) value += step;
-  return value;
-}
-
-TEST(BringIntoRange, KeepsTheBounds) {
-  EXPECT_EQ(bring_into_range(90, -90, 90, 180), 90);
-  EXPECT_EQ(bring_into_range(-90, -90, 90, 180), -90);
-  EXPECT_EQ(bring_into_range(100, -90, 90, 180), -80);
-  EXPECT_EQ(bring_into_range(-95, -90, 90, 180), 85);
-  EXPECT_EQ(bring_into_range(5, 0, 3, 10), 5);  // one step down, one step up
-}
-
-TEST(BringIntoRange, EndsWhereSteppingEnds) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
-  const struct {
-    double low, high, step;
-  } ranges[] = {{-90, 90, 180}, {-180, 180, 360}, {0, 360, 360}, {0, 3, 10}, {-5, 100, 25}};
-  std::uniform_real_distribution<double> mantissa(-10.0, 10.0);
-  std::uniform_int_distribution<int> exponent(-3, 5);
-  for (int i = 0; i < 2000; ++i) {
-    double value = mantissa(random) * std::pow(10.0, exponent(random));
-    if (i % 3 == 0) value = std::round(value / 90.0) * 90.0;
-    for (const auto& r : ranges) {
-      ASSERT_EQ(bring_into_range(value, r.low, r.high, r.step), stepped_into_range(value, r.low, r.high, r.step))
-          << value << " into " << r.low << ".." << r.high;
-    }
-  }
-}
-
-TEST(BringIntoRange, EndsForEveryNumber) {
-  for (const double value : {1e18, -1e18, 1e300, -1e300}) {
-    const double longitude = bring_into_range(value, -180, 180, 360);
-    EXPECT_GE(longitude, -180) << value;
-    EXPECT_LE(longitude, 180) << value;
-  }
-  const double infinite = std::numeric_limits<double>::infinity();
-  EXPECT_EQ(bring_into_range(infinite, 0, 360, 360), infinite);
-  EXPECT_EQ(bring_into_range(-infinite, 0, 360, 360), -infinite);
-  EXPECT_TRUE(std::isnan(bring_into_range(std::nan(""), 0, 360, 360)));
-  EXPECT_EQ(bring_into_range(500, 0, 360, 0), 500);
 }
 
 class OtherPf : public OneSite {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ctime>
 #include <limits>
 #include <random>
 #include <stdexcept>
@@ -194,14 +195,41 @@ TEST(SmartIndex, RefusesToSetBeyondTheEnd) {
   EXPECT_EQ(index.as_string(), "([0000],4,4)");
 }
 
-TEST(SmartIndex, LetsTheEndItselfThroughWithoutEffect) {
-  for (const char* digits : {"", "0000", "0110", "1111"}) {
-    for (const bool value : {true, false}) {
-      SmartIndex index = index_of(digits);
-      index.set(index.size(), value);
-      EXPECT_EQ(index.as_string(), index_of(digits).as_string());
-    }
+TEST(SmartIndex, MovesItsBordersAlsoForTheEndWhichHasNoFlag) {
+  const struct {
+    const char* digits;
+    bool value;
+    const char* text;
+  } cases[] = {
+      {"", true, "([],0,0)"},           {"", false, "([],0,0)"},            // the end is the border already
+      {"0000", true, "([0000],4,4)"},   {"0000", false, "([0000],4,4)"},    //
+      {"11100", true, "([11100],0,5)"}, {"11100", false, "([11100],0,2)"},  //
+      {"0010", true, "([0010],2,4)"},   {"0010", false, "([0010],2,2)"},    //
+  };
+  for (const auto& [digits, value, text] : cases) {
+    SmartIndex index = index_of(digits);
+    index.set(index.size(), value);
+    EXPECT_EQ(index.as_string(), text) << digits;
   }
+}
+
+TEST(SmartIndex, TakesItsUpperBorderBackFromTheEndButNeverTheLowerOne) {
+  SmartIndex index = index_of("11100");
+  index.set(5, true);
+  EXPECT_FALSE(index.includes(at_record(5)));
+  EXPECT_FALSE(index.is_one_run());
+  EXPECT_EQ(index.count(), 3);
+  EXPECT_EQ(index.next(1), 2);
+  EXPECT_EQ(index.next(2), 5);
+  EXPECT_EQ(index.prev(5), 2);
+  index.set(5, false);
+  EXPECT_EQ(index.as_string(), "([11100],0,2)");
+  SmartIndex one = index_of("0100");
+  one.set(4, true);
+  one.set(4, false);
+  EXPECT_EQ(one.as_string(), "([0100],1,4)");
+  one.set(0, true);  // an index without upper border takes the new one
+  EXPECT_EQ(one.as_string(), "([1100],0,0)");
 }
 
 struct Pair {
@@ -400,7 +428,7 @@ struct PlainIndex {
     }
   }
   void set(unsigned long i, bool value) {
-    flags[i] = value;
+    if (i < size()) flags[i] = value;
     if (value) {
       if (i < first) first = i;
       if (i > last || last == size()) last = i;
@@ -528,10 +556,6 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
           break;
         default:
           const unsigned long i = below(size + 1);
-          if (i == size) {  // is let through without effect
-            indexes[at].set(i, true);
-            break;
-          }
           const bool value = below(3) != 0;
           indexes[at].set(i, value);
           plain_ones[at].set(i, value);
@@ -551,6 +575,86 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
       }
     }
   }
+}
+
+// So many flags one by one that what holds them changes its form, and then what is done to whole sets.
+TEST(SmartIndex, AgreesWithAPlainIndexOverManyFlagsSetOneByOne) {
+  const unsigned seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
+  for (int round = 0; round < 100; ++round) {
+    const unsigned long size = 50 + below(400);
+    SmartIndex index(size, false);
+    SmartIndex other = SmartIndex::of_range(size, below(size), size);
+    PlainIndex plain = plain_range(size, 0, 0);
+    PlainIndex plain_other = plain_range(size, other.first(), size);
+    for (int step = 0; step < 300; ++step) {
+      const unsigned long i = below(size + 1);
+      const bool value = below(3) != 0;
+      index.set(i, value);
+      plain.set(i, value);
+      ASSERT_EQ(index.as_string(), plain.as_string());
+      ASSERT_EQ(index.runs(), plain.runs());
+      for (const unsigned long p : {i, below(size + 2)}) {
+        ASSERT_EQ(index.next(p), plain.next(p)) << p;
+        ASSERT_EQ(index.prev(p), plain.prev(p)) << p;
+        ASSERT_EQ(index.includes(at_record(static_cast<std::int64_t>(p))), plain.flag(p)) << p;
+      }
+    }
+    SmartIndex copy = index;
+    ASSERT_EQ(copy.as_string(), plain.as_string());
+    PlainIndex plain_copy = plain;
+    if (below(2) == 0) {
+      other.limit_to(index);
+      plain_other.limit_to(plain);
+      copy.limit_to(other);
+      plain_copy.limit_to(plain_other);
+    } else {
+      other.remove(index);
+      plain_other.remove(plain);
+      index.remove(other);
+      plain.remove(plain_other);
+    }
+    ASSERT_EQ(other.as_string(), plain_other.as_string());
+    ASSERT_EQ(copy.as_string(), plain_copy.as_string());
+    SmartIndex moved = std::move(index);
+    ASSERT_EQ(moved.as_string(), plain.as_string());
+    // NOLINTBEGIN(bugprone-use-after-move,clang-analyzer-cplusplus.Move): what a move leaves behind is promised
+    ASSERT_EQ(index.runs().size(), 0u);
+    index = std::move(moved);
+    ASSERT_EQ(moved.runs().size(), 0u);
+    // NOLINTEND(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+    ASSERT_EQ(index.as_string(), plain.as_string());
+  }
+}
+
+TEST(SmartIndex, IsOneRunAlsoAfterManyFlagsSetOneByOne) {
+  SmartIndex index(1000, false);
+  for (unsigned long i = 100; i < 900; i += 2) index.set(i, true);
+  EXPECT_FALSE(index.is_one_run());
+  for (unsigned long i = 101; i < 900; i += 2) index.set(i, true);
+  EXPECT_TRUE(index.is_one_run());
+  EXPECT_EQ(index.runs(), (std::vector<std::pair<unsigned long, unsigned long>>{{100, 900}}));
+  for (unsigned long i = 0; i < 1000; ++i) index.set(i, false);
+  EXPECT_FALSE(index.is_one_run());
+  EXPECT_EQ(index.count(), 0);
+}
+
+// Work that grows with the runs at each flag would take minutes here; a fraction of a second is enough.
+TEST(SmartIndex, SetsFlagsOneByOneQuicklyInAnyOrder) {
+  constexpr unsigned long runs = 300000;
+  const std::clock_t start = std::clock();
+  SmartIndex ascending(2 * runs, false);
+  SmartIndex descending(2 * runs, false);
+  SmartIndex holes(2 * runs, true);
+  for (unsigned long i = 0; i < runs; ++i) {
+    ascending.set(2 * i, true);
+    descending.set(2 * (runs - 1 - i), true);
+    holes.set(2 * i + 1, false);
+  }
+  EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 15.0);
+  for (const SmartIndex* index : {&ascending, &descending, &holes}) EXPECT_EQ(index->runs().size(), runs);
 }
 
 TEST(SmartIndex, IsLimitedFromItsOwnLowerBorderOnWhereSetHasLostIt) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -66,6 +67,8 @@ TEST(ElementTag, IndentsByTheNumberOfBlanksAskedFor) {
   EXPECT_EQ(ElementTag::get_spacer(0), "");
   EXPECT_EQ(ElementTag::get_spacer(1), " ");
   EXPECT_EQ(ElementTag::get_spacer(7), std::string(7, ' '));
+  EXPECT_THROW(ElementTag::get_spacer(std::string().max_size() + 1), std::length_error);
+  EXPECT_THROW(ElementTag::get_spacer(std::numeric_limits<unsigned long>::max()), std::length_error);
 }
 
 TEST(ElementTag, EstimatesOneCharacterLessThanItWrites) {
@@ -95,6 +98,25 @@ TEST(ElementTag, WrapsContentOnItsOwnLineFromAnEstimateOf80) {
 TEST(ElementTag, DoesNotCountTheIndentation) {
   const std::string content(67, 'x');
   EXPECT_EQ(ElementTag("Name").wrap(content, 50), std::string(50, ' ') + "<Name>" + content + "</Name>\n");
+}
+
+TEST(ElementTag, RefusesAnIndentationThatNoTextCanHold) {
+  constexpr unsigned long highest = std::numeric_limits<unsigned long>::max();
+  const unsigned long longest = std::string().max_size();
+  const ElementTag tag("Name", " a=\"b\"");
+  for (const unsigned long indent : {longest / 4 + 1, longest / 3, longest / 3 + 50, longest - 50, longest, longest + 1,
+                                     highest / 3, highest / 3 + 1, highest / 3 + 50, highest / 2, highest / 3 * 2,
+                                     highest / 3 * 2 + 1, highest / 3 * 2 + 50, highest - 100, highest - 1, highest}) {
+    for (const ElementTag& any : {tag, ElementTag("-")}) {
+      for (const std::size_t length : {0, 1, 80, 1000}) {
+        const std::string content(length, 'x');
+        EXPECT_THROW(any.wrap(content, indent), std::length_error) << indent;
+        std::string text = "before";
+        EXPECT_THROW(any.append_wrapped(content, indent, &text), std::length_error) << indent;
+        EXPECT_EQ(text, "before") << indent;
+      }
+    }
+  }
 }
 
 TEST(ElementTag, CountsAttributesOnce) {
