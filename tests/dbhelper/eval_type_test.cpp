@@ -8,6 +8,7 @@
 #include "dbhelper.h"
 #include "one_site.h"
 #include "support/collected_log.h"
+#include "support/random_seed.h"
 
 namespace triglub_test {
 namespace {
@@ -209,9 +210,7 @@ TEST(Angles, ReadNumbersAsTheStandardConversionDoes) {
 }
 
 TEST(Angles, RenderAsTheStandardConversionDoes) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(random_seed());
   std::uniform_real_distribution<double> angle(-90.0, 90.0);
   for (int i = 0; i < 5000; ++i) {
     const std::string text = std::to_string(angle(random));
@@ -235,9 +234,7 @@ TEST(BringIntoRange, KeepsTheBounds) {
 }
 
 TEST(BringIntoRange, EndsWhereSteppingEnds) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(random_seed());
   const struct {
     double low, high, step;
   } ranges[] = {{-90, 90, 180}, {-180, 180, 360}, {0, 360, 360}, {0, 3, 10}, {-5, 100, 25}};

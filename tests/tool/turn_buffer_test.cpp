@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "support/file_text.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -130,32 +131,47 @@ TEST_F(TurnBuffers, WaitWhenThereIsNoRoomForMore) {
   EXPECT_EQ(written(), "[1][2][3][4]");  // the others have their turns right after
 }
 
-// By as many threads as there are buffers; some texts change where they are.
+using Texts = std::vector<std::string>;
+
+// One letter many times, in many sizes.
+Texts letters() {
+  Texts texts = {std::string(TurnBuffer::CHUNK + 1, 'z')};
+  for (int i = 0; i < 8; ++i) texts.emplace_back(std::size_t{1} << (6 + i), static_cast<char>('a' + i));
+  return texts;
+}
+
+// Writes some of the texts, changing some where they are, and returns what it wrote.
+std::string write_at_random(std::uint64_t seed, Texts& texts, std::ostream& out) {
+  std::mt19937 random(seed);
+  std::string written;
+  for (std::size_t i = random() % 150; i > 0; --i) {
+    std::string& text = texts[random() % texts.size()];
+    if (random() % 50 == 0) text[random() % text.size()] = '!';
+    out << text << std::flush;
+    written += text;
+    if (random() % 4 != 0) continue;
+    out.put('\n');
+    written += '\n';
+  }
+  return written;
+}
+
+// By as many threads as there are buffers. Who writes a piece is chance, what stands in it is not.
 TEST_F(TurnBuffers, WriteRandomTextsInOrder) {
   constexpr std::size_t PIECES = 60;
-  const unsigned int seed = std::random_device()();
-  SCOPED_TRACE(seed);
-  std::vector<std::string> expected(PIECES);
-  const auto write_piece = [&](TurnBuffer& buffer, std::size_t piece, std::vector<std::string>& texts) {
-    std::mt19937 random(seed + static_cast<unsigned int>(piece));
-    std::ostream out(&buffer);
-    buffer.begin(piece);
-    for (std::size_t i = random() % 150; i > 0; --i) {
-      std::string& text = texts[random() % texts.size()];
-      if (random() % 50 == 0) text[random() % text.size()] = '!';
-      out << text << std::flush;
-      expected[piece] += text;
-      if (random() % 4 != 0) continue;
-      out.put('\n');
-      expected[piece] += '\n';
-    }
-    buffer.end();
-  };
+  const std::uint64_t seed = triglub_test::random_seed();
+  Texts expected(PIECES);
   const auto work = [&](std::size_t capacity) {
-    std::vector<std::string> texts = {std::string(TurnBuffer::CHUNK + 1, 'z')};
-    for (int i = 0; i < 8; ++i) texts.emplace_back(std::size_t{1} << (6 + i), static_cast<char>('a' + i));
+    const Texts unchanged = letters();
+    Texts texts = unchanged;
     TurnBuffer buffer(descriptor_, "a file", capacity, turns_);
-    for (std::size_t piece = turns_.take(); piece < PIECES; piece = turns_.take()) write_piece(buffer, piece, texts);
+    std::ostream out(&buffer);
+    for (std::size_t piece = turns_.take(); piece < PIECES; piece = turns_.take()) {
+      texts = unchanged;  // where they are
+      buffer.begin(piece);
+      expected[piece] = write_at_random(seed + piece, texts, out);
+      buffer.end();
+    }
     buffer.finish();
   };
   {

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "resp_helper.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -223,9 +224,7 @@ TEST(ParseResponse, RefusesWhatIsNoFiniteNumber) {
 }
 
 TEST(ParseResponse, ReadsBackEveryNumberExactly) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   std::uniform_real_distribution<double> mantissas(-1, 1);
   std::uniform_int_distribution<int> exponents(-300, 300);
   Values numbers;
@@ -333,9 +332,7 @@ TEST(ParseResponse, NoticesWhereverTheFileIsCutOff) {
 }
 
 TEST(ParseResponse, SurvivesDamage) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   const std::string whole = "theoretical 1 x paz a\n1 1\n1\n-1 1 0 0\n1\n0 0\n" + std::string(kFir) +
                             "measured 1 x fap2\n1\n1 2 3\ntheoretical 1 x other\n\n";
   const std::string bytes = std::string("0123456789 \n\n#.-+eEtheormad\t\r\xff") + '\0';

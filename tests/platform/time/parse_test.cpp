@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/timeconv.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -141,9 +142,7 @@ TEST(TimeText, CanBeAskedForWithoutAPlaceForTheTime) {
 }
 
 TEST(TimeText, GivesBackEveryTimeThatWasWritten) {
-  const auto seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   std::uniform_int_distribution<long long> any(-62135596800, 253402300799);
   for (int i = 0; i < 20000; ++i) {
     const auto time = static_cast<double>(any(random));
