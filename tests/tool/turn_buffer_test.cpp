@@ -24,12 +24,12 @@ using triglub::tool::Turns;
 
 constexpr std::size_t MANY_CHUNKS = 8 * TurnBuffer::CHUNK;
 
-class TurnBuffers : public testing::Test {
+class TurnBufferThreads : public testing::Test {
  protected:
-  TurnBuffers() : path_((std::filesystem::temp_directory_path() / "triglub_turns_XXXXXX").string()) {
+  TurnBufferThreads() : path_((std::filesystem::temp_directory_path() / "triglub_turns_XXXXXX").string()) {
     descriptor_ = mkstemp(path_.data());
   }
-  ~TurnBuffers() override {
+  ~TurnBufferThreads() override {
     close(descriptor_);
     std::filesystem::remove(path_);
     Turns::release(turns_);
@@ -48,7 +48,7 @@ void put(TurnBuffer& buffer, std::size_t piece, const std::string& text) {
   buffer.end();
 }
 
-TEST_F(TurnBuffers, HoldPiecesUntilTheirTurnHasCome) {
+TEST_F(TurnBufferThreads, HoldPiecesUntilTheirTurnHasCome) {
   TurnBuffer fast(descriptor_, "a file", MANY_CHUNKS, turns_);
   TurnBuffer slow(descriptor_, "a file", MANY_CHUNKS, turns_);
   put(fast, 1, "[1]");
@@ -66,7 +66,7 @@ TEST_F(TurnBuffers, HoldPiecesUntilTheirTurnHasCome) {
 }
 
 // A reader should not wait for the whole piece.
-TEST_F(TurnBuffers, WriteThePieceThatHasItsTurnChunkByChunk) {
+TEST_F(TurnBufferThreads, WriteThePieceThatHasItsTurnChunkByChunk) {
   TurnBuffer buffer(descriptor_, "a file", MANY_CHUNKS, turns_);
   std::ostream out(&buffer);
   buffer.begin(0);
@@ -90,7 +90,7 @@ bool ends_before_its_turn(Turns& turns, std::chrono::milliseconds patience, Work
   return has_ended;
 }
 
-TEST_F(TurnBuffers, HoldOneOfTextsThatRepeat) {
+TEST_F(TurnBufferThreads, HoldOneOfTextsThatRepeat) {
   TurnBuffer buffer(descriptor_, "a file", TurnBuffer::CHUNK, turns_);
   const std::string text(4096, 'a');
   std::string expected;
@@ -108,7 +108,7 @@ TEST_F(TurnBuffers, HoldOneOfTextsThatRepeat) {
   EXPECT_TRUE(written() == expected);
 }
 
-TEST_F(TurnBuffers, HoldAsManyChunksAsThereIsRoomFor) {
+TEST_F(TurnBufferThreads, HoldAsManyChunksAsThereIsRoomFor) {
   TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::CHUNK, turns_);
   const std::string text(1024, 'a');  // too short to be held once
   EXPECT_TRUE(ends_before_its_turn(turns_, 20s, [&] {
@@ -123,7 +123,7 @@ TEST_F(TurnBuffers, HoldAsManyChunksAsThereIsRoomFor) {
   EXPECT_EQ(written().size(), 2 * TurnBuffer::CHUNK + text.size());
 }
 
-TEST_F(TurnBuffers, WaitWhenThereIsNoRoomForMore) {
+TEST_F(TurnBufferThreads, WaitWhenThereIsNoRoomForMore) {
   TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::CHUNK, turns_);
   EXPECT_FALSE(ends_before_its_turn(turns_, 100ms, [&] {
     for (std::size_t piece = 1; piece < 5; ++piece) put(buffer, piece, "[" + std::to_string(piece) + "]");
@@ -157,7 +157,7 @@ std::string write_at_random(std::uint64_t seed, Texts& texts, std::ostream& out)
 }
 
 // By as many threads as there are buffers. Who writes a piece is chance, what stands in it is not.
-TEST_F(TurnBuffers, WriteRandomTextsInOrder) {
+TEST_F(TurnBufferThreads, WriteRandomTextsInOrder) {
   constexpr std::size_t PIECES = 60;
   const std::uint64_t seed = triglub_test::random_seed();
   Texts expected(PIECES);
