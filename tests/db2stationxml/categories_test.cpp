@@ -9,6 +9,7 @@
 #include "db2stationxml.h"
 #include "dbhelper.h"
 #include "support/collected_log.h"
+#include "support/random_seed.h"
 
 namespace triglub_test {
 namespace {
@@ -219,9 +220,7 @@ std::string subset_plainly(const std::vector<std::string>& names, const Conditio
 }
 
 TEST_F(PseudoSubset, IsWhatAPlainScanGives) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(random_seed());
   std::vector<std::string> names;
   for (int i = 0; i < 60; ++i) names.emplace_back(1, static_cast<char>('A' + random() % 5));
   const Dbptr db = channels(names);
@@ -234,9 +233,7 @@ TEST_F(PseudoSubset, IsWhatAPlainScanGives) {
 }
 
 TEST_F(Categories, AreWhatAPlainListingGives) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(random_seed());
   std::vector<std::string> names;
   for (int i = 0; i < 40; ++i) names.push_back(std::string(random() % 3, '0') + std::to_string(random() % 120));
   const Dbptr db = channels(names);

@@ -9,6 +9,7 @@
 #include <random>
 
 #include "dbhelper.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -79,8 +80,6 @@ TEST(BringIntoRange, EndsWhereSteppingEndsAroundTheBordersOfAngles) {
 
 class BringIntoRangeAtRandom : public ::testing::Test {
  protected:
-  BringIntoRangeAtRandom() : seed_(std::random_device()()), random_(seed_), trace_(__FILE__, __LINE__, seed_) {}
-
   unsigned long below(unsigned long n) { return static_cast<unsigned long>(random_() % n); }
   double between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random_); }
   // Each order of magnitude up to `most` is as likely as another.
@@ -100,9 +99,7 @@ class BringIntoRangeAtRandom : public ::testing::Test {
   }
 
  private:
-  unsigned seed_;
-  std::mt19937_64 random_;
-  ::testing::ScopedTrace trace_;
+  std::mt19937_64 random_{triglub_test::random_seed()};
 };
 
 TEST_F(BringIntoRangeAtRandom, EndsWhereSteppingEndsForAngles) {

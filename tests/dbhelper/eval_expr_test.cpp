@@ -10,6 +10,7 @@
 #include "dbhelper.h"
 #include "one_site.h"
 #include "support/collected_log.h"
+#include "support/random_seed.h"
 
 namespace triglub_test {
 namespace {
@@ -81,9 +82,7 @@ TEST_F(EvalExpr, RendersNumbersInSixDigits) {
 }
 
 TEST_F(EvalExpr, RendersRealsAsAStreamDoes) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(random_seed());
   std::uniform_real_distribution<double> mantissa(-10.0, 10.0);
   std::uniform_int_distribution<int> exponent(-30, 30);
   const Dbptr sensor = first("sensor");

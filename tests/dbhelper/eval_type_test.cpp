@@ -6,6 +6,7 @@
 #include "dbhelper.h"
 #include "one_site.h"
 #include "support/collected_log.h"
+#include "support/random_seed.h"
 
 namespace triglub_test {
 namespace {
@@ -207,9 +208,7 @@ TEST(Angles, ReadNumbersAsTheStandardConversionDoes) {
 }
 
 TEST(Angles, RenderAsTheStandardConversionDoes) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(random_seed());
   std::uniform_real_distribution<double> angle(-90.0, 90.0);
   for (int i = 0; i < 5000; ++i) {
     const std::string text = std::to_string(angle(random));

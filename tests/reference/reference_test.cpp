@@ -4,13 +4,12 @@
 // Each sequence of conversions runs in a process of its own. The reference keeps what such a process keeps, so the
 // longer sequences test what one conversion leaves to the next: units, responses, the rate flag, the depth.
 //
-// REFERENCE_SEED in the environment repeats a failure (its seed is printed, the case with it), REFERENCE_CASES sets the
-// number of sequences of each test.
+// REFERENCE_SEED in the environment repeats one sequence that failed (its seed is printed, the case with it), as
+// --gtest_random_seed repeats a whole test; REFERENCE_CASES sets the number of sequences of each test.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -18,6 +17,7 @@
 #include "reference/library_run.h"
 #include "reference/random_case.h"
 #include "reference/reference_writer.h"
+#include "support/random_seed.h"
 
 namespace triglub_reference {
 
@@ -74,13 +74,12 @@ using MakeRequest = Request (*)(Random&);
 
 // Sequences of `fewest` to `most` conversions, until one of them does not agree.
 void compare_sequences(std::uint64_t count, int fewest, int most, MakeRequest make) {
-  std::random_device device;
-  const std::uint64_t first = setting("REFERENCE_SEED", device());
-  if (std::getenv("REFERENCE_SEED") != nullptr) count = 1;
-  count = setting("REFERENCE_CASES", count);
-  for (std::uint64_t seed = first; seed < first + count; ++seed) {
-    SCOPED_TRACE("REFERENCE_SEED=" + std::to_string(seed));
-    Random random(seed);
+  const bool is_repeated = std::getenv("REFERENCE_SEED") != nullptr;
+  const std::uint64_t first = is_repeated ? setting("REFERENCE_SEED", 0) : triglub_test::random_seed();
+  count = setting("REFERENCE_CASES", is_repeated ? 1 : count);
+  for (std::uint64_t i = 0; i < count; ++i) {
+    SCOPED_TRACE("REFERENCE_SEED=" + std::to_string(first + i));
+    Random random(first + i);
     std::vector<Request> requests;
     for (int n = random.between(fewest, most); n > 0; --n) requests.push_back(make(random));
     if (!agree(requests)) return;

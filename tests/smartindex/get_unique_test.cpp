@@ -10,6 +10,7 @@
 #include "platform/database.h"
 #include "smartindex.h"
 #include "support/flat_database.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -127,9 +128,7 @@ Texts unique_plainly(Dbptr view, const std::string& field, const SmartIndex& ind
 }
 
 TEST(GetUnique, AgreesWithAskingEveryRecordOnRandomIndexes) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   Texts stations(40);
   for (std::string& station : stations) station = std::string(1, static_cast<char>('A' + random() % 8));
   const SiteChannels channels(stations);
@@ -143,9 +142,7 @@ TEST(GetUnique, AgreesWithAskingEveryRecordOnRandomIndexes) {
 
 // Fields of every kind in a view in which rows are absent, in the order of the rows and in another.
 TEST(GetUnique, AgreesWithAskingEveryRecordOfAView) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   const auto below = [&](unsigned long n) { return static_cast<unsigned long>(random() % n); };
   const Texts texts = {"A", "B", "AB", " A", "\xC3\xBC", "\xFC", "-", ""};
   const Texts numbers = {"1", "10", "9", "1.0", "1.00", "+1", "-1", "-1.0", "0", ""};

@@ -8,6 +8,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "support/random_seed.h"
+
 namespace {
 
 constexpr unsigned long kHighest = std::numeric_limits<unsigned long>::max();
@@ -487,9 +489,7 @@ PlainIndex plain_range(unsigned long size, unsigned long begin, unsigned long en
 }
 
 TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
   for (int round = 0; round < 600; ++round) {
     const unsigned long size = 1 + below(round % 10 == 0 ? 200 : 9);
@@ -579,9 +579,7 @@ TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
 
 // So many flags one by one that what holds them changes its form, and then what is done to whole sets.
 TEST(SmartIndex, AgreesWithAPlainIndexOverManyFlagsSetOneByOne) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
   for (int round = 0; round < 100; ++round) {
     const unsigned long size = 50 + below(400);

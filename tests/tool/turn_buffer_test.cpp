@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "support/file_text.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -23,12 +24,12 @@ using triglub::tool::Turns;
 
 constexpr std::size_t MANY_CHUNKS = 8 * TurnBuffer::CHUNK;
 
-class TurnBuffers : public testing::Test {
+class TurnBufferThreads : public testing::Test {
  protected:
-  TurnBuffers() : path_((std::filesystem::temp_directory_path() / "triglub_turns_XXXXXX").string()) {
+  TurnBufferThreads() : path_((std::filesystem::temp_directory_path() / "triglub_turns_XXXXXX").string()) {
     descriptor_ = mkstemp(path_.data());
   }
-  ~TurnBuffers() override {
+  ~TurnBufferThreads() override {
     close(descriptor_);
     std::filesystem::remove(path_);
     Turns::release(turns_);
@@ -47,7 +48,7 @@ void put(TurnBuffer& buffer, std::size_t piece, const std::string& text) {
   buffer.end();
 }
 
-TEST_F(TurnBuffers, HoldPiecesUntilTheirTurnHasCome) {
+TEST_F(TurnBufferThreads, HoldPiecesUntilTheirTurnHasCome) {
   TurnBuffer fast(descriptor_, "a file", MANY_CHUNKS, turns_);
   TurnBuffer slow(descriptor_, "a file", MANY_CHUNKS, turns_);
   put(fast, 1, "[1]");
@@ -65,7 +66,7 @@ TEST_F(TurnBuffers, HoldPiecesUntilTheirTurnHasCome) {
 }
 
 // A reader should not wait for the whole piece.
-TEST_F(TurnBuffers, WriteThePieceThatHasItsTurnChunkByChunk) {
+TEST_F(TurnBufferThreads, WriteThePieceThatHasItsTurnChunkByChunk) {
   TurnBuffer buffer(descriptor_, "a file", MANY_CHUNKS, turns_);
   std::ostream out(&buffer);
   buffer.begin(0);
@@ -89,7 +90,7 @@ bool ends_before_its_turn(Turns& turns, std::chrono::milliseconds patience, Work
   return has_ended;
 }
 
-TEST_F(TurnBuffers, HoldOneOfTextsThatRepeat) {
+TEST_F(TurnBufferThreads, HoldOneOfTextsThatRepeat) {
   TurnBuffer buffer(descriptor_, "a file", TurnBuffer::CHUNK, turns_);
   const std::string text(4096, 'a');
   std::string expected;
@@ -107,7 +108,7 @@ TEST_F(TurnBuffers, HoldOneOfTextsThatRepeat) {
   EXPECT_TRUE(written() == expected);
 }
 
-TEST_F(TurnBuffers, HoldAsManyChunksAsThereIsRoomFor) {
+TEST_F(TurnBufferThreads, HoldAsManyChunksAsThereIsRoomFor) {
   TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::CHUNK, turns_);
   const std::string text(1024, 'a');  // too short to be held once
   EXPECT_TRUE(ends_before_its_turn(turns_, 20s, [&] {
@@ -122,7 +123,7 @@ TEST_F(TurnBuffers, HoldAsManyChunksAsThereIsRoomFor) {
   EXPECT_EQ(written().size(), 2 * TurnBuffer::CHUNK + text.size());
 }
 
-TEST_F(TurnBuffers, WaitWhenThereIsNoRoomForMore) {
+TEST_F(TurnBufferThreads, WaitWhenThereIsNoRoomForMore) {
   TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::CHUNK, turns_);
   EXPECT_FALSE(ends_before_its_turn(turns_, 100ms, [&] {
     for (std::size_t piece = 1; piece < 5; ++piece) put(buffer, piece, "[" + std::to_string(piece) + "]");
@@ -130,32 +131,47 @@ TEST_F(TurnBuffers, WaitWhenThereIsNoRoomForMore) {
   EXPECT_EQ(written(), "[1][2][3][4]");  // the others have their turns right after
 }
 
-// By as many threads as there are buffers; some texts change where they are.
-TEST_F(TurnBuffers, WriteRandomTextsInOrder) {
+using Texts = std::vector<std::string>;
+
+// One letter many times, in many sizes.
+Texts letters() {
+  Texts texts = {std::string(TurnBuffer::CHUNK + 1, 'z')};
+  for (int i = 0; i < 8; ++i) texts.emplace_back(std::size_t{1} << (6 + i), static_cast<char>('a' + i));
+  return texts;
+}
+
+// Writes some of the texts, changing some where they are, and returns what it wrote.
+std::string write_at_random(std::uint64_t seed, Texts& texts, std::ostream& out) {
+  std::mt19937 random(seed);
+  std::string written;
+  for (std::size_t i = random() % 150; i > 0; --i) {
+    std::string& text = texts[random() % texts.size()];
+    if (random() % 50 == 0) text[random() % text.size()] = '!';
+    out << text << std::flush;
+    written += text;
+    if (random() % 4 != 0) continue;
+    out.put('\n');
+    written += '\n';
+  }
+  return written;
+}
+
+// By as many threads as there are buffers. Who writes a piece is chance, what stands in it is not.
+TEST_F(TurnBufferThreads, WriteRandomTextsInOrder) {
   constexpr std::size_t PIECES = 60;
-  const unsigned int seed = std::random_device()();
-  SCOPED_TRACE(seed);
-  std::vector<std::string> expected(PIECES);
-  const auto write_piece = [&](TurnBuffer& buffer, std::size_t piece, std::vector<std::string>& texts) {
-    std::mt19937 random(seed + static_cast<unsigned int>(piece));
-    std::ostream out(&buffer);
-    buffer.begin(piece);
-    for (std::size_t i = random() % 150; i > 0; --i) {
-      std::string& text = texts[random() % texts.size()];
-      if (random() % 50 == 0) text[random() % text.size()] = '!';
-      out << text << std::flush;
-      expected[piece] += text;
-      if (random() % 4 != 0) continue;
-      out.put('\n');
-      expected[piece] += '\n';
-    }
-    buffer.end();
-  };
+  const std::uint64_t seed = triglub_test::random_seed();
+  Texts expected(PIECES);
   const auto work = [&](std::size_t capacity) {
-    std::vector<std::string> texts = {std::string(TurnBuffer::CHUNK + 1, 'z')};
-    for (int i = 0; i < 8; ++i) texts.emplace_back(std::size_t{1} << (6 + i), static_cast<char>('a' + i));
+    const Texts unchanged = letters();
+    Texts texts = unchanged;
     TurnBuffer buffer(descriptor_, "a file", capacity, turns_);
-    for (std::size_t piece = turns_.take(); piece < PIECES; piece = turns_.take()) write_piece(buffer, piece, texts);
+    std::ostream out(&buffer);
+    for (std::size_t piece = turns_.take(); piece < PIECES; piece = turns_.take()) {
+      texts = unchanged;  // where they are
+      buffer.begin(piece);
+      expected[piece] = write_at_random(seed + piece, texts, out);
+      buffer.end();
+    }
     buffer.finish();
   };
   {

@@ -3,6 +3,7 @@
 #include <random>
 #include <string>
 
+#include "support/random_seed.h"
 #include "xml.h"
 
 namespace {
@@ -47,9 +48,7 @@ void replace_plainly(std::string& text, const std::string& from, const std::stri
 }
 
 TEST(StringReplace, AgreesWithReplacingInPlaceOnRandomTexts) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   const auto random_text = [&random](std::size_t longest) {
     std::string text(random() % (longest + 1), ' ');
     for (char& c : text) c = static_cast<char>('a' + random() % 2);

@@ -9,6 +9,8 @@
 #include <random>
 #include <sstream>
 
+#include "support/random_seed.h"
+
 namespace {
 
 using triglub::append_piece;
@@ -60,9 +62,7 @@ TEST(TextBlock, WritesNumbersWithSixSignificantDigits) {
 }
 
 TEST(TextBlock, WritesNumbersAsAStreamDoes) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   std::uniform_real_distribution<double> decades(-12, 12);
   for (int i = 0; i < 100000; ++i) {
     const auto any_bits = std::bit_cast<double>(random());

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "support/random_seed.h"
+
 namespace triglub {
 namespace {
 
@@ -148,9 +150,7 @@ std::string random_number(std::mt19937_64& random) {
 }
 
 TEST(ParseReal, AgreesWithStrtodOnRandomNumbers) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   for (int i = 0; i < 200000; ++i) {
     const std::string text = random_number(random);
     const double expected = std::strtod(text.c_str(), nullptr);
@@ -163,9 +163,7 @@ TEST(ParseReal, AgreesWithStrtodOnRandomNumbers) {
 }
 
 TEST(ParseReal, AgreesWithStrtodOnWhatPrintfWrites) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   for (int i = 0; i < 100000; ++i) {
     const auto value = std::bit_cast<double>(random());
     if (!std::isfinite(value)) continue;
@@ -178,9 +176,7 @@ TEST(ParseReal, AgreesWithStrtodOnWhatPrintfWrites) {
 }
 
 TEST(ParseReal, RefusesRandomTextsThatStrtodDoesNotTakeWhole) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   const std::string letters = "0123456789.+-eE x";
   for (int i = 0; i < 200000; ++i) {
     std::string text;

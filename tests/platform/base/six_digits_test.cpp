@@ -11,6 +11,8 @@
 #include <sstream>
 #include <string>
 
+#include "support/random_seed.h"
+
 namespace triglub {
 namespace {
 
@@ -54,9 +56,7 @@ TEST(SixDigits, RoundAndTurnToExponentsAsStreamsDo) {
 }
 
 TEST(SixDigits, AgreeWithAStreamOnRandomNumbers) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   std::ostringstream stream;
   stream.imbue(std::locale::classic());
   for (int i = 0; i < 20000; ++i) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/containers.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -105,9 +106,7 @@ TEST_F(Array, HasNoEntryForANullKey) {
 }
 
 TEST_F(Array, AgreesWithAPlainMapUnderRandomOperations) {
-  const auto seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   std::map<std::string, void*> plain;
   for (int i = 0; i < 20000; ++i) {
     const std::string key = std::to_string(random() % 200);

@@ -6,6 +6,8 @@
 #include <random>
 #include <string>
 
+#include "support/random_seed.h"
+
 namespace triglub {
 namespace {
 
@@ -57,9 +59,7 @@ TEST(Dictionary, RanksByBytesAsUnsigned) {
 }
 
 TEST(Dictionary, AgreesWithAMapOnRandomTexts) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   Dictionary dictionary;
   std::map<std::string, std::uint32_t> codes;
   std::vector<std::string_view> kept;

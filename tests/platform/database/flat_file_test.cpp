@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "support/random_seed.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -383,9 +384,7 @@ TEST(FlatFile, ThatIsAFolderRefusesToLoad) {
 
 // Random rows come back as they were written, whatever the lengths of lines.
 TEST(FlatFile, GivesBackRandomRows) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(random_seed());
   const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random() % n); };
   for (int round = 0; round < 30; ++round) {
     const auto table = std::next(flat_schema().begin(), static_cast<std::ptrdiff_t>(below(flat_schema().size())));
@@ -416,9 +415,7 @@ TEST(FlatFile, GivesBackRandomRows) {
 
 // A line of any bytes either loads or is refused, and never reads past the file.
 TEST(FlatFile, BearsRandomBytes) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(random_seed());
   for (int round = 0; round < 1000; ++round) {
     std::string bytes = AFFILIATION + "\n" + AFFILIATION + "\r\n" + AFFILIATION;
     for (auto changes = random() % 4; changes > 0; --changes) {

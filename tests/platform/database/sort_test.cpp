@@ -6,6 +6,7 @@
 #include <numeric>
 #include <random>
 
+#include "support/random_seed.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -165,9 +166,7 @@ std::pair<Rows, Rows> sorted_plainly(Dbptr view, const Texts& keys) {
 }
 
 TEST(Sort, AgreesWithAStableSortOfTheValues) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(random_seed());
   const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
   const Texts fields = {"sta", "chan", "ondate",  "chanid",       "hang",        "descrip",
                         "lat", "elev", "staname", "site.offdate", "site.lddate", "site.sta"};

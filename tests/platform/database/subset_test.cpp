@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "support/random_seed.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -83,9 +84,7 @@ TEST_F(Subset, SeesAbsentRowsAsNulls) {
 }
 
 TEST_F(Subset, AgreesWithEvaluationRecordByRecord) {
-  const auto seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(random_seed());
   const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
   const Texts conditions = {"sta =~ /a/",
                             "sta !~ /a/",

@@ -5,6 +5,7 @@
 #include <numeric>
 #include <random>
 
+#include "support/random_seed.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -81,7 +82,7 @@ TEST(Threads, LoadRowsOfOneLength) {
 }
 
 TEST(Threads, LoadRowsOfManyLengths) {
-  std::mt19937_64 random(20261121);
+  std::mt19937_64 random(random_seed());
   for (const int first_odd : {0, ROWS / 2, ROWS - 10}) {
     std::string bytes;
     for (int i = 0; i < ROWS; ++i) {

@@ -1,6 +1,7 @@
 // Values in quantity: runs of texts, fields by handle, texts of expressions.
 #include <random>
 
+#include "support/random_seed.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -50,7 +51,7 @@ TEST_F(Values, RunsOfEqualTextsFollowOneAnother) {
 }
 
 TEST_F(Values, RunsShowWhatDbgetShows) {
-  std::mt19937_64 random(7);
+  std::mt19937_64 random(random_seed());
   std::vector<Row> rows;
   for (int i = 0; i < 300; ++i) {
     rows.push_back({{"sta", std::string(1, static_cast<char>('A' + random() % 3))},
@@ -128,7 +129,7 @@ TEST_F(Values, TextsOfExpressionsReplaceWhatWasThere) {
 
 // Cells whose bytes were met before take a short way; every value must be what its own cell says.
 TEST_F(Values, CellsThatRepeatAreReadLikeAnyOther) {
-  std::mt19937_64 random(11);
+  std::mt19937_64 random(random_seed());
   const auto pick = [&](const Texts& texts) { return texts[random() % texts.size()]; };
   const Texts numbers = {"1.5", "-1.5", "01.50", "1e2", "", "99.9999", "0", "-0"};
   std::vector<Row> rows;

@@ -8,6 +8,7 @@
 #include <random>
 
 #include "station.h"
+#include "support/random_seed.h"
 
 namespace triglub::expression {
 namespace {
@@ -163,9 +164,7 @@ std::string printed(const std::string& conversion, Argument argument) {
 }
 
 TEST(Format, AgreesWithPrintfOnRandomConversions) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   const auto below = [&](int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); };
   for (int i = 0; i < 20000; ++i) {
     const char type = "difegxs"[below(7)];

@@ -9,6 +9,8 @@
 #include <random>
 #include <string>
 
+#include "support/random_seed.h"
+
 namespace triglub::expression {
 namespace {
 
@@ -86,9 +88,7 @@ TEST(Numbers, RefusesTextsThatAreNearlyNumbers) {
 }
 
 TEST(Numbers, TextsOfRealsReadBackToTheSame) {
-  const unsigned seed = std::random_device{}();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   NumberBuffer buffer;
   for (int i = 0; i < 100000; ++i) {
     const std::uint64_t bits = random();

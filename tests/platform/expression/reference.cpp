@@ -1,9 +1,12 @@
 #include "reference.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <regex>
 #include <stdexcept>
@@ -59,6 +62,13 @@ Part of_real(double number) {
   return part;
 }
 
+// A field's number passes a choice unchecked.
+Part of_finite_or_not(double number) {
+  Part part = of_real(number);
+  part.fails = false;
+  return part;
+}
+
 Part of_text(std::string text) {
   Part part;
   part.type = Type::text;
@@ -102,6 +112,180 @@ Part read(const std::string& text) {
 const std::regex& regex(const std::string& pattern) {
   static std::map<std::string, std::regex> known;
   return known.try_emplace(pattern, pattern).first->second;
+}
+
+using Parts = std::vector<Part>;
+
+const std::string& need_text(const Part& part) {
+  if (part.type != Type::text) throw Refused();
+  return part.text;
+}
+
+bool are_integers(const Parts& parts) {
+  return std::all_of(parts.begin(), parts.end(), [](const Part& part) { return part.type == Type::integer; });
+}
+
+// Where each character of a text begins, and its end.
+std::vector<std::size_t> characters(const std::string& text) {
+  std::vector<std::size_t> begins;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if ((text[i] & 0xC0) != 0x80) begins.push_back(i);
+  }
+  begins.push_back(text.size());
+  return begins;
+}
+
+Part length(const Parts& arguments) {
+  return of_integer(static_cast<std::int64_t>(characters(need_text(arguments[0])).size()) - 1);
+}
+
+Part substr(const Parts& arguments) {
+  const std::string& text = need_text(arguments[0]);
+  const Part& from = arguments[1];
+  const Part& length = arguments[2];
+  if (from.type != Type::integer || length.type != Type::integer) throw Refused();
+  if (from.fails || length.fails || from.integer < 0 || length.integer < 0) return failed(Type::text);
+  const std::vector<std::size_t> begins = characters(text);
+  const auto last = static_cast<std::int64_t>(begins.size()) - 1;
+  const std::int64_t begin = std::min(from.integer, last);
+  const std::int64_t end = begin + std::min(length.integer, last - begin);
+  const auto at = [&](std::int64_t i) { return begins[static_cast<std::size_t>(i)]; };
+  return of_text(text.substr(at(begin), at(end) - at(begin)));
+}
+
+Part replace(const Parts& arguments) {
+  const std::string& text = need_text(arguments[0]);
+  const std::string& from = need_text(arguments[1]);
+  const std::string& to = need_text(arguments[2]);
+  std::string result;
+  for (std::size_t i = 0; i < text.size();) {
+    const bool is_found = !from.empty() && text.compare(i, from.size(), from) == 0;
+    result += is_found ? to : text.substr(i, 1);
+    i += is_found ? from.size() : 1;
+  }
+  return of_text(result);
+}
+
+Part concat(const Parts& arguments) {
+  std::string joined;
+  for (const Part& argument : arguments) joined += text(argument);
+  return of_text(joined);
+}
+
+Part trim(const Parts& arguments) { return of_text(trimmed_copy(need_text(arguments[0]))); }
+
+Part xml(const Parts& arguments) {
+  std::string result;
+  for (const char c : need_text(arguments[0])) {
+    result += c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
+  }
+  return of_text(result);
+}
+
+template <int (*CHANGED)(int)>
+Part each_letter(const Parts& arguments) {
+  std::string letters = need_text(arguments[0]);
+  for (char& c : letters) c = static_cast<char>(CHANGED(static_cast<unsigned char>(c)));
+  return of_text(letters);
+}
+
+Part str(const Parts& arguments) { return of_text(text(arguments[0])); }
+
+Part is_null(const Parts& arguments) {
+  if (!arguments[0].field) throw Refused();
+  return of_integer(station_fields()[*arguments[0].field].is_null ? 1 : 0);
+}
+
+Part number_of(const Part& part) { return part.type == Type::text ? read(part.text) : part; }
+
+// A real without what stands behind its point, if it is an integer then.
+Part cut(double real) {
+  const double whole = std::trunc(real);
+  if (!(whole >= -9223372036854775808.0 && whole < 9223372036854775808.0)) return failed(Type::integer);
+  return of_integer(static_cast<std::int64_t>(whole));
+}
+
+Part to_integer(const Parts& arguments) {
+  const Part value = number_of(arguments[0]);
+  if (value.type == Type::text) return failed(Type::integer);
+  return value.type == Type::integer ? of_integer(value.integer) : cut(value.real);
+}
+
+Part to_real(const Parts& arguments) {
+  const Part value = number_of(arguments[0]);
+  return value.type == Type::text ? failed(Type::real) : of_finite_or_not(number(value));
+}
+
+Part abs(const Parts& arguments) {
+  const Part& part = arguments[0];
+  if (part.type != Type::integer) return of_real(std::fabs(number(part)));
+  return of_wide(part.integer < 0 ? -static_cast<Wide>(part.integer) : part.integer);
+}
+
+// The number that is better than all others.
+template <class Better>
+Part extreme(const Parts& arguments) {
+  Part best = arguments[0];
+  for (const Part& argument : arguments) {
+    if (Better()(number(argument), number(best))) best = argument;
+  }
+  return are_integers(arguments) ? of_integer(best.integer) : of_finite_or_not(number(best));
+}
+
+// The domain is what gives a finite result.
+template <double (*FUNCTION)(double)>
+Part of_one(const Parts& arguments) {
+  return of_real(FUNCTION(number(arguments[0])));
+}
+
+template <double (*FUNCTION)(double, double)>
+Part of_two(const Parts& arguments) {
+  const double x = number(arguments[0]);
+  return of_real(FUNCTION(x, number(arguments[1])));
+}
+
+struct Function {
+  std::size_t arguments;  // 0: any number
+  Part (*value)(const Parts&);
+};
+
+const std::map<std::string, Function>& functions() {
+  static const std::map<std::string, Function> all = {
+      {"abs", {1, abs}},
+      {"atan2", {2, of_two<std::atan2>}},
+      {"ceil", {1, of_one<std::ceil>}},
+      {"concat", {0, concat}},
+      {"cos", {1, of_one<std::cos>}},
+      {"exp", {1, of_one<std::exp>}},
+      {"floor", {1, of_one<std::floor>}},
+      {"int", {1, to_integer}},
+      {"is_null", {1, is_null}},
+      {"length", {1, length}},
+      {"log10", {1, of_one<std::log10>}},
+      {"lower", {1, each_letter<std::tolower>}},
+      {"max", {0, extreme<std::greater<>>}},
+      {"min", {0, extreme<std::less<>>}},
+      {"pow", {2, of_two<std::pow>}},
+      {"real", {1, to_real}},
+      {"replace", {3, replace}},
+      {"round", {1, of_one<std::round>}},
+      {"sin", {1, of_one<std::sin>}},
+      {"sqrt", {1, of_one<std::sqrt>}},
+      {"str", {1, str}},
+      {"substr", {3, substr}},
+      {"trim", {1, trim}},
+      {"upper", {1, each_letter<std::toupper>}},
+      {"xml", {1, xml}},
+  };
+  return all;
+}
+
+Part called(const std::string& name, const Parts& arguments) {
+  const auto found = functions().find(name);
+  if (found == functions().end()) throw Refused();
+  const Function& function = found->second;
+  if (function.arguments != 0 && function.arguments != arguments.size()) throw Refused();
+  return function.value(arguments);
 }
 
 class Reader {
@@ -151,13 +335,6 @@ class Reader {
     if (condition.fails || chosen.fails) return failed(type);
     if (type == Type::text) return of_text(text(chosen));
     return type == Type::integer ? of_integer(chosen.integer) : of_finite_or_not(number(chosen));
-  }
-
-  // A field's number passes a choice unchecked.
-  static Part of_finite_or_not(double number) {
-    Part part = of_real(number);
-    part.fails = false;
-    return part;
   }
 
   Part disjunction() {
@@ -352,144 +529,15 @@ class Reader {
   }
 
   Part call(const std::string& name) {
-    std::vector<Part> arguments;
+    Parts arguments;
     if (!see(")")) {
       do arguments.push_back(conditional());
       while (take(","));
     }
     need(")");
-    bool fails = false;
-    bool integers = true;
-    for (const Part& argument : arguments) {
-      fails = fails || argument.fails;
-      integers = integers && argument.type == Type::integer;
-    }
-    Part result = called(name, arguments, integers);
+    const Part result = called(name, arguments);
+    const bool fails = std::any_of(arguments.begin(), arguments.end(), [](const Part& part) { return part.fails; });
     return fails ? failed(result.type) : result;
-  }
-
-  static const std::string& need_text(const Part& part) {
-    if (part.type != Type::text) throw Refused();
-    return part.text;
-  }
-
-  // Where each character of a text begins, and its end.
-  static std::vector<std::size_t> characters(const std::string& text) {
-    std::vector<std::size_t> begins;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      if ((text[i] & 0xC0) != 0x80) begins.push_back(i);
-    }
-    begins.push_back(text.size());
-    return begins;
-  }
-
-  static Part part_of_text(const std::string& text, const Part& from, const Part& length) {
-    if (from.type != Type::integer || length.type != Type::integer) throw Refused();
-    if (from.fails || length.fails || from.integer < 0 || length.integer < 0) return failed(Type::text);
-    const std::vector<std::size_t> begins = characters(text);
-    const auto last = static_cast<std::int64_t>(begins.size()) - 1;
-    const std::int64_t begin = std::min(from.integer, last);
-    const std::int64_t end = begin + std::min(length.integer, last - begin);
-    const auto at = [&](std::int64_t i) { return begins[static_cast<std::size_t>(i)]; };
-    return of_text(text.substr(at(begin), at(end) - at(begin)));
-  }
-
-  static Part replaced(const std::string& text, const std::string& from, const std::string& to) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size();) {
-      const bool is_found = !from.empty() && text.compare(i, from.size(), from) == 0;
-      result += is_found ? to : text.substr(i, 1);
-      i += is_found ? from.size() : 1;
-    }
-    return of_text(result);
-  }
-
-  static Part safe_in_xml(const std::string& text) {
-    std::string result;
-    for (const char c : text) result += c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
-    return of_text(result);
-  }
-
-  // Of one number each; the domain is what gives a finite result.
-  static std::optional<Part> of_analysis(const std::string& name, const std::vector<Part>& arguments) {
-    static const std::map<std::string, double (*)(double)> functions = {
-        {"sqrt", std::sqrt}, {"floor", std::floor}, {"ceil", std::ceil}, {"round", std::round},
-        {"exp", std::exp},   {"log10", std::log10}, {"sin", std::sin},   {"cos", std::cos}};
-    const auto found = functions.find(name);
-    if (found == functions.end()) return std::nullopt;
-    if (arguments.size() != 1) throw Refused();
-    return of_real(found->second(number(arguments[0])));
-  }
-
-  // A real without what stands behind its point, if it is an integer then.
-  static Part cut(double real) {
-    const double whole = std::trunc(real);
-    if (!(whole >= -9223372036854775808.0 && whole < 9223372036854775808.0)) return failed(Type::integer);
-    return of_integer(static_cast<std::int64_t>(whole));
-  }
-
-  static Part called(const std::string& name, const std::vector<Part>& arguments, bool integers) {
-    if (name == "concat") {
-      std::string joined;
-      for (const Part& argument : arguments) joined += text(argument);
-      return of_text(joined);
-    }
-    if (name == "min" || name == "max") {
-      Part best = arguments[0];
-      for (const Part& argument : arguments) {
-        const bool better = name == "min" ? number(argument) < number(best) : number(argument) > number(best);
-        if (better) best = argument;
-      }
-      return integers ? of_integer(best.integer) : of_finite_or_not(number(best));
-    }
-    if (const auto result = of_analysis(name, arguments)) return *result;
-    if (name == "pow" || name == "atan2") {
-      if (arguments.size() != 2) throw Refused();
-      const double x = number(arguments[0]);
-      const double y = number(arguments[1]);
-      return of_real(name == "pow" ? std::pow(x, y) : std::atan2(x, y));
-    }
-    if (name == "substr") {
-      if (arguments.size() != 3) throw Refused();
-      return part_of_text(need_text(arguments[0]), arguments[1], arguments[2]);
-    }
-    if (name == "replace") {
-      if (arguments.size() != 3) throw Refused();
-      return replaced(need_text(arguments[0]), need_text(arguments[1]), need_text(arguments[2]));
-    }
-    if (arguments.size() != 1) throw Refused();
-    const Part& only = arguments[0];
-    if (name == "trim") return of_text(trimmed_copy(need_text(only)));
-    if (name == "xml") return safe_in_xml(need_text(only));
-    if (name == "is_null") {
-      if (!only.field) throw Refused();
-      return of_integer(station_fields()[*only.field].is_null ? 1 : 0);
-    }
-    if (name == "int") {
-      const Part value = only.type == Type::text ? read(only.text) : only;
-      if (value.type == Type::text) return failed(Type::integer);
-      return value.type == Type::integer ? of_integer(value.integer) : cut(value.real);
-    }
-    if (name == "lower") {
-      std::string lower = need_text(only);
-      for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-      return of_text(lower);
-    }
-    if (name == "str") return of_text(text(only));
-    if (name == "upper") {
-      std::string upper = need_text(only);
-      for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-      return of_text(upper);
-    }
-    if (name == "length") return of_integer(static_cast<std::int64_t>(characters(need_text(only)).size()) - 1);
-    if (name == "abs")
-      return integers ? of_wide(only.integer < 0 ? -static_cast<Wide>(only.integer) : only.integer)
-                      : of_real(std::fabs(number(only)));
-    if (name == "real") {
-      const Part value = only.type == Type::text ? read(only.text) : only;
-      return value.type == Type::text ? failed(Type::real) : of_finite_or_not(number(value));
-    }
-    throw Refused();
   }
 
   const std::string& text_;

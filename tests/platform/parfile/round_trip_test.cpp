@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/parfile/pf_ptr.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ TEST(WrittenParameters, OfNothingAreEmpty) {
 // Texts of pieces that mean something to the reader, most of which some place refuses.
 class RandomParameters {
  public:
-  explicit RandomParameters(unsigned seed) : random_(seed) {}
+  explicit RandomParameters(std::uint64_t seed) : random_(seed) {}
 
   PfPtr object() {
     PfPtr pf(pfnew());
@@ -130,9 +131,7 @@ class RandomParameters {
 };
 
 TEST(WrittenParameters, ReadBackAsTheSameObject) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  RandomParameters random(seed);
+  RandomParameters random(triglub_test::random_seed());
   for (int i = 0; i < 3000; ++i) {
     const PfPtr built = random.object();
     const std::string text = pf2text(built.get());
@@ -145,9 +144,7 @@ TEST(WrittenParameters, ReadBackAsTheSameObject) {
 }
 
 TEST(WrittenParameters, OfAnythingThatCouldBeReadReadBackAsTheSame) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  RandomParameters random(seed);
+  RandomParameters random(triglub_test::random_seed());
   const Complaints refusals;
   unsigned well_formed = 0;
   for (int i = 0; i < 20000; ++i) {

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "resp_helper.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -224,9 +225,7 @@ TEST(ParseResponse, RefusesWhatIsNoFiniteNumber) {
 }
 
 TEST(ParseResponse, ReadsBackEveryNumberExactly) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   std::uniform_real_distribution<double> mantissas(-1, 1);
   std::uniform_int_distribution<int> exponents(-300, 300);
   Values numbers;
@@ -241,14 +240,21 @@ TEST(ParseResponse, ReadsBackEveryNumberExactly) {
   EXPECT_EQ(fir_of(parsed(text.str())).numerators, numbers);
 }
 
-TEST(ParseResponse, NamesLineAndFault) {
-  const std::string group =
-      " (a group begins with \"theoretical\" or \"measured\", a whole number, a description and a type)";
-  const std::string first = "expected the first group" + group + ", found ";
-  const std::string further = "expected a further group or the end of the file" + group + ", found ";
-  const std::string paz = "theoretical 1 x paz\n";
-  const std::string fir = "theoretical 1 x fir\n";
-  const std::pair<std::string, std::string> cases[] = {
+using Faults = std::initializer_list<std::pair<std::string, std::string>>;
+
+// The faults of texts that follow on the head of a group of the type.
+void expect_faults(const std::string& type, const Faults& cases) {
+  for (const auto& [text, fault] : cases) {
+    EXPECT_EQ(fault_of("theoretical 1 x " + type + "\n" + text), fault) << type << "\n" << text;
+  }
+}
+
+const std::string A_GROUP =
+    " (a group begins with \"theoretical\" or \"measured\", a whole number, a description and a type), found ";
+
+TEST(ParseResponse, NamesLineAndTextWhereNoGroupBegins) {
+  const std::string first = "expected the first group" + A_GROUP;
+  const Faults cases = {
       {"", "1: " + first + "the end of the file"},
       {"\n\n# nothing\n", "3: " + first + "the end of the file"},
       {"\nparadoxical 1 x paz\n", "2: " + first + "\"paradoxical 1 x paz\""},
@@ -261,47 +267,66 @@ TEST(ParseResponse, NamesLineAndFault) {
       {"theoretical - x paz\n", "1: " + first + "\"theoretical - x paz\""},
       {"theoreticality 1 x paz which goes on, and on and on\n",
        "1: " + first + "\"theoreticality 1 x paz which goes on, an...\""},
-      // Poles and zeros.
-      {paz, "1: expected the normalization factor, found the end of the file"},
-      {paz + "1 2 3\n0\n0\n", "2: expected the normalization factor (1 or 2 numbers), found 3"},
-      {paz + "1\n", "2: expected the number of poles, found the end of the file"},
-      {paz + "1\nx\n", "3: expected the number of poles, found \"x\""},
-      {paz + "1\n1 1\n1 1\n0\n", "3: expected the number of poles, found \"1 1\""},
-      {paz + "1\n1.0\n1 1\n0\n", "3: expected the number of poles, found \"1.0\""},
-      {paz + "1\n-1\n0\n", "3: expected the number of poles, found \"-1\""},
-      {paz + "1\n2\n1 1\n", "4: expected 2 poles, found 1"},
-      {paz + "1\n2\n1 1\n" + kFir, "5: expected 2 poles, found 1"},
-      {paz + "1\n2\n1 1\n0\n", "5: expected a pole (2 or 4 numbers), found 1"},
-      {paz + "1\n1\n1\n0\n", "4: expected a pole (2 or 4 numbers), found 1"},
-      {paz + "1\n1\n1 1 0.1\n0\n", "4: expected a pole (2 or 4 numbers), found 3"},
-      {paz + "1\n1\n1 1 0.1 0.1 0.1\n0\n", "4: expected a pole (2 or 4 numbers), found 5"},
-      {paz + "1\n1\n1 1 1 1 1 1 1\n0\n", "4: expected a pole (2 or 4 numbers), found 7"},
-      {paz + "1\n1\n1 1\n2 2\n0\n", "5: expected the number of zeros, found \"2 2\""},
-      {paz + "1\n1\n1 1\n", "4: expected the number of zeros, found the end of the file"},
-      {paz + "1\n0\n1\n1 x\n", "5: expected a zero: \"x\" is not a number"},
-      {paz + "1\n0\n2\n1 1\n\n\n", "7: expected 2 zeros, found 1"},
-      {paz + "1\n0\n0\n1 1\n", "5: " + further + "\"1 1\""},
-      {paz + "1\n0\n0\n0\n", "5: " + further + "\"0\""},
-      // Coefficients.
-      {fir + "x\n", "2: expected the input sample rate: \"x\" is not a number"},
-      {fir + "100 1 2\n0\n0\n", "2: expected the input sample rate (1 or 2 numbers), found 3"},
-      {fir + "100\n3\n1\n2\n", "5: expected 3 numerators, found 2"},
-      {fir + "100\n1\n1\n", "4: expected the number of denominators, found the end of the file"},
-      {fir + "100\n1\n1 2 3\n0\n", "4: expected a numerator (1 or 2 numbers), found 3"},
-      {fir + "100\n0\n1\n1 2 3\n", "5: expected a denominator (1 or 2 numbers), found 3"},
-      {fir + "100\n0\n2\n1\ntheoretical 1 x paz\n", "6: expected 2 denominators, found 1"},
-      {"theoretical 1 x iir\n100 3\n0\n0\n", "2: expected the input sample rate (1 number), found 2"},
-      // Tables.
-      {"theoretical 1 x fap\n", "1: expected the number of rows, found the end of the file"},
-      {"theoretical 1 x fap\n1\n1 2\n",
-       "3: expected a row of frequency, amplitude and phase (3 or 5 numbers), found 2"},
-      {"theoretical 1 x fap2\n1\n1 2 3 4\n",
-       "3: expected a row of frequency, amplitude and phase (3 or 5 numbers), found 4"},
-      {"theoretical 1 x fap2\n1\n1 2 3 4 5 6\n",
-       "3: expected a row of frequency, amplitude and phase (3 or 5 numbers), found 6"},
-      {"theoretical 1 x fap2\n2\n1 2 3\n", "3: expected 2 rows, found 1"},
   };
   for (const auto& [text, fault] : cases) EXPECT_EQ(fault_of(text), fault) << text;
+}
+
+TEST(ParseResponse, NamesLineAndFaultOfPolesAndZeros) {
+  const std::string further = "5: expected a further group or the end of the file" + A_GROUP;
+  const Faults of_paz = {
+      {"", "1: expected the normalization factor, found the end of the file"},
+      {"1 2 3\n0\n0\n", "2: expected the normalization factor (1 or 2 numbers), found 3"},
+      {"1\n", "2: expected the number of poles, found the end of the file"},
+      {"1\nx\n", "3: expected the number of poles, found \"x\""},
+      {"1\n1 1\n1 1\n0\n", "3: expected the number of poles, found \"1 1\""},
+      {"1\n1.0\n1 1\n0\n", "3: expected the number of poles, found \"1.0\""},
+      {"1\n-1\n0\n", "3: expected the number of poles, found \"-1\""},
+      {"1\n2\n1 1\n", "4: expected 2 poles, found 1"},
+      {std::string("1\n2\n1 1\n") + kFir, "5: expected 2 poles, found 1"},
+      {"1\n2\n1 1\n0\n", "5: expected a pole (2 or 4 numbers), found 1"},
+      {"1\n1\n1\n0\n", "4: expected a pole (2 or 4 numbers), found 1"},
+      {"1\n1\n1 1 0.1\n0\n", "4: expected a pole (2 or 4 numbers), found 3"},
+      {"1\n1\n1 1 0.1 0.1 0.1\n0\n", "4: expected a pole (2 or 4 numbers), found 5"},
+      {"1\n1\n1 1 1 1 1 1 1\n0\n", "4: expected a pole (2 or 4 numbers), found 7"},
+      {"1\n1\n1 1\n2 2\n0\n", "5: expected the number of zeros, found \"2 2\""},
+      {"1\n1\n1 1\n", "4: expected the number of zeros, found the end of the file"},
+      {"1\n0\n1\n1 x\n", "5: expected a zero: \"x\" is not a number"},
+      {"1\n0\n2\n1 1\n\n\n", "7: expected 2 zeros, found 1"},
+      {"1\n0\n0\n1 1\n", further + "\"1 1\""},
+      {"1\n0\n0\n0\n", further + "\"0\""},
+  };
+  expect_faults("paz", of_paz);
+}
+
+TEST(ParseResponse, NamesLineAndFaultOfCoefficients) {
+  const Faults of_fir = {
+      {"x\n", "2: expected the input sample rate: \"x\" is not a number"},
+      {"100 1 2\n0\n0\n", "2: expected the input sample rate (1 or 2 numbers), found 3"},
+      {"100\n3\n1\n2\n", "5: expected 3 numerators, found 2"},
+      {"100\n1\n1\n", "4: expected the number of denominators, found the end of the file"},
+      {"100\n1\n1 2 3\n0\n", "4: expected a numerator (1 or 2 numbers), found 3"},
+      {"100\n0\n1\n1 2 3\n", "5: expected a denominator (1 or 2 numbers), found 3"},
+      {"100\n0\n2\n1\ntheoretical 1 x paz\n", "6: expected 2 denominators, found 1"},
+  };
+  expect_faults("fir", of_fir);
+  const Faults of_iir = {
+      {"100 3\n0\n0\n", "2: expected the input sample rate (1 number), found 2"},
+  };
+  expect_faults("iir", of_iir);
+}
+
+TEST(ParseResponse, NamesLineAndFaultOfRows) {
+  const Faults of_fap = {
+      {"", "1: expected the number of rows, found the end of the file"},
+      {"1\n1 2\n", "3: expected a row of frequency, amplitude and phase (3 or 5 numbers), found 2"},
+  };
+  expect_faults("fap", of_fap);
+  const Faults of_fap2 = {
+      {"1\n1 2 3 4\n", "3: expected a row of frequency, amplitude and phase (3 or 5 numbers), found 4"},
+      {"1\n1 2 3 4 5 6\n", "3: expected a row of frequency, amplitude and phase (3 or 5 numbers), found 6"},
+      {"2\n1 2 3\n", "3: expected 2 rows, found 1"},
+  };
+  expect_faults("fap2", of_fap2);
 }
 
 TEST(ParseResponse, LimitsTheEntriesOfACount) {
@@ -334,9 +359,7 @@ TEST(ParseResponse, NoticesWhereverTheFileIsCutOff) {
 }
 
 TEST(ParseResponse, SurvivesDamage) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  std::mt19937 random(triglub_test::random_seed());
   const std::string whole = "theoretical 1 x paz a\n1 1\n1\n-1 1 0 0\n1\n0 0\n" + std::string(kFir) +
                             "measured 1 x fap2\n1\n1 2 3\ntheoretical 1 x other\n\n";
   const std::string bytes = std::string("0123456789 \n\n#.-+eEtheormad\t\r\xff") + '\0';

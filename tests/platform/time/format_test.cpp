@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/timeconv.h"
+#include "support/random_seed.h"
 
 namespace {
 
@@ -157,9 +158,7 @@ std::string plain_text(long long milliseconds) {
 }
 
 TEST(EpochText, AgreesWithTheCLibraryAtRandomMilliseconds) {
-  const auto seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   std::uniform_int_distribution<long long> any(-62135596800000, 253402300799999);
   for (int i = 0; i < 100000; ++i) {
     const long long milliseconds = any(random);
@@ -169,9 +168,7 @@ TEST(EpochText, AgreesWithTheCLibraryAtRandomMilliseconds) {
 }
 
 TEST(EpochText, RoundsUpFromEveryHalfThatWasWrittenAsOne) {
-  const auto seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937_64 random(seed);
+  std::mt19937_64 random(triglub_test::random_seed());
   const char* format = "%Y-%m-%d (%j) %H:%M:%S.%u";
   for (const double magnitude : {1.0, 1e3, 1e6, 1e9, 4e9, 5e10}) {
     std::uniform_int_distribution<long long> any(0, static_cast<long long>(magnitude * 1000));
