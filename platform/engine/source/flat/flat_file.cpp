@@ -7,13 +7,13 @@
 
 #include "base/threads.h"
 #include "engine/source/flat/row_reader.h"
+#include "engine/source/table_faults.h"
 #include "platform/elog.h"
 
 namespace triglub {
 
 namespace {
 
-constexpr std::uint64_t MAX_COMPLAINTS = 20;
 constexpr std::size_t LEAST_PIECE = std::size_t{1} << 20;  // bytes for which a thread is worth its start
 constexpr std::size_t SMALL_PIECES = 8;                    // of a thread's share, one for later
 
@@ -37,18 +37,11 @@ std::vector<std::size_t> borders_of_pieces(std::string_view file) {
 }
 
 void complain_of_faults(const TableSchema& schema, const std::string& path, std::string_view file) {
-  std::uint64_t faults = 0;
+  TableFaults faults(schema.name, path);
   tell_faults(schema, file, [&](std::uint64_t line, const std::string& field, const std::string& fault) {
-    if (++faults > MAX_COMPLAINTS) return;
-    const std::string where = field.empty() ? "" : " field " + schema.name + "." + field + ":";
-    elog_complain(0, "%s:%llu:%s %s", path.c_str(), static_cast<unsigned long long>(line), where.c_str(),
-                  fault.c_str());
+    faults.tell(path + ":" + std::to_string(line), field, fault);
   });
-  if (faults > MAX_COMPLAINTS) {
-    elog_complain(0, "%s: %llu faults in all, the first %llu are named", path.c_str(),
-                  static_cast<unsigned long long>(faults), static_cast<unsigned long long>(MAX_COMPLAINTS));
-  }
-  elog_complain(0, "%s: table %s is not loaded", path.c_str(), schema.name.c_str());
+  faults.conclude();
 }
 
 // The codes of one dictionary's texts in another, which is given those that it lacks.
