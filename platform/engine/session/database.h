@@ -16,9 +16,6 @@
 
 namespace triglub {
 
-// Bytes of a text that dbget gives: its buffers have 1024, with the zero byte.
-inline constexpr std::size_t LONGEST_TEXT = 1023;
-
 class Database {
  public:
   Database(std::shared_ptr<const Source> source, std::int64_t id);
