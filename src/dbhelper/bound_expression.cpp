@@ -1,7 +1,6 @@
 // Expressions over one record, as the texts that stand in the document.
 #include "dbhelper/bound_expression.h"
 
-#include <algorithm>
 #include <charconv>
 
 #include "base/six_digits.h"
@@ -24,9 +23,7 @@ void write_integer(std::int64_t value, std::string* result) {
   result->assign(text, static_cast<std::size_t>(end - text));
 }
 
-// Leaves what a C string holds of the text, trimmed.
-void trim_c_text(std::string* text) {
-  text->resize(std::min(text->find('\0'), text->size()));
+void trim(std::string* text) {
   const std::string_view kept = trimmed(*text);
   const auto before = static_cast<std::size_t>(kept.data() - text->data());
   text->resize(before + kept.size());
@@ -107,7 +104,7 @@ void string_text(Dbptr db, BoundExpression& expression, std::string* result) {
     // The "%s" stays: programs look for this text as it always was.
     throw std::runtime_error(std::string("failure to eval_str_expr %s") + expression.text());
   }
-  trim_c_text(result);
+  trim(result);
 }
 
 }  // namespace triglub

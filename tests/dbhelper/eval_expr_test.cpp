@@ -252,9 +252,5 @@ TEST_F(EvalStr, ThrowsWithTheMarkAndTheExpression) {
   }
 }
 
-TEST_F(EvalStr, EndsAtAZeroByte) {
-  EXPECT_EQ(eval_str_expr(site_with({{"staname", std::string("ab \0cd", 6)}}), "concat(staname, \"\")"), "ab");
-}
-
 }  // namespace
 }  // namespace triglub_test

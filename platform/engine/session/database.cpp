@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "base/threads.h"
+#include "engine/source/open/open_source.h"
 #include "platform/elog.h"
 
 static_assert(triglub::NO_ROW == triglub::NO_BASE_ROW);
@@ -27,8 +28,8 @@ bool are_all(const std::vector<std::uint32_t>& records, const View& view) {
 
 }  // namespace
 
-Database::Database(Source source, std::int64_t id) : source_(std::move(source)), id_(id) {
-  const std::size_t count = source_.schema()->tables().size();
+Database::Database(std::shared_ptr<const Source> source, std::int64_t id) : source_(std::move(source)), id_(id) {
+  const std::size_t count = source_->schema()->tables().size();
   tables_.resize(count);
   refused_.resize(count, false);
   views_.resize(count);
@@ -37,8 +38,8 @@ Database::Database(Source source, std::int64_t id) : source_(std::move(source)),
 std::int64_t Database::load_table(std::size_t index) {
   if (views_[index] != nullptr) return static_cast<std::int64_t>(index);
   if (refused_[index]) return dbINVALID;  // the complaints were made the first time
-  const TableSchema& schema = source_.schema()->tables()[index];
-  tables_[index] = source_.load(schema);
+  const TableSchema& schema = source_->schema()->tables()[index];
+  tables_[index] = source_->load(schema, {});
   if (tables_[index] == nullptr) {
     refused_[index] = true;
     return dbINVALID;
@@ -52,14 +53,14 @@ std::int64_t Database::load_table(std::size_t index) {
 std::int64_t Database::find_view(std::string_view name) {
   const auto named = view_by_name_.find(name);
   if (named != view_by_name_.end()) return named->second;
-  const int index = source_.schema()->find(name);
+  const int index = source_->schema()->find(name);
   return index < 0 ? dbINVALID : load_table(static_cast<std::size_t>(index));
 }
 
 std::int64_t Database::add_view(std::unique_ptr<View> view, const char* name) {
   views_.push_back(std::move(view));
   const auto number = static_cast<std::int64_t>(views_.size()) - 1;
-  if (name != nullptr && *name != '\0' && source_.schema()->find(name) < 0) view_by_name_[name] = number;
+  if (name != nullptr && *name != '\0' && source_->schema()->find(name) < 0) view_by_name_[name] = number;
   return number;
 }
 
@@ -160,10 +161,20 @@ std::vector<std::uint32_t> base_rows(Dbptr view, const char* table) {
   return rows;
 }
 
+int dbopen_source(std::shared_ptr<const Source> source, Dbptr* db) {
+  auto& databases = open_databases();
+  const auto id = static_cast<std::int64_t>(databases.size());
+  databases.push_back(std::make_unique<Database>(std::move(source), id));
+  *db = {id, dbALL, dbALL, dbALL};
+  return 0;
+}
+
 std::string table_path(Dbptr db, const char* table) {
   const Database* database = database_of(db);
-  if (database == nullptr || database->source().schema()->find(table) < 0) return "";
-  return database->source().table_file(table);
+  if (database == nullptr) return "";
+  const Schema& schema = *database->source().schema();
+  const int index = schema.find(table);
+  return index < 0 ? "" : database->source().table_place(schema.tables()[static_cast<std::size_t>(index)]);
 }
 
 std::vector<std::string> table_names(Dbptr db) {
@@ -182,13 +193,8 @@ int dbopen(const char* source, const char* mode, Dbptr* db) {
     elog_complain(0, "dbopen: databases are opened for reading only, mode \"r\"");
     return -1;
   }
-  auto found = triglub::Source::find(source == nullptr ? "" : source);
-  if (!found) return -1;
-  auto& databases = triglub::open_databases();
-  const auto id = static_cast<std::int64_t>(databases.size());
-  databases.push_back(std::make_unique<triglub::Database>(std::move(*found), id));
-  *db = {id, dbALL, dbALL, dbALL};
-  return 0;
+  auto found = triglub::open_source(source == nullptr ? "" : source);
+  return found == nullptr ? -1 : triglub::dbopen_source(std::move(found), db);
 }
 
 int dbclose(Dbptr db) {

@@ -18,10 +18,10 @@ namespace triglub {
 
 class Database {
  public:
-  Database(Source source, std::int64_t id);
+  Database(std::shared_ptr<const Source> source, std::int64_t id);
 
   std::int64_t id() const { return id_; }
-  const Source& source() const { return source_; }
+  const Source& source() const { return *source_; }
 
   // The number of a table of the schema, loaded if need be, or of a named view; dbINVALID when there is none or it
   // refuses to load.
@@ -43,11 +43,11 @@ class Database {
  private:
   std::int64_t load_table(std::size_t index);
 
-  Source source_;
+  std::shared_ptr<const Source> source_;
   std::int64_t id_;
-  std::vector<std::unique_ptr<Table>> tables_;  // by number in the schema; null: not loaded
-  std::vector<bool> refused_;                   // by number in the schema
-  std::vector<std::unique_ptr<View>> views_;    // the schema's tables first
+  std::vector<std::unique_ptr<const Table>> tables_;  // by number in the schema; null: not loaded
+  std::vector<bool> refused_;                         // by number in the schema
+  std::vector<std::unique_ptr<View>> views_;          // the schema's tables first
   std::map<std::string, std::int64_t, std::less<>> view_by_name_;
   std::map<std::pair<std::int64_t, std::string>, std::int64_t> kept_joins_;  // by view and step
   std::set<std::int64_t> kept_;
@@ -58,6 +58,9 @@ Database* database_of(const Dbptr& db);
 const View* view_of(const Dbptr& db);
 Dbptr handle_of(const Database& database, std::int64_t view);
 inline constexpr Dbptr INVALID_HANDLE{};
+
+// Opens a source as a database, as dbopen does with the one that it finds: 0 and a handle of the whole database.
+int dbopen_source(std::shared_ptr<const Source> source, Dbptr* db);
 
 // True when the handle's record is one of the view's.
 bool has_record(const View& view, const Dbptr& db);

@@ -1,35 +1,37 @@
-// Where a database's tables are: a path prefix, or a descriptor that names further places.
+// Where a database's tables come from. The engine above knows sources by this interface only.
 #ifndef TRIGLUB_ENGINE_SOURCE_SOURCE_H
 #define TRIGLUB_ENGINE_SOURCE_SOURCE_H
 
 #include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
+#include "engine/schema/schema.h"
+#include "engine/table/row_conditions.h"
 #include "engine/table/table.h"
 
 namespace triglub {
 
+// A source does not change once it is open. All members are safe for concurrent use.
 class Source {
  public:
-  // Finds the database with the path prefix DIR/NAME. Nothing after a complaint when there is none.
-  static std::optional<Source> find(const std::string& prefix);
+  Source() = default;
+  virtual ~Source() = default;
+  Source(const Source&) = delete;
+  Source& operator=(const Source&) = delete;
 
-  const std::shared_ptr<const Schema>& schema() const { return schema_; }
-  // The file of a table, empty when there is none.
-  std::string table_file(const std::string& table) const;
-  // Loads a table; one without a file is empty. Null, after complaints, when the file does not fit the schema.
-  std::unique_ptr<Table> load(const TableSchema& table) const;
+  // The tables that the source can have. `table` below is one of them.
+  virtual const std::shared_ptr<const Schema>& schema() const = 0;
 
- private:
-  bool read_descriptor(const std::string& path);
-  bool has_any_table() const;
+  // Loads the rows of a table that meet the conditions; every row is checked all the same. A table that the source does
+  // not have is empty. Null, after complaints that name the places, when the table cannot be read or a row does not fit
+  // the schema. The table refers to the schema and must not outlive the source.
+  virtual std::unique_ptr<const Table> load(const TableSchema& table, const RowConditions& conditions) const = 0;
 
-  std::string folder_;                 // DIR, "." when the prefix has none
-  std::string name_;                   // NAME
-  std::vector<std::string> prefixes_;  // in the order in which tables are looked for
-  std::shared_ptr<const Schema> schema_;
+  // Where a table is, for people: the path of its file, or the like. Empty when the source does not have the table.
+  virtual std::string table_place(const TableSchema& table) const = 0;
+
+  // The folder to which the table's names of response files are relative.
+  virtual std::string response_folder(const TableSchema& table) const = 0;
 };
 
 }  // namespace triglub

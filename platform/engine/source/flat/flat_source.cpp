@@ -1,4 +1,4 @@
-#include "engine/source/source.h"
+#include "engine/source/flat/flat_source.h"
 
 #include <sys/stat.h>
 
@@ -7,6 +7,7 @@
 
 #include "base/mapped_file.h"
 #include "engine/source/flat/flat_file.h"
+#include "engine/table/table_builder.h"
 #include "platform/elog.h"
 #include "platform/text.h"
 
@@ -29,6 +30,18 @@ std::string folder_of(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string name_of(const std::string& prefix) { return prefix.substr(prefix.rfind('/') + 1); }
+
+void complain_of_nothing(const std::string& prefix, const std::string& name, PathKind kind) {
+  if (name.empty() || kind == PathKind::folder) {
+    elog_complain(0, "%s: is a folder; a database is named by the common beginning of its files, %s%sNAME",
+                  prefix.c_str(), prefix.c_str(), name.empty() ? "" : "/");
+  } else {
+    elog_complain(0, "%s: there is no such database (neither a descriptor %s nor any table file such as %s.site)",
+                  prefix.c_str(), prefix.c_str(), prefix.c_str());
+  }
 }
 
 // "{css}" and the like in a descriptor's path stand for the database's name.
@@ -58,28 +71,21 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
 
 }  // namespace
 
-std::optional<Source> Source::find(const std::string& prefix) {
-  Source source;
-  const std::size_t slash = prefix.rfind('/');
-  source.name_ = slash == std::string::npos ? prefix : prefix.substr(slash + 1);
-  source.folder_ = folder_of(prefix);
-  source.prefixes_.push_back(prefix);
+FlatSource::FlatSource(const std::string& prefix)
+    : folder_(folder_of(prefix)), name_(name_of(prefix)), prefixes_({prefix}) {}
+
+std::shared_ptr<const FlatSource> FlatSource::open(const std::string& prefix) {
+  const std::shared_ptr<FlatSource> source(new FlatSource(prefix));
   const PathKind kind = kind_of(prefix);
-  if (kind == PathKind::file && !source.read_descriptor(prefix)) return std::nullopt;
-  if (source.schema_ == nullptr) source.schema_ = Schema::standard();
-  if (source.schema_ == nullptr) return std::nullopt;
-  if (kind == PathKind::file || (!source.name_.empty() && source.has_any_table())) return source;
-  if (source.name_.empty() || kind == PathKind::folder) {
-    elog_complain(0, "%s: is a folder; a database is named by the common beginning of its files, %s%sNAME",
-                  prefix.c_str(), prefix.c_str(), source.name_.empty() ? "" : "/");
-  } else {
-    elog_complain(0, "%s: there is no such database (neither a descriptor %s nor any table file such as %s.site)",
-                  prefix.c_str(), prefix.c_str(), prefix.c_str());
-  }
-  return std::nullopt;
+  if (kind == PathKind::file && !source->read_descriptor(prefix)) return nullptr;
+  if (source->schema_ == nullptr) source->schema_ = Schema::standard();
+  if (source->schema_ == nullptr) return nullptr;
+  if (kind == PathKind::file || (!source->name_.empty() && source->has_any_table())) return source;
+  complain_of_nothing(prefix, source->name_, kind);
+  return nullptr;
 }
 
-bool Source::read_descriptor(const std::string& path) {
+bool FlatSource::read_descriptor(const std::string& path) {
   std::string fault;
   const auto file = MappedFile::open(path, &fault);
   if (file == nullptr) {
@@ -112,25 +118,29 @@ bool Source::read_descriptor(const std::string& path) {
   return schema_ != nullptr;
 }
 
-bool Source::has_any_table() const {
+bool FlatSource::has_any_table() const {
   const auto& tables = schema_->tables();
-  return std::any_of(tables.begin(), tables.end(),
-                     [this](const TableSchema& t) { return !table_file(t.name).empty(); });
+  return std::any_of(tables.begin(), tables.end(), [this](const TableSchema& t) { return !table_place(t).empty(); });
 }
 
-std::string Source::table_file(const std::string& table) const {
+std::string FlatSource::table_place(const TableSchema& table) const {
   for (const std::string& prefix : prefixes_) {
     std::string path = prefix;
-    path.append(".").append(table);
+    path.append(".").append(table.name);
     if (kind_of(path) != PathKind::none) return path;
   }
   return "";
 }
 
-std::unique_ptr<Table> Source::load(const TableSchema& table) const {
-  const std::string path = table_file(table.name);
-  if (path.empty()) return std::make_unique<Table>(table, folder_);
-  return load_flat_file(table, path, folder_of(path));
+std::string FlatSource::response_folder(const TableSchema& table) const {
+  const std::string path = table_place(table);
+  return path.empty() ? folder_ : folder_of(path);
+}
+
+std::unique_ptr<const Table> FlatSource::load(const TableSchema& table, const RowConditions& conditions) const {
+  const std::string path = table_place(table);
+  if (path.empty()) return TableBuilder(table).build(folder_, "", shortest_texts(), conditions);
+  return load_flat_file(table, path, folder_of(path), conditions);
 }
 
 }  // namespace triglub

@@ -1,0 +1,38 @@
+// Flat files as a source: a path prefix, or a descriptor that names further places.
+#ifndef TRIGLUB_ENGINE_SOURCE_FLAT_FLAT_SOURCE_H
+#define TRIGLUB_ENGINE_SOURCE_FLAT_FLAT_SOURCE_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/source/source.h"
+
+namespace triglub {
+
+class FlatSource final : public Source {
+ public:
+  // Finds the database with the path prefix DIR/NAME. Null after a complaint when there is none.
+  static std::shared_ptr<const FlatSource> open(const std::string& prefix);
+
+  const std::shared_ptr<const Schema>& schema() const override { return schema_; }
+  std::unique_ptr<const Table> load(const TableSchema& table, const RowConditions& conditions) const override;
+  // The table's file.
+  std::string table_place(const TableSchema& table) const override;
+  // Where the table's file is; DIR when it has none.
+  std::string response_folder(const TableSchema& table) const override;
+
+ private:
+  explicit FlatSource(const std::string& prefix);
+  bool read_descriptor(const std::string& path);
+  bool has_any_table() const;
+
+  std::string folder_;                 // DIR, "." when the prefix has none
+  std::string name_;                   // NAME
+  std::vector<std::string> prefixes_;  // in the order in which tables are looked for
+  std::shared_ptr<const Schema> schema_;
+};
+
+}  // namespace triglub
+
+#endif
