@@ -1,7 +1,9 @@
+// dbget, dbgetv and read_field: values of a record at addresses of the caller's.
 #include <cstdarg>
 #include <cstring>
 
-#include "engine/session/database.h"
+#include "engine/classic/handle.h"
+#include "engine/operations/text_runs.h"
 #include "platform/text.h"
 
 namespace triglub {
@@ -80,11 +82,11 @@ int dbget(Dbptr db, char* buffer) {
   if (view == nullptr || !view->has_field(db.field)) return static_cast<int>(dbINVALID);
   const ViewField& field = view->fields()[static_cast<std::size_t>(db.field)];
   if (db.record == dbNULL) {
-    copy_text(view->schema_of(field).null_text, LONGEST_TEXT, buffer);
+    copy_text(view->schema_of(field).null_text, kLongestText, buffer);
     return 0;
   }
   if (!has_record(*view, db)) return static_cast<int>(dbINVALID);
-  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), LONGEST_TEXT, buffer);
+  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), kLongestText, buffer);
   return 0;
 }
 

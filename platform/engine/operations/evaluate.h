@@ -1,0 +1,22 @@
+// The value of an expression at a record.
+#ifndef TRIGLUB_ENGINE_OPERATIONS_EVALUATE_H
+#define TRIGLUB_ENGINE_OPERATIONS_EVALUATE_H
+
+#include <cstdint>
+#include <string>
+
+#include "engine/operations/expression.h"
+#include "engine/view/view.h"
+
+namespace triglub {
+
+// The value as an integer, a real or a text, whatever type the expression was compiled for. False when the evaluation
+// fails; the result is then untouched.
+// REQUIRES: the expression was compiled for the view, and the record is one of the view's.
+bool evaluate_integer(const View& view, std::uint32_t record, Expression& expression, std::int64_t* result);
+bool evaluate_real(const View& view, std::uint32_t record, Expression& expression, double* result);
+bool evaluate_text(const View& view, std::uint32_t record, Expression& expression, std::string* result);
+
+}  // namespace triglub
+
+#endif
