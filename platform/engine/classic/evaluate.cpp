@@ -63,11 +63,12 @@ bool evaluate_text(Dbptr db, Expression* compiled, std::string* text) {
 int dbex_compile(Dbptr db, const char* expression, Expression** compiled, int type) {
   using namespace triglub;
   *compiled = nullptr;
-  if (view_of(db) == nullptr) {
+  Session* session = session_of(db);
+  if (session == nullptr || session->view(db.table) == nullptr) {
     elog_complain(0, "an expression needs a view to be compiled for: %s", expression);
     return -1;
   }
-  *compiled = session_of(db)->expression(db.table, expression, type);
+  *compiled = session->expression(db.table, expression, type);
   return *compiled == nullptr ? -1 : 0;
 }
 

@@ -7,7 +7,7 @@
 
 namespace triglub {
 
-Session* session_of(const Dbptr& db) { return Registry::instance().find(db.database); }
+Session* session_of(const Dbptr& db) { return the_registry().find(db.database); }
 
 const View* view_of(const Dbptr& db) {
   const Session* session = session_of(db);

@@ -16,7 +16,7 @@ namespace triglub {
 namespace {
 
 Dbptr open_over(std::shared_ptr<const Snapshot> snapshot) {
-  return {Registry::instance().add(std::make_unique<Session>(std::move(snapshot))), dbALL, dbALL, dbALL};
+  return {the_registry().add(std::make_unique<Session>(std::move(snapshot))), dbALL, dbALL, dbALL};
 }
 
 }  // namespace
@@ -47,4 +47,4 @@ int dbopen(const char* source, const char* mode, Dbptr* db) {
   return found == nullptr ? -1 : dbopen_source(std::move(found), db);
 }
 
-int dbclose(Dbptr db) { return triglub::Registry::instance().remove(db.database) ? 0 : -1; }
+int dbclose(Dbptr db) { return triglub::the_registry().remove(db.database) ? 0 : -1; }
