@@ -2,6 +2,7 @@
 #include <unordered_set>
 
 #include "dbhelper.h"
+#include "platform/sources.h"
 #include "platform/timeconv.h"
 #include "tool/findings.h"
 
@@ -31,8 +32,8 @@ std::unordered_set<std::uint32_t> rows_without_date(Dbptr table, const char* fie
 }
 
 void tell(Dbptr row, const char* table, const char* field, Findings* findings) {
-  findings->fault(table_path(row, table) + ":" + std::to_string(row.record + 1) + ": field " + table + "." + field +
-                  ": expected a date (yyyyddd), found '" + db_fieldlookup(row, field) + "'");
+  findings->fault(row_place(row) + ": field " + table + "." + field + ": expected a date (yyyyddd), found '" +
+                  db_fieldlookup(row, field) + "'");
 }
 
 void check_table(Dbptr everything, const char* table, Findings* findings) {

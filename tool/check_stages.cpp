@@ -3,6 +3,7 @@
 
 #include "dbhelper.h"
 #include "platform/response.h"
+#include "platform/sources.h"
 #include "tool/findings.h"
 
 namespace triglub::tool {
@@ -21,10 +22,10 @@ std::string reason_of(const Response& response) {
 
 class StageCheck {
  public:
-  StageCheck(Dbptr everything, Findings* findings) : view_(everything), findings_(*findings) {
+  StageCheck(Dbptr everything, Findings* findings)
+      : view_(everything), stage_(dblookup(everything, nullptr, "stage", nullptr, nullptr)), findings_(*findings) {
     const char* folder = nullptr;
-    const Dbptr stage = dblookup(everything, nullptr, "stage", nullptr, nullptr);
-    if (dbquery(stage, dbTABLE_DIRNAME, &folder) >= 0) folder_ = folder;
+    if (dbquery(stage_, dbTABLE_DIRNAME, &folder) >= 0) folder_ = folder;
   }
 
   void run() {
@@ -41,13 +42,20 @@ class StageCheck {
     return runs;
   }
 
+  // The row of the base table behind a record.
+  Dbptr stage_row(std::uint32_t record) const {
+    Dbptr row = stage_;
+    row.record = rows_[record];
+    return row;
+  }
+
   // The library writes units as they are.
   void check_units(const char* field) {
     const auto cannot_stand = [](std::string_view unit) { return unit.find_first_of("&<") != std::string_view::npos; };
     for (const std::uint32_t record : records_with_text(db_setfield(view_, field), cannot_stand)) {
       view_.record = record;
-      findings_.fault(table_path(view_, "stage") + ":" + std::to_string(rows_[record] + 1) + ": field " + field +
-                      ": the unit '" + db_fieldlookup(view_, field) + "' cannot stand in XML, expected no & and no <");
+      findings_.fault(row_place(stage_row(record)) + ": field " + field + ": the unit '" +
+                      db_fieldlookup(view_, field) + "' cannot stand in XML, expected no & and no <");
     }
   }
 
@@ -110,6 +118,7 @@ class StageCheck {
   }
 
   Dbptr view_;
+  Dbptr stage_;
   Findings& findings_;
   std::string folder_;
   std::vector<std::uint32_t> rows_;                                     // of stage, by record

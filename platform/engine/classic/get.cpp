@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "engine/classic/handle.h"
-#include "engine/operations/text_runs.h"
 #include "platform/text.h"
 
 namespace triglub {
@@ -82,11 +81,11 @@ int dbget(Dbptr db, char* buffer) {
   if (view == nullptr || !view->has_field(db.field)) return static_cast<int>(dbINVALID);
   const ViewField& field = view->fields()[static_cast<std::size_t>(db.field)];
   if (db.record == dbNULL) {
-    copy_text(view->schema_of(field).null_text, kLongestText, buffer);
+    copy_text(view->schema_of(field).null_text, LONGEST_TEXT, buffer);
     return 0;
   }
   if (!has_record(*view, db)) return static_cast<int>(dbINVALID);
-  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), kLongestText, buffer);
+  copy_text(view->text(field, static_cast<std::uint32_t>(db.record)), LONGEST_TEXT, buffer);
   return 0;
 }
 

@@ -3,11 +3,24 @@
 
 #include <utility>
 
-#include "engine/session/registry.h"
-
 namespace triglub {
 
-Session* session_of(const Dbptr& db) { return the_registry().find(db.database); }
+namespace {
+
+// Never destroyed: threads may still be at work when the process ends.
+union Lasting {
+  constexpr Lasting() : registry() {}
+  ~Lasting() {}
+  Registry registry;
+};
+
+constinit Lasting of_process;
+
+}  // namespace
+
+Registry& the_registry() { return of_process.registry; }
+
+Session* session_of(const Dbptr& db) { return of_process.registry.find(db.database); }
 
 const View* view_of(const Dbptr& db) {
   const Session* session = session_of(db);

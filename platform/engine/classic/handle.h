@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/session/registry.h"
 #include "engine/session/session.h"
 #include "engine/view/view.h"
 #include "platform/database.h"
@@ -14,6 +15,9 @@
 namespace triglub {
 
 inline constexpr Dbptr kInvalidHandle{};
+
+// The sessions that handles name.
+Registry& the_registry();
 
 // What they give is valid as long as the session is open and the view is not released.
 Session* session_of(const Dbptr& db);

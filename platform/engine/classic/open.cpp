@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "engine/classic/handle.h"
-#include "engine/session/registry.h"
 #include "engine/source/open/open_source.h"
 #include "platform/elog.h"
 #include "platform/sessions.h"

@@ -23,7 +23,7 @@ class WordSource {
     const FieldSchema& theirs = table.schema().fields[pair.table_field];
     storage_ = mine.storage();
     as_real_ = storage_ != theirs.storage();
-    if (storage_ == Storage::text) map_texts(view.table_of(pair.view_field).column(pair.view_field.field), table);
+    if (storage_ == Storage::text) map_texts(table);
   }
 
   JoinColumn column() const { return {pair_.table_field, as_real_}; }
@@ -33,7 +33,7 @@ class WordSource {
     const FieldSchema& field = table.schema().fields[pair_.table_field];
     switch (field.storage()) {
       case Storage::text:
-        return 0;
+        return kNullCode;
       case Storage::integer:
         if (as_real_) return real_word(static_cast<double>(field.null_integer));
         return static_cast<JoinWord>(field.null_integer);
@@ -48,8 +48,7 @@ class WordSource {
     const ViewField& field = pair_.view_field;
     switch (storage_) {
       case Storage::text: {
-        const std::uint32_t row = view_.row(field.table, record);
-        *word = (*codes_)[row == NO_ROW ? 0 : (*view_codes_)[row]];
+        *word = (*codes_)[view_codes_[view_.row(field.table, record)]];
         return *word != NO_CODE;
       }
       case Storage::integer: {
@@ -66,16 +65,16 @@ class WordSource {
 
  private:
   // The table's code of each of the view's texts.
-  void map_texts(const Column& mine, const Table& table) {
-    view_codes_ = &mine.codes;
-    codes_ = &table.translation(mine.dictionary, pair_.table_field);
+  void map_texts(const Table& table) {
+    view_codes_ = view_.table_of(pair_.view_field).text_codes(pair_.view_field.field);
+    codes_ = &table.dictionary_mapping(*view_codes_.dictionary, pair_.table_field);
   }
 
   const View& view_;
   EqualPair pair_;
   Storage storage_;
   bool as_real_;
-  const std::vector<std::uint32_t>* view_codes_ = nullptr;
+  TextCodes view_codes_{};
   const std::vector<std::uint32_t>* codes_ = nullptr;
 };
 

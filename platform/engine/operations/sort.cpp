@@ -46,15 +46,16 @@ class SortKey {
   SortKey(const View& view, const ViewField& field) : view_(&view), field_(field) {
     const Table& table = view.table_of(field);
     storage_ = view.schema_of(field).storage();
-    column_ = &table.column(field.field);
-    if (storage_ == Storage::text) ranks_ = &column_->dictionary.ranks();
+    if (storage_ != Storage::text) return;
+    codes_ = table.text_codes(field.field);
+    ranks_ = &table.text_ranks(field.field);
   }
 
   std::uint64_t word(std::uint32_t record) const {
     switch (storage_) {
       case Storage::text: {
         const std::uint32_t row = view_->row(field_.table, record);
-        return (*ranks_)[row == NO_ROW ? 0 : column_->codes[row]];
+        return (*ranks_)[codes_[row]];
       }
       case Storage::integer:
         return ordered(view_->integer(field_, record));
@@ -68,7 +69,7 @@ class SortKey {
   const View* view_;
   ViewField field_;
   Storage storage_;
-  const Column* column_;
+  TextCodes codes_{};
   const std::vector<std::uint32_t>* ranks_ = nullptr;
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 // What a program that asks dbget for the text gets to see of it.
 std::string_view as_dbget_gives_it(std::string_view text) {
-  const std::string_view kept = utf8_prefix(text, kLongestText);
+  const std::string_view kept = utf8_prefix(text, LONGEST_TEXT);
   return trimmed(kept.substr(0, kept.find('\0')));
 }
 

@@ -10,9 +10,6 @@
 
 namespace triglub {
 
-// Bytes of a text that dbget gives: its buffers have 1024, with the zero byte.
-inline constexpr std::size_t kLongestText = 1023;
-
 // The runs of equal texts of the field among the records from `begin` to before `end` (cut at the end of the view), in
 // record order: neighbours differ. `*runs` loses what it held.
 void text_runs(const View& view, const ViewField& field, std::uint64_t begin, std::uint64_t end,

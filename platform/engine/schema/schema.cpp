@@ -118,8 +118,6 @@ bool parse_table(Pf* pf, const std::string& name, TableSchema* table) {
     const std::string fault = parse_field(line, &field);
     if (!fault.empty()) return reject(pf, name, fault + ": '" + line + "'");
     if (table->find(field.name) >= 0) return reject(pf, name, "field '" + field.name + "' is there twice");
-    field.offset = table->fields.empty() ? 0 : table->row_width + 1;
-    table->row_width = field.offset + field.width;
     table->fields.push_back(std::move(field));
   }
   table->primary = parse_key(string_at(pf, name + "{primary}"));

@@ -22,8 +22,7 @@ enum class Storage : char { text, integer, real };
 struct FieldSchema {
   std::string name;
   FieldType type = FieldType::text;
-  int width = 0;   // bytes
-  int offset = 0;  // of the first byte in the row
+  int width = 0;  // bytes
   std::string format;
   std::string null_text;
   std::int64_t null_integer = 0;  // for Storage::integer
@@ -61,7 +60,6 @@ struct TableSchema {
   std::vector<KeyField> primary;
   std::vector<KeyField> alternate;
   std::vector<KeyField> foreign;
-  int row_width = 0;  // bytes of a full row without its line end
 
   // The index of a field by its bare name; -1 when there is none.
   int find(std::string_view field) const;

@@ -6,21 +6,6 @@
 
 namespace triglub {
 
-namespace {
-
-// Never destroyed: threads may still be at work when the process ends.
-union Lasting {
-  constexpr Lasting() : registry() {}
-  ~Lasting() {}
-  Registry registry;
-};
-
-constinit Lasting of_process;
-
-}  // namespace
-
-Registry& the_registry() { return of_process.registry; }
-
 Registry::~Registry() {
   for (std::int64_t number = 0; number < next_; ++number) remove(number);
   for (const auto& block : blocks_) delete[] block.load();

@@ -53,9 +53,6 @@ class Registry {
   std::int64_t next_ = 0;
 };
 
-// The registry of the process.
-Registry& the_registry();
-
 }  // namespace triglub
 
 #endif

@@ -28,11 +28,6 @@ std::int64_t Session::add_view(std::unique_ptr<const View> view, const char* nam
   return number;
 }
 
-const View* Session::view(std::int64_t number) const {
-  if (number < 0 || static_cast<std::size_t>(number) >= slots_.size()) return nullptr;
-  return slots_[static_cast<std::size_t>(number)].view.get();
-}
-
 void Session::release_view(std::int64_t number) {
   if (view(number) == nullptr || is_kept(number)) return;
   slots_[static_cast<std::size_t>(number)] = {};

@@ -34,7 +34,10 @@ class Session {
   // Keeps a view under the next number; a name (null or "": none) that is taken moves to it, but for a table's.
   std::int64_t add_view(std::unique_ptr<const View> view, const char* name);
   // Null for a number of no view.
-  const View* view(std::int64_t number) const;
+  const View* view(std::int64_t number) const {
+    if (number < 0 || static_cast<std::size_t>(number) >= slots_.size()) return nullptr;
+    return slots_[static_cast<std::size_t>(number)].view.get();
+  }
   // Frees a view that is not kept, and its expressions.
   void release_view(std::int64_t number);
 

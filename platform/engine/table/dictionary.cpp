@@ -9,8 +9,8 @@ namespace triglub {
 
 namespace {
 
-constexpr std::size_t FIRST_SLOTS = 16;  // a power of two, as every later number of slots is
-constexpr std::size_t BLOCK_BYTES = 4096;
+constexpr std::size_t kFirstSlots = 16;  // a power of two, as every later number of slots is
+constexpr std::size_t kBlockBytes = 4096;
 
 std::uint32_t hash_of(std::string_view text) {
   const std::size_t hash = std::hash<std::string_view>{}(text);
@@ -19,7 +19,7 @@ std::uint32_t hash_of(std::string_view text) {
 
 }  // namespace
 
-Dictionary::Dictionary() : slots_(FIRST_SLOTS, 0) {}
+Dictionary::Dictionary() : slots_(kFirstSlots, 0) {}
 
 // The slot of a text, or the free one where it belongs.
 std::size_t Dictionary::slot_of(std::string_view text, std::uint32_t hash) const {
@@ -35,7 +35,7 @@ std::size_t Dictionary::slot_of(std::string_view text, std::uint32_t hash) const
 
 std::string_view Dictionary::keep(std::string_view text) {
   if (text.size() > block_left_) {
-    const std::size_t bytes = std::max(BLOCK_BYTES, text.size());
+    const std::size_t bytes = std::max(kBlockBytes, text.size());
     blocks_.push_back(std::make_unique<char[]>(bytes));
     block_at_ = blocks_.back().get();
     block_left_ = bytes;
@@ -75,14 +75,13 @@ std::optional<std::uint32_t> Dictionary::find(std::string_view text) const {
   return entry - 1;
 }
 
-const std::vector<std::uint32_t>& Dictionary::ranks() const {
-  if (ranks_.size() == texts_.size()) return ranks_;
+std::vector<std::uint32_t> Dictionary::ranks() const {
   std::vector<std::uint32_t> order(texts_.size());
   std::iota(order.begin(), order.end(), 0);
   std::sort(order.begin(), order.end(), [this](auto a, auto b) { return texts_[a] < texts_[b]; });
-  ranks_.resize(order.size());
-  for (std::uint32_t place = 0; place < order.size(); ++place) ranks_[order[place]] = place;
-  return ranks_;
+  std::vector<std::uint32_t> ranks(order.size());
+  for (std::uint32_t place = 0; place < order.size(); ++place) ranks[order[place]] = place;
+  return ranks;
 }
 
 }  // namespace triglub

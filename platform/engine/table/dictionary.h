@@ -10,7 +10,8 @@
 
 namespace triglub {
 
-// Codes count from 0 in the order in which texts come in. Texts stay where they are as long as the dictionary lives.
+// Codes count from 0 in the order in which texts come in. Texts stay where they are as long as the dictionary lives,
+// and when it is moved. The const members are safe for concurrent use.
 class Dictionary {
  public:
   Dictionary();
@@ -22,8 +23,8 @@ class Dictionary {
   std::string_view operator[](std::uint32_t code) const { return texts_[code]; }
   std::uint32_t size() const { return static_cast<std::uint32_t>(texts_.size()); }
 
-  // By code: the place of each text in ascending byte order. Made when first asked for.
-  const std::vector<std::uint32_t>& ranks() const;
+  // By code: the place of each text in ascending byte order.
+  std::vector<std::uint32_t> ranks() const;
 
  private:
   std::size_t slot_of(std::string_view text, std::uint32_t hash) const;
@@ -36,7 +37,6 @@ class Dictionary {
   std::vector<std::unique_ptr<char[]>> blocks_;
   std::size_t block_left_ = 0;
   char* block_at_ = nullptr;
-  mutable std::vector<std::uint32_t> ranks_;
 };
 
 }  // namespace triglub

@@ -116,7 +116,7 @@ void JoinIndex::hash_runs(const Table& table, const std::vector<JoinColumn>& col
   }
 }
 
-void JoinIndex::build(const Table& table, const std::vector<JoinColumn>& columns) {
+JoinIndex::JoinIndex(const Table& table, const std::vector<JoinColumn>& columns) {
   find_runs(table, columns);
   hash_runs(table, columns);
 }

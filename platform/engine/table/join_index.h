@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "engine/table/row_number.h"
+
 namespace triglub {
 
 class Table;
@@ -25,12 +27,10 @@ using JoinWord = std::uint64_t;
 JoinWord join_word(const Table& table, const JoinColumn& column, std::uint32_t row);
 JoinWord real_word(double value);
 
-inline constexpr std::uint32_t NO_ROW = 0xFFFFFFFFu;
-
-// Rows of one key mostly lie together, so the index is over their runs.
+// Rows of one key mostly lie together, so the index is over their runs. Safe for concurrent use once it is made.
 class JoinIndex {
  public:
-  void build(const Table& table, const std::vector<JoinColumn>& columns);
+  JoinIndex(const Table& table, const std::vector<JoinColumn>& columns);
 
   // The rows of one key, in table order.
   class Rows {

@@ -2,12 +2,16 @@
 #ifndef TRIGLUB_ENGINE_TABLE_ROW_CONDITIONS_H
 #define TRIGLUB_ENGINE_TABLE_ROW_CONDITIONS_H
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 namespace triglub {
+
+class Table;
 
 // A row meets it when the text of the field, as dbget gives it, is one of the texts.
 struct RowCondition {
@@ -17,6 +21,9 @@ struct RowCondition {
 
 // A row is wanted when it meets each of them; every row when there are none.
 using RowConditions = std::vector<RowCondition>;
+
+// The rows that are wanted, ascending. Nothing, after a complaint, when the table has no such field.
+std::optional<std::vector<std::uint32_t>> rows_meeting(const Table& table, const RowConditions& conditions);
 
 }  // namespace triglub
 

@@ -1,61 +1,14 @@
 #include "engine/table/table.h"
 
-#include <algorithm>
-
-#include "platform/text.h"
+#include "engine/table/column_builder.h"
 
 namespace triglub {
 
-Table::Table(const TableSchema& schema, std::string directory)
-    : schema_(schema), directory_(std::move(directory)), columns_(schema.fields.size()) {
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    if (schema.fields[i].storage() == Storage::text) columns_[i].dictionary.intern(schema.fields[i].null_text);
-  }
-}
+namespace {
 
-std::string_view Table::raw(std::size_t field, std::uint32_t row) const {
-  const FieldSchema& description = schema_.fields[field];
-  const std::string_view bytes = file_->bytes();
-  const std::uint64_t line = offsets_.empty() ? row * stride_ : offsets_[row];
-  const std::size_t begin = line + static_cast<std::size_t>(description.offset);
-  return bytes.substr(std::min(begin, bytes.size()), static_cast<std::size_t>(description.width));
-}
-
-std::string_view Table::text(std::size_t field, std::uint32_t row) const {
-  if (is_null(field, row)) return schema_.fields[field].null_text;
-  const Column& column = columns_[field];
-  if (schema_.fields[field].storage() == Storage::text) return column.dictionary[column.codes[row]];
-  // A short line ends within the field; what stands behind its end is another line's.
-  const std::string_view cell = raw(field, row);
-  const auto ends_line = [](char c) { return c == '\n' || c == '\r'; };
-  const auto* end = std::find_if(cell.begin(), cell.end(), ends_line);
-  return trimmed(cell.substr(0, static_cast<std::size_t>(end - cell.begin())));
-}
-
-TextCodes Table::text_codes(std::size_t field) const {
-  if (schema_.fields[field].storage() == Storage::text) return {&columns_[field].dictionary, &columns_[field].codes};
-  const auto [entry, added] = number_texts_.try_emplace(field);
-  NumberTexts& texts = entry->second;
-  if (added) {
-    texts.dictionary.intern(schema_.fields[field].null_text);
-    texts.codes.reserve(row_count_);
-    for (std::uint32_t row = 0; row < row_count_; ++row)
-      texts.codes.push_back(texts.dictionary.intern(text(field, row)));
-  }
-  return {&texts.dictionary, &texts.codes};
-}
-
-const JoinIndex& Table::join_index(const std::vector<JoinColumn>& columns) const {
-  const auto [entry, added] = join_indexes_.try_emplace(columns);
-  if (added) entry->second.build(*this, columns);
-  return entry->second;
-}
-
-const std::vector<std::uint32_t>& Table::translation(const Dictionary& from, std::size_t field) const {
-  const auto [entry, added] = translations_.try_emplace({&from, field});
-  std::vector<std::uint32_t>& codes = entry->second;
-  if (!added) return codes;
-  const Dictionary& to = columns_[field].dictionary;
+// The code in one dictionary of each of another's texts.
+std::vector<std::uint32_t> map_codes(const Dictionary& from, const Dictionary& to) {
+  std::vector<std::uint32_t> codes;
   codes.reserve(from.size());
   std::uint32_t next = 0;  // tables in one order have their texts in one order
   for (std::uint32_t code = 0; code < from.size(); ++code) {
@@ -64,6 +17,64 @@ const std::vector<std::uint32_t>& Table::translation(const Dictionary& from, std
     if (codes.back() != NO_CODE) next = codes.back() + 1;
   }
   return codes;
+}
+
+}  // namespace
+
+RowPlaces RowPlaces::of_rows(const std::vector<std::uint32_t>& rows) const {
+  RowPlaces places{before_number, rows};
+  for (std::uint32_t& number : places.numbers) number = numbers.empty() ? number : numbers[number];
+  return places;
+}
+
+Table::Table(const TableSchema& schema, std::string directory, TableContents contents)
+    : schema_(schema),
+      directory_(std::move(directory)),
+      columns_(std::move(contents.columns)),
+      row_count_(contents.row_count),
+      number_texts_(std::move(contents.number_texts)),
+      places_(std::move(contents.places)),
+      made_(std::make_unique<MadeOfField[]>(schema.fields.size())) {}
+
+std::unique_ptr<const Table> Table::of_rows(const std::vector<std::uint32_t>& rows) const {
+  TableContents contents;
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    contents.columns.push_back(column_of_rows(schema_.fields[i], columns_[i], rows));
+  }
+  contents.row_count = static_cast<std::uint32_t>(rows.size());
+  contents.number_texts = number_texts_->of_rows(rows);
+  contents.places = places_.of_rows(rows);
+  return std::make_unique<Table>(schema_, directory_, std::move(contents));
+}
+
+std::string Table::place_of(std::uint32_t row) const {
+  const std::uint64_t number = places_.numbers.empty() ? row : places_.numbers[row];
+  return places_.before_number + std::to_string(number + 1);
+}
+
+std::string_view Table::text(std::size_t field, std::uint32_t row) const {
+  if (is_null(field, row)) return schema_.fields[field].null_text;
+  const Column& column = columns_[field];
+  if (schema_.fields[field].storage() == Storage::text) return column.dictionary[column.codes[row]];
+  return number_texts_->text(*this, field, row);
+}
+
+TextCodes Table::text_codes(std::size_t field) const {
+  if (schema_.fields[field].storage() == Storage::text) return {&columns_[field].dictionary, &columns_[field].codes};
+  const CodedTexts& texts = made_[field].number_texts.get([&] { return number_texts_->texts(*this, field); });
+  return {&texts.dictionary, &texts.codes};
+}
+
+const std::vector<std::uint32_t>& Table::text_ranks(std::size_t field) const {
+  return made_[field].text_ranks.get([&] { return columns_[field].dictionary.ranks(); });
+}
+
+const JoinIndex& Table::join_index(const std::vector<JoinColumn>& columns) const {
+  return join_indexes_.get(columns, [&] { return JoinIndex(*this, columns); });
+}
+
+const std::vector<std::uint32_t>& Table::dictionary_mapping(const Dictionary& from, std::size_t field) const {
+  return dictionary_mappings_.get({&from, field}, [&] { return map_codes(from, columns_[field].dictionary); });
 }
 
 }  // namespace triglub

@@ -3,47 +3,53 @@
 #define TRIGLUB_ENGINE_TABLE_TABLE_H
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "base/mapped_file.h"
+#include "base/once_map.h"
 #include "engine/schema/schema.h"
-#include "engine/table/dictionary.h"
+#include "engine/table/column.h"
 #include "engine/table/join_index.h"
+#include "engine/table/number_texts.h"
 
 namespace triglub {
 
-inline constexpr std::uint32_t MAX_ROWS = 1u << 31;
-inline constexpr std::uint32_t NO_CODE = 0xFFFFFFFFu;
+// Bytes of a text that dbget gives: its buffers have 1024, with the zero byte.
+inline constexpr std::size_t LONGEST_TEXT = 1023;
 
-// The values of one field, by row. One of the vectors is filled, as the field's storage says. A null is held as the
-// field's null value; the null of a text has code 0.
-struct Column {
-  Dictionary dictionary;
-  std::vector<std::uint32_t> codes;
-  std::vector<std::int64_t> integers;
-  std::vector<double> reals;
+// Where the rows of a table are, for messages: "/net/aak/aak.site:" and the number of the row, which counts from 1.
+struct RowPlaces {
+  std::string before_number;
+  std::vector<std::uint32_t> numbers;  // by row, from 0; empty where they are the table's own
+
+  RowPlaces of_rows(const std::vector<std::uint32_t>& rows) const;
 };
 
-// The distinct texts of a column as dbget gives them, for any storage.
-struct TextCodes {
-  const Dictionary* dictionary;
-  const std::vector<std::uint32_t>* codes;  // by row
+struct TableContents {
+  std::vector<Column> columns;  // one a field
+  std::uint32_t row_count = 0;
+  std::unique_ptr<const NumberTexts> number_texts;
+  RowPlaces places;
 };
 
+// A table does not change: what is made of its values when it is first asked for is made once. All members are safe for
+// concurrent use.
 class Table {
  public:
-  // A table without rows. `directory` is where its file is, or would be.
-  Table(const TableSchema& schema, std::string directory);
+  // `directory` is the folder to which the names of files in the rows are relative. The schema must outlive the table.
+  Table(const TableSchema& schema, std::string directory, TableContents contents);
+  // A table of chosen rows, ascending.
+  std::unique_ptr<const Table> of_rows(const std::vector<std::uint32_t>& rows) const;
 
   const TableSchema& schema() const { return schema_; }
   const std::string& directory() const { return directory_; }
-  const std::string& path() const { return path_; }  // empty when there is no file
   std::uint32_t row_count() const { return row_count_; }
   const Column& column(std::size_t field) const { return columns_[field]; }
+  // Where a row is, for messages: the file and the line, or the like.
+  std::string place_of(std::uint32_t row) const;
 
   std::int64_t integer(std::size_t field, std::uint32_t row) const { return columns_[field].integers[row]; }
   double real(std::size_t field, std::uint32_t row) const { return columns_[field].reals[row]; }
@@ -57,7 +63,7 @@ class Table {
     const Column& column = columns_[field];
     switch (description.storage()) {
       case Storage::text:
-        return column.codes[row] == 0;
+        return column.codes[row] == kNullCode;
       case Storage::integer:
         return column.integers[row] == description.null_integer;
       case Storage::real:
@@ -65,39 +71,35 @@ class Table {
     }
     return false;
   }
-  // The value's text: the null text of a null, else the file's own characters, trimmed. Valid as long as the table.
+  // The value's text: the null text of a null, else the text or, of a number, what NumberTexts gives. Valid as long as
+  // the table.
   std::string_view text(std::size_t field, std::uint32_t row) const;
 
-  // Made when first asked for; valid as long as the table.
+  // These are made when first asked for, and valid as long as the table.
   TextCodes text_codes(std::size_t field) const;
+  // By code of a text column: the place of each text in ascending byte order.
+  const std::vector<std::uint32_t>& text_ranks(std::size_t field) const;
   const JoinIndex& join_index(const std::vector<JoinColumn>& columns) const;
   // By code of another column's dictionary: the code of the same text in a text column of this table, NO_CODE where it
   // does not have the text. `from` must live as long as the table.
-  const std::vector<std::uint32_t>& translation(const Dictionary& from, std::size_t field) const;
+  const std::vector<std::uint32_t>& dictionary_mapping(const Dictionary& from, std::size_t field) const;
 
  private:
-  friend class FlatFileLoader;
-
-  std::string_view raw(std::size_t field, std::uint32_t row) const;
+  struct MadeOfField {
+    Once<CodedTexts> number_texts;
+    Once<std::vector<std::uint32_t>> text_ranks;
+  };
 
   const TableSchema& schema_;
   std::string directory_;
-  std::string path_;
-  std::uint32_t row_count_ = 0;
   std::vector<Column> columns_;
+  std::uint32_t row_count_;
+  std::unique_ptr<const NumberTexts> number_texts_;
+  RowPlaces places_;
 
-  std::unique_ptr<MappedFile> file_;
-  // Where lines begin: line `row` at row * stride_ when all are of one length, else at offsets_[row].
-  std::uint64_t stride_ = 0;
-  std::vector<std::uint64_t> offsets_;
-
-  struct NumberTexts {
-    Dictionary dictionary;
-    std::vector<std::uint32_t> codes;
-  };
-  mutable std::map<std::size_t, NumberTexts> number_texts_;
-  mutable std::map<std::vector<JoinColumn>, JoinIndex> join_indexes_;
-  mutable std::map<std::pair<const Dictionary*, std::size_t>, std::vector<std::uint32_t>> translations_;
+  std::unique_ptr<MadeOfField[]> made_;  // by field
+  OnceMap<std::vector<JoinColumn>, JoinIndex> join_indexes_;
+  OnceMap<std::pair<const Dictionary*, std::size_t>, std::vector<std::uint32_t>> dictionary_mappings_;
 };
 
 }  // namespace triglub

@@ -7,22 +7,16 @@
 
 namespace triglub {
 
-RecordCodes::RecordCodes(const View& view, const ViewField& field) : view_(view), table_(field.table) {
-  const TextCodes texts = view.table_of(field).text_codes(field.field);
-  dictionary_ = texts.dictionary;
-  codes_ = texts.codes;
-}
+RecordCodes::RecordCodes(const View& view, const ViewField& field)
+    : view_(view), table_(field.table), codes_(view.table_of(field).text_codes(field.field)) {}
 
-std::uint32_t RecordCodes::operator[](std::uint32_t record) const {
-  const std::uint32_t row = view_.row(table_, record);
-  return row == NO_ROW ? 0 : (*codes_)[row];
-}
+std::uint32_t RecordCodes::operator[](std::uint32_t record) const { return codes_[view_.row(table_, record)]; }
 
-std::string_view RecordCodes::text(std::uint32_t code) const { return (*dictionary_)[code]; }
+std::string_view RecordCodes::text(std::uint32_t code) const { return (*codes_.dictionary)[code]; }
 
-std::optional<std::uint32_t> RecordCodes::find(std::string_view text) const { return dictionary_->find(text); }
+std::optional<std::uint32_t> RecordCodes::find(std::string_view text) const { return codes_.dictionary->find(text); }
 
-std::uint32_t RecordCodes::code_count() const { return dictionary_->size(); }
+std::uint32_t RecordCodes::code_count() const { return codes_.dictionary->size(); }
 
 FieldRuns::FieldRuns(const View& view, const ViewField& field) {
   const RecordCodes codes(view, field);

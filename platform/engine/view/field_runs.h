@@ -8,12 +8,14 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/table/column.h"
+
 namespace triglub {
 
 class View;
 struct ViewField;
 
-// The text code of a field at a record. Absent rows have code 0, the null text's, as null values do.
+// The text code of a field at a record. Absent rows have that of the null text, as null values do.
 class RecordCodes {
  public:
   RecordCodes(const View& view, const ViewField& field);
@@ -25,8 +27,7 @@ class RecordCodes {
  private:
   const View& view_;
   std::size_t table_;
-  const class Dictionary* dictionary_;
-  const std::vector<std::uint32_t>* codes_;
+  TextCodes codes_;
 };
 
 class FieldRuns {

@@ -16,7 +16,7 @@ class Evaluate : public ::testing::Test {
  protected:
   Evaluate() {
     tables_.add("sitechan",
-                {{"sta", "AAK"}, {"chan", "BHZ"}, {"ondate", "1990001"}, {"chanid", "17"}, {"hang", "2.50"}});
+                {{"sta", "AAK"}, {"chan", "BHZ"}, {"ondate", "1990001"}, {"chanid", "17"}, {"hang", "2.5"}});
     tables_.add("sitechan", {{"sta", "ANMO"}, {"chan", "BHN"}, {"ondate", "1991001"}, {"chanid", "0"}});
     tables_.add("site", {{"sta", "AAK"}, {"ondate", "1990001"}, {"lat", "42.6375"}});
   }
@@ -44,7 +44,7 @@ TEST_F(Evaluate, GivesTheTypeThatIsAskedFor) {
   EXPECT_EQ(dbex_evalstr(record, "epoch(ondate)", dbTIME, &real), 0);
   EXPECT_EQ(real, 631152000);
   EXPECT_EQ(text_of(record, "concat(sta, '_', chan)"), "AAK_BHZ");
-  EXPECT_EQ(text_of(record, "hang"), "2.50");
+  EXPECT_EQ(text_of(record, "hang"), "2.5");
   EXPECT_EQ(text_of(record, "hang + 0"), "2.5");
 }
 

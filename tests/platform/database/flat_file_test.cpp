@@ -336,6 +336,44 @@ TEST(FlatFile, CountsWidthsInBytes) {
   EXPECT_THAT(file.texts("statype"), ElementsAre("ss"));
 }
 
+// The classic interface ends texts at a zero byte, and "A" and "A\0B" would be one station.
+TEST(FlatFile, RefusesAZeroByteInAnyField) {
+  std::size_t begin = 0;
+  for (const FlatField& field : flat_schema().at("affiliation")) {
+    for (const std::size_t byte : {begin, begin + 1, begin + field.width - 1}) {
+      std::string row = AFFILIATION;
+      row[byte] = '\0';
+      for (const std::string& before : Texts{"", AFFILIATION + "\n", AFFILIATION + "  \r\n"}) {
+        const OneFile file("affiliation", before + row + "\n" + AFFILIATION + "\n");
+        EXPECT_FALSE(file.is_loaded()) << byte;
+        EXPECT_THAT(file.complaints(),
+                    ElementsAre("warning: FILE:" + std::string(before.empty() ? "1" : "2") + ": field affiliation." +
+                                    field.name + ": a zero byte (byte " + std::to_string(byte + 1) + ")",
+                                REFUSED));
+      }
+    }
+    begin += field.width + 1;
+  }
+}
+
+TEST(FlatFile, RefusesZeroBytesOutsideOfFieldsToo) {
+  std::string row = AFFILIATION;
+  row[8] = '\0';
+  const OneFile separator("affiliation", row + "\n");
+  EXPECT_THAT(separator.complaints(),
+              ElementsAre("warning: FILE:1: field affiliation.net: a separator column (byte 9) is not blank", REFUSED));
+  const OneFile behind("affiliation", AFFILIATION + std::string(1, '\0') + "\n");
+  EXPECT_THAT(behind.complaints(), ElementsAre("warning: FILE:1: the row has 34 bytes, expected 33", REFUSED));
+  const OneFile cut("affiliation", std::string("KR       A\0B", 12) + "\n");
+  EXPECT_THAT(cut.complaints(), ElementsAre("warning: FILE:1: field affiliation.sta: a zero byte (byte 11)", REFUSED));
+}
+
+TEST(FlatFile, TakesOtherControlCharactersForText) {
+  const OneFile file("affiliation", "K\x01R      A0\x7F    1700000000.00000\n");
+  EXPECT_THAT(file.texts("net"), ElementsAre("K\x01R"));
+  EXPECT_THAT(file.texts("sta"), ElementsAre("A0\x7F"));
+}
+
 TEST(FlatFile, NamesTheFirstTwentyFaultsAndCountsAll) {
   for (const int faults : {1, 19, 20, 21, 500}) {
     std::string bytes;
@@ -357,6 +395,21 @@ TEST(FlatFile, NamesTheFirstTwentyFaultsAndCountsAll) {
 TEST(FlatFile, NamesEveryFaultOfARow) {
   const OneFile file("sitechan", flat_row("sitechan", {{"chanid", "a"}, {"hang", "b"}, {"vang", "c"}}) + "\n");
   EXPECT_EQ(file.complaints().size(), 4u);
+}
+
+TEST(FlatFile, GivesTextsLongerThanTheBufferCutBetweenCharacters) {
+  for (const std::size_t before : {0u, 1u}) {
+    FlatDatabase files;
+    files.write_file("own.pf", "tables &Tbl{\n t\n}\nt &Arr{\n fields &Tbl{\n a t 1000 %s - - text\n}\n}\n");
+    files.write_file("db", "schema own\n");
+    files.write_file("db.t", std::string(before, 'a') + std::string(1000 - before, '\xFC') + "\n");
+    Dbptr db;
+    ASSERT_EQ(dbopen(files.prefix().c_str(), "r", &db), 0);
+    const std::string text = text_at(table_of(db, "t"), "a", 0);  // of 2 * (1000 - before) + before bytes whole
+    EXPECT_EQ(text.size(), before == 0 ? 1022u : 1023u);
+    EXPECT_EQ(text.substr(text.size() - 2), "\xC3\xBC");
+    dbclose(db);
+  }
 }
 
 TEST(FlatFile, ThatIsAFolderRefusesToLoad) {

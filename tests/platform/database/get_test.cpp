@@ -26,10 +26,9 @@ class Get : public ::testing::Test {
   Tables tables_;
 };
 
-TEST_F(Get, GivesAFilesOwnDigitsTrimmed) {
+TEST_F(Get, GivesTheTextsOfValuesTrimmed) {
   EXPECT_EQ(text_at(tables_.table("site"), "lat", 0), "42.6375");
-  EXPECT_EQ(text_at(tables_.table("sitechan"), "hang", 0), "+1.50");
-  EXPECT_EQ(text_at(tables_.table("site"), "lddate", 0), "1700000000.00000");
+  EXPECT_EQ(text_at(tables_.table("sitechan"), "chanid", 0), "17");
   EXPECT_EQ(text_at(tables_.table("site"), "staname", 0), "Ala Archa");
 }
 
@@ -137,21 +136,6 @@ TEST_F(Get, CutsTextsToTheFieldsWidthBetweenCharacters) {
     ASSERT_EQ(dbgetv(at(tables.table("site"), 0), nullptr, "refsta", text, nullptr), 0);
     EXPECT_EQ(text, cut);
     EXPECT_EQ(text[7], '#') << "writes no more than width + 1 bytes";
-  }
-}
-
-TEST_F(Get, CutsTextsLongerThanTheBufferBetweenCharacters) {
-  for (const std::size_t before : {0u, 1u}) {
-    FlatDatabase files;
-    files.write_file("own.pf", "tables &Tbl{\n t\n}\nt &Arr{\n fields &Tbl{\n a t 1000 %s - - text\n}\n}\n");
-    files.write_file("db", "schema own\n");
-    files.write_file("db.t", std::string(before, 'a') + std::string(1000 - before, '\xFC') + "\n");
-    Dbptr db;
-    ASSERT_EQ(dbopen(files.prefix().c_str(), "r", &db), 0);
-    const std::string text = text_at(table_of(db, "t"), "a", 0);  // of 2 * (1000 - before) + before bytes whole
-    EXPECT_EQ(text.size(), before == 0 ? 1022u : 1023u);
-    EXPECT_EQ(text.substr(text.size() - 2), "\xC3\xBC");
-    dbclose(db);
   }
 }
 

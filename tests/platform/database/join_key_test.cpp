@@ -190,13 +190,13 @@ TEST(NamedJoin, ComparesIntegersWithReals) {
   tables.add_all("sitechan", {{{"chanid", "40"}, {"hang", "0.0"}}, {{"chanid", "20"}, {"hang", "-0.0"}}});
   tables.add_all(
       "calibration",
-      {{{"samprate", "20.0"}, {"commid", "0"}}, {{"samprate", "40.5"}}, {{"samprate", "40"}, {"commid", "1"}}});
+      {{{"samprate", "20"}, {"commid", "0"}}, {{"samprate", "40.5"}}, {{"samprate", "40"}, {"commid", "1"}}});
   EXPECT_THAT(records_of(join(tables.table("sitechan"), tables.table("calibration"), {{"chanid"}, {"samprate"}}),
                          {"chanid", "samprate"}),
-              ElementsAre("40 40", "20 20.0"));
+              ElementsAre("40 40", "20 20"));
   EXPECT_THAT(records_of(join(tables.table("calibration"), tables.table("sitechan"), {{"samprate"}, {"chanid"}}),
                          {"chanid", "samprate"}),
-              ElementsAre("20 20.0", "40 40"));
+              ElementsAre("20 20", "40 40"));
   EXPECT_THAT(
       records_of(join(tables.table("sitechan"), tables.table("calibration"), {{"hang"}, {"commid"}}), {"chanid"}),
       ElementsAre("40", "20"));

@@ -29,14 +29,14 @@ TEST(Lifetime, TheSameDatabaseCanBeOpenTwice) {
   tables.add("site", {{"sta", "ONE"}});
   const Dbptr first = tables.table("site");
   Dbptr again;
-  ASSERT_EQ(dbopen(tables.files.prefix().c_str(), "r", &again), 0);
+  ASSERT_EQ(dbopen(tables.name().c_str(), "r", &again), 0);
   const Dbptr second = table_of(again, "site");
   EXPECT_EQ(dbclose(again), 0);
   EXPECT_EQ(record_count(second), -1);
   EXPECT_THAT(texts_of(first, "sta"), ElementsAre("ONE"));
 }
 
-TEST(Lifetime, ReopeningReadsTheFilesAnew) {
+TEST(Lifetime, ReopeningReadsTheTablesAnew) {
   Tables tables;
   tables.add("site", {{"sta", "ONE"}});
   const Dbptr old = tables.table("site");
@@ -44,19 +44,6 @@ TEST(Lifetime, ReopeningReadsTheFilesAnew) {
   tables.add("site", {{"sta", "TWO"}});
   EXPECT_THAT(texts_of(tables.table("site"), "sta"), ElementsAre("ONE", "TWO"));
   EXPECT_EQ(record_count(old), -1) << "a number is not used again";
-}
-
-TEST(Lifetime, ReopeningLoadsATableThatWasMended) {
-  Tables tables;
-  tables.files.add_line("network", "cut");
-  CollectedLog log;
-  EXPECT_FALSE(is_view(tables.table("network")));
-  tables.close();
-  tables.files.write_file("db.network", "");
-  Dbptr db;
-  ASSERT_EQ(dbopen(tables.files.prefix().c_str(), "r", &db), 0);
-  EXPECT_TRUE(is_view(table_of(db, "network")));
-  dbclose(db);
 }
 
 TEST(Lifetime, NothingCanBeDoneWithAClosedDatabase) {

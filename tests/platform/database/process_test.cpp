@@ -151,7 +151,7 @@ TEST_F(Process, RefusesANullStep) {
 }
 
 TEST_F(Process, FailsAtATableThatRefusesToLoad) {
-  tables_.files.add_line("stage", "cut");
+  tables_.add("stage", {{"stageid", "none"}});
   CollectedLog log;
   EXPECT_EQ(tables_.process({"dbopen sitechan", "dbjoin -o stage"}), Dbptr());
   ASSERT_EQ(log.lines().size(), 3u);

@@ -25,63 +25,69 @@ Dbptr further_session(Dbptr db) {
 
 class Sessions : public ::testing::Test {
  protected:
-  Sessions() { tables_.add_all("site", {{{"sta", "B"}, {"lat", "2"}}, {{"sta", "A"}, {"lat", "1"}}}); }
+  Sessions() {
+    files_.add_row("site", {{"sta", "B"}, {"lat", "2"}});
+    files_.add_row("site", {{"sta", "A"}, {"lat", "1"}});
+    if (dbopen(files_.write().c_str(), "r", &db_) != 0) throw std::runtime_error("dbopen");
+  }
+  ~Sessions() override { dbclose(db_); }
 
-  Tables tables_;
+  FlatDatabase files_;
+  Dbptr db_;
 };
 
 TEST_F(Sessions, SeeTheSameTables) {
-  const Dbptr other = further_session(tables_.db());
-  EXPECT_NE(other.database, tables_.db().database);
+  const Dbptr other = further_session(db_);
+  EXPECT_NE(other.database, db_.database);
   EXPECT_THAT(texts_of(table_of(other, "site"), "sta"), ElementsAre("B", "A"));
-  EXPECT_THAT(texts_of(tables_.table("site"), "sta"), ElementsAre("B", "A"));
+  EXPECT_THAT(texts_of(table_of(db_, "site"), "sta"), ElementsAre("B", "A"));
   EXPECT_EQ(dbclose(other), 0);
 }
 
 TEST_F(Sessions, BeginAsANewHandleDoes) {
-  const Dbptr other = further_session(tables_.table("site"));
+  const Dbptr other = further_session(table_of(db_, "site"));
   EXPECT_EQ(other, (Dbptr{other.database, dbALL, dbALL, dbALL}));
   EXPECT_EQ(dbclose(other), 0);
 }
 
 TEST_F(Sessions, ReadTheFilesOnce) {
-  EXPECT_EQ(record_count(tables_.table("site")), 2);
-  tables_.files.write_file("db.site", "");
-  const Dbptr other = further_session(tables_.db());
+  EXPECT_EQ(record_count(table_of(db_, "site")), 2);
+  files_.write_file("db.site", "");
+  const Dbptr other = further_session(db_);
   EXPECT_EQ(record_count(table_of(other, "site")), 2);
-  tables_.files.write_file("db.network", flat_row("network", {{"net", "XX"}}) + "\n");
+  files_.write_file("db.network", flat_row("network", {{"net", "XX"}}) + "\n");
   EXPECT_EQ(record_count(table_of(other, "network")), 1) << "not asked for before";
-  tables_.files.write_file("db.network", "");
-  EXPECT_EQ(record_count(tables_.table("network")), 1);
+  files_.write_file("db.network", "");
+  EXPECT_EQ(record_count(table_of(db_, "network")), 1);
   EXPECT_EQ(dbclose(other), 0);
 }
 
 TEST_F(Sessions, HaveViewsAndNamesOfTheirOwn) {
-  const Dbptr other = further_session(tables_.db());
-  const Dbptr sorted = dbsort(tables_.table("site"), TextTbl({"sta"}).get(), 0, "mine");
+  const Dbptr other = further_session(db_);
+  const Dbptr sorted = dbsort(table_of(db_, "site"), TextTbl({"sta"}).get(), 0, "mine");
   EXPECT_FALSE(is_view(table_of(other, "mine")));
   EXPECT_EQ(record_count({other.database, sorted.table, dbALL, dbALL}), -1);
   const Dbptr own = dbsubset(table_of(other, "site"), "lat > 1", "mine");
   EXPECT_THAT(texts_of(table_of(other, "mine"), "sta"), ElementsAre("B"));
-  EXPECT_THAT(texts_of(tables_.table("mine"), "sta"), ElementsAre("A", "B"));
+  EXPECT_THAT(texts_of(table_of(db_, "mine"), "sta"), ElementsAre("A", "B"));
   triglub::release_view(own);
-  EXPECT_THAT(texts_of(tables_.table("mine"), "sta"), ElementsAre("A", "B"));
+  EXPECT_THAT(texts_of(table_of(db_, "mine"), "sta"), ElementsAre("A", "B"));
   EXPECT_EQ(dbclose(other), 0);
 }
 
 TEST_F(Sessions, DoNotJoinWithEachOther) {
-  const Dbptr other = further_session(tables_.db());
+  const Dbptr other = further_session(db_);
   CollectedLog log;
-  EXPECT_EQ(dbjoin(tables_.table("site"), table_of(other, "sitechan"), nullptr, nullptr, 0, nullptr, nullptr), Dbptr());
+  EXPECT_EQ(dbjoin(table_of(db_, "site"), table_of(other, "sitechan"), nullptr, nullptr, 0, nullptr, nullptr), Dbptr());
   EXPECT_THAT(log.lines(), ElementsAre("warning: dbjoin: the views are of different databases"));
   EXPECT_EQ(dbclose(other), 0);
 }
 
 TEST_F(Sessions, StayWhenTheFirstIsClosed) {
-  const Dbptr first = tables_.db();
+  const Dbptr first = db_;
   const Dbptr other = further_session(first);
   const Dbptr site = table_of(other, "site");
-  tables_.close();
+  dbclose(db_);
   EXPECT_EQ(record_count(table_of(first, "site")), -1);
   EXPECT_THAT(texts_of(site, "sta"), ElementsAre("B", "A"));
   EXPECT_THAT(texts_of(process(other, {"dbopen sitechan", "dbjoin -o site"}), "sta"), IsEmpty());
@@ -92,21 +98,21 @@ TEST_F(Sessions, StayWhenTheFirstIsClosed) {
 }
 
 TEST_F(Sessions, TellOnceThatATableRefusesToLoad) {
-  tables_.files.add_line("network", "cut");
-  const Dbptr other = further_session(tables_.db());
+  files_.write_file("db.network", "cut\n");
+  const Dbptr other = further_session(db_);
   CollectedLog log;
-  EXPECT_FALSE(is_view(tables_.table("network")));
+  EXPECT_FALSE(is_view(table_of(db_, "network")));
   const Texts complaints = log.lines();
   EXPECT_THAT(complaints, testing::Contains(HasSubstr("table network is not loaded")));
   EXPECT_FALSE(is_view(table_of(other, "network")));
-  EXPECT_FALSE(is_view(tables_.table("network")));
+  EXPECT_FALSE(is_view(table_of(db_, "network")));
   EXPECT_EQ(log.lines(), complaints);
   EXPECT_EQ(dbclose(other), 0);
 }
 
 TEST_F(Sessions, NeedOneThatIsOpen) {
-  const Dbptr closed = tables_.db();
-  tables_.close();
+  const Dbptr closed = db_;
+  dbclose(db_);
   CollectedLog log;
   for (const Dbptr& none : {closed, Dbptr(), Dbptr{1 << 20, 0, 0, 0}}) {
     Dbptr session{1, 2, 3, 4};

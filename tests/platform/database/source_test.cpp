@@ -208,6 +208,16 @@ TEST_F(Source, ComplainsOnceOfATableThatRefusesToLoad) {
   EXPECT_EQ(log_.lines().size(), complaints);
 }
 
+TEST_F(Source, LoadsATableThatWasMendedWhenItIsOpenedAnew) {
+  put("db.network", "cut\n");
+  ASSERT_EQ(open("db"), 0);
+  EXPECT_FALSE(is_view(table_of(db_, "network")));
+  dbclose(db_);
+  put("db.network", "");
+  ASSERT_EQ(open("db"), 0);
+  EXPECT_TRUE(is_view(table_of(db_, "network")));
+}
+
 TEST_F(Source, LoadsATableWhenItIsAskedForOnce) {
   put("db.site", site("AAK"));
   put("db.sitechan", "faulty\n");

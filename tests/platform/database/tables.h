@@ -7,11 +7,16 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <map>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "engine/source/memory/memory_source.h"
+#include "engine/source/memory/published.h"
 #include "platform/containers.h"
 #include "platform/database.h"
 #include "support/collected_log.h"
@@ -85,24 +90,43 @@ inline Texts records_of(Dbptr view, const Texts& fields) {
   return records;
 }
 
+// Whether tests run over tables in memory, and not over flat files: what is done with tables must not depend on it.
+inline bool is_memory_wanted() {
+  const char* source = std::getenv("TRIGLUB_TEST_SOURCE");
+  return source != nullptr && std::string_view(source) == "memory";
+}
+
 // A database of the rows added so far, opened when first asked for.
 class Tables {
  public:
   Tables() = default;
-  ~Tables() { close(); }
+  ~Tables() {
+    close();
+    triglub::withdraw(files_.folder());
+  }
   Tables(const Tables&) = delete;
   Tables& operator=(const Tables&) = delete;
 
   Tables& add(const std::string& table, const Row& row) {
-    files.add_row(table, row);
+    files_.add_row(table, row);
+    rows_[table].push_back(row);
     return *this;
   }
   Tables& add_all(const std::string& table, const std::vector<Row>& rows) {
     for (const Row& row : rows) add(table, row);
     return *this;
   }
+  // What dbopen takes. Writes the rows added so far.
+  std::string name() {
+    if (!is_memory_wanted()) {
+      files_.write_file("db", "");  // a database even when no table has rows
+      return files_.write();
+    }
+    triglub::publish(files_.folder(), std::make_shared<triglub::MemorySource>("db", rows_));
+    return "memory:" + files_.folder();
+  }
   Dbptr db() {
-    if (db_.database < 0 && dbopen(files.write().c_str(), "r", &db_) != 0) throw std::runtime_error("dbopen");
+    if (db_.database < 0 && dbopen(name().c_str(), "r", &db_) != 0) throw std::runtime_error("dbopen");
     return db_;
   }
   Dbptr table(const std::string& name) { return table_of(db(), name); }
@@ -112,9 +136,9 @@ class Tables {
     db_ = Dbptr();
   }
 
-  FlatDatabase files;
-
  private:
+  FlatDatabase files_;
+  triglub::MemorySource::Tables rows_;
   Dbptr db_;
 };
 

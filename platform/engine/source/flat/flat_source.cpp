@@ -7,6 +7,7 @@
 
 #include "base/mapped_file.h"
 #include "engine/source/flat/flat_file.h"
+#include "engine/table/table_builder.h"
 #include "platform/elog.h"
 #include "platform/text.h"
 
@@ -136,10 +137,10 @@ std::string FlatSource::response_folder(const TableSchema& table) const {
   return path.empty() ? folder_ : folder_of(path);
 }
 
-std::unique_ptr<const Table> FlatSource::load(const TableSchema& table, const RowConditions& /*conditions*/) const {
+std::unique_ptr<const Table> FlatSource::load(const TableSchema& table, const RowConditions& conditions) const {
   const std::string path = table_place(table);
-  if (path.empty()) return std::make_unique<Table>(table, folder_);
-  return load_flat_file(table, path, folder_of(path));
+  if (path.empty()) return TableBuilder(table).build(folder_, "", shortest_texts(), conditions);
+  return load_flat_file(table, path, folder_of(path), conditions);
 }
 
 }  // namespace triglub

@@ -7,32 +7,30 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "engine/table/table.h"
+#include "engine/source/flat/line_begins.h"
+#include "engine/source/flat/row_layout.h"
+#include "engine/table/table_builder.h"
 
 namespace triglub {
 
 // Consecutive rows of a file.
 struct Rows {
-  std::vector<Column> columns;
-  std::uint64_t count = 0;
-  // Where lines begin in the file: line i of these at begin + i * stride when all are of one length, else at
-  // offsets[i].
-  std::uint64_t begin = 0;
-  std::uint64_t stride = 0;
-  std::vector<std::uint64_t> offsets;
+  explicit Rows(const TableSchema& schema, std::uint64_t begin = 0) : table(schema), lines(begin) {}
+
+  TableBuilder table;
+  LineBegins lines;
 };
 
-// Reads the lines of `file` from byte `begin`, where a line begins, to before `end`, where one has ended. The columns
-// are given room for what that many bytes hold: `room`. False at the first fault.
-bool read_rows(const TableSchema& schema, std::string_view file, std::size_t begin, std::size_t end, std::size_t room,
+// Appends the lines of `file` from byte `begin`, where a line begins, to before `end`, where one has ended, to rows
+// that are empty yet. The columns are given room for what that many bytes hold: `room`. False at the first fault.
+bool read_rows(const RowLayout& layout, std::string_view file, std::size_t begin, std::size_t end, std::size_t room,
                Rows* rows);
 
 // Finds the faults of a file that read_rows has refused: hands each to `tell`, with the number of its line (from 1) and
 // the name of its field (empty for the whole row).
 using FaultTeller = std::function<void(std::uint64_t line, const std::string& field, const std::string& fault)>;
-void tell_faults(const TableSchema& schema, std::string_view file, const FaultTeller& tell);
+void tell_faults(const TableSchema& schema, const RowLayout& layout, std::string_view file, const FaultTeller& tell);
 
 }  // namespace triglub
 

@@ -1,0 +1,32 @@
+// The texts of numbers as the file itself has them: "1.50" is not "1.5" to those who compare texts.
+#ifndef TRIGLUB_ENGINE_SOURCE_FLAT_FILE_DIGITS_H
+#define TRIGLUB_ENGINE_SOURCE_FLAT_FILE_DIGITS_H
+
+#include <memory>
+
+#include "base/mapped_file.h"
+#include "engine/source/flat/line_begins.h"
+#include "engine/source/flat/row_layout.h"
+#include "engine/table/number_texts.h"
+
+namespace triglub {
+
+// The file stays mapped as long as the object.
+class FileDigits final : public NumberTexts {
+ public:
+  FileDigits(std::shared_ptr<const MappedFile> file, LineBegins lines, RowLayout layout)
+      : file_(std::move(file)), lines_(std::move(lines)), layout_(std::move(layout)) {}
+
+  std::string_view text(const Table& table, std::size_t field, std::uint32_t row) const override;
+  CodedTexts texts(const Table& table, std::size_t field) const override;
+  std::unique_ptr<const NumberTexts> of_rows(const std::vector<std::uint32_t>& rows) const override;
+
+ private:
+  std::shared_ptr<const MappedFile> file_;
+  LineBegins lines_;
+  RowLayout layout_;
+};
+
+}  // namespace triglub
+
+#endif

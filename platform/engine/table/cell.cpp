@@ -1,0 +1,95 @@
+#include "engine/table/cell.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "base/number.h"
+#include "platform/timeconv.h"
+
+namespace triglub {
+
+namespace {
+
+// Load dates were once written as "yy-mm-dd hh:mm:ss".
+bool has_older_form(std::string_view text) {
+  constexpr std::string_view kForm = "99-99-99 99:99:99";
+  const auto fits = [](char form, char c) { return form == '9' ? '0' <= c && c <= '9' : c == form; };
+  return std::equal(kForm.begin(), kForm.end(), text.begin(), text.end(), fits);
+}
+
+bool parse_older_form(std::string_view text, double* value) {
+  return has_older_form(text) && is_epoch_string(std::string(text).c_str(), value) != 0;
+}
+
+const char* expected(const FieldSchema& field) {
+  switch (field.type) {
+    case FieldType::integer:
+      return "an integer";
+    case FieldType::date:
+      return "a date (yyyyddd)";
+    case FieldType::time:
+      return "a time (epoch seconds)";
+    case FieldType::text:
+    case FieldType::real:
+      break;
+  }
+  return "a number";
+}
+
+bool has_value(const FieldSchema& field, std::string_view cell) {
+  std::int64_t integer = 0;
+  double real = 0.0;
+  switch (field.storage()) {
+    case Storage::text:
+      return true;
+    case Storage::integer:
+      return parse_cell(field, cell, &integer);
+    case Storage::real:
+      return parse_cell(field, cell, &real);
+  }
+  return false;
+}
+
+}  // namespace
+
+// Cells at fixed widths are padded with blanks only, of which eight at a time are quicker to drop than white space at
+// large.
+std::string_view without_trailing_blanks(std::string_view text) {
+  constexpr std::string_view kBlanks = "        ";
+  while (text.size() >= kBlanks.size() &&
+         std::memcmp(text.data() + text.size() - kBlanks.size(), kBlanks.data(), kBlanks.size()) == 0) {
+    text.remove_suffix(kBlanks.size());
+  }
+  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  return text;
+}
+
+std::string_view without_blanks(std::string_view text) {
+  text = without_trailing_blanks(text);
+  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+  return text;
+}
+
+bool is_load_date(const FieldSchema& field) { return field.name == "lddate"; }
+
+bool parse_cell(const FieldSchema& field, std::string_view cell, std::int64_t* value) {
+  const std::string_view text = without_blanks(cell);
+  *value = field.null_integer;
+  return text.empty() || parse_integer(text, value);
+}
+
+bool parse_cell(const FieldSchema& field, std::string_view cell, double* value) {
+  const std::string_view text = without_blanks(cell);
+  *value = field.null_real;
+  if (text.empty() || parse_real(text, value)) return true;
+  return is_load_date(field) && parse_older_form(text, value);
+}
+
+std::string cell_fault(const FieldSchema& field, std::string_view cell, std::size_t first_byte) {
+  const std::size_t zero = cell.find('\0');
+  if (zero != std::string_view::npos) return "a zero byte (byte " + std::to_string(first_byte + zero) + ")";
+  if (has_value(field, cell)) return "";
+  return "expected " + std::string(expected(field)) + ", found '" + std::string(without_blanks(cell)) + "'";
+}
+
+}  // namespace triglub

@@ -1,0 +1,88 @@
+#include "engine/table/column_builder.h"
+
+#include "engine/table/cell.h"
+#include "platform/text.h"
+
+namespace triglub {
+
+namespace {
+
+template <typename T>
+void append_all(const std::vector<T>& from, std::vector<T>* to) {
+  to->insert(to->end(), from.begin(), from.end());
+}
+
+// The codes of one dictionary's texts in another, which is given those that it lacks.
+std::vector<std::uint32_t> merge(const Dictionary& from, Dictionary* to) {
+  std::vector<std::uint32_t> codes;
+  codes.reserve(from.size());
+  for (std::uint32_t code = 0; code < from.size(); ++code) codes.push_back(to->intern(from[code]));
+  return codes;
+}
+
+template <typename T>
+std::vector<T> chosen(const std::vector<T>& values, const std::vector<std::uint32_t>& rows) {
+  std::vector<T> kept;
+  if (values.empty()) return kept;  // the values of this storage are not the column's
+  kept.reserve(rows.size());
+  for (const std::uint32_t row : rows) kept.push_back(values[row]);
+  return kept;
+}
+
+}  // namespace
+
+ColumnBuilder::ColumnBuilder(const FieldSchema& field) : field_(&field), storage_(field.storage()) {
+  if (storage_ == Storage::text) column_.dictionary.intern(field.null_text);
+}
+
+bool ColumnBuilder::add(std::string_view cell) {
+  if (storage_ == Storage::text) return add_text(cell);
+  if (storage_ == Storage::integer) {
+    std::int64_t value = 0;
+    if (!parse_cell(*field_, cell, &value)) return false;
+    column_.integers.push_back(value);
+    return true;
+  }
+  double value = 0.0;
+  if (!parse_cell(*field_, cell, &value)) return false;
+  column_.reals.push_back(value);
+  return true;
+}
+
+bool ColumnBuilder::add_text(std::string_view cell) {
+  const std::string_view text = trimmed(without_blanks(cell));
+  // The classic interface ends texts at a zero byte: two texts that differ behind one would be taken for the same.
+  if (text.find('\0') != std::string_view::npos) return false;
+  if (text.empty()) {
+    column_.codes.push_back(kNullCode);
+    return true;
+  }
+  const bool utf8 = is_utf8(text);
+  column_.codes.push_back(column_.dictionary.intern(utf8 ? text : std::string_view(latin1_to_utf8(text))));
+  return true;
+}
+
+void ColumnBuilder::append(const ColumnBuilder& other) {
+  append_all(other.column_.integers, &column_.integers);
+  append_all(other.column_.reals, &column_.reals);
+  const std::vector<std::uint32_t> codes = merge(other.column_.dictionary, &column_.dictionary);
+  column_.codes.reserve(column_.codes.size() + other.column_.codes.size());
+  for (const std::uint32_t code : other.column_.codes) column_.codes.push_back(codes[code]);
+}
+
+Column column_of_rows(const FieldSchema& field, const Column& column, const std::vector<std::uint32_t>& rows) {
+  Column kept;
+  kept.integers = chosen(column.integers, rows);
+  kept.reals = chosen(column.reals, rows);
+  kept.codes = chosen(column.codes, rows);
+  if (field.storage() != Storage::text) return kept;
+  std::vector<std::uint32_t> codes(column.dictionary.size(), NO_CODE);
+  codes[kNullCode] = kept.dictionary.intern(field.null_text);
+  for (std::uint32_t& code : kept.codes) {
+    if (codes[code] == NO_CODE) codes[code] = kept.dictionary.intern(column.dictionary[code]);
+    code = codes[code];
+  }
+  return kept;
+}
+
+}  // namespace triglub
