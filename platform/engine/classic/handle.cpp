@@ -5,34 +5,8 @@
 
 namespace triglub {
 
-namespace {
-
-// Never destroyed: threads may still be at work when the process ends.
-union Lasting {
-  constexpr Lasting() : registry() {}
-  ~Lasting() {}
-  Registry registry;
-};
-
-constinit Lasting of_process;
-
-}  // namespace
-
-Registry& the_registry() { return of_process.registry; }
-
-Session* session_of(const Dbptr& db) { return of_process.registry.find(db.database); }
-
-const View* view_of(const Dbptr& db) {
-  const Session* session = session_of(db);
-  return session == nullptr ? nullptr : session->view(db.table);
-}
-
 const ViewField* field_of(const View& view, const Dbptr& db) {
   return view.has_field(db.field) ? &view.fields()[static_cast<std::size_t>(db.field)] : nullptr;
-}
-
-bool has_record(const View& view, const Dbptr& db) {
-  return db.record >= 0 && db.record < static_cast<std::int64_t>(view.record_count());
 }
 
 Dbptr handle_of_view(const Dbptr& db, std::int64_t view) { return {db.database, view, dbALL, dbALL}; }

@@ -1,4 +1,5 @@
-// From handles to sessions, views, fields and records, and back. A handle that names nothing gives null.
+// From handles to sessions, views, fields and records, and back. A handle that names nothing gives null. What is asked
+// for every value that is read can be inlined.
 #ifndef TRIGLUB_ENGINE_CLASSIC_HANDLE_H
 #define TRIGLUB_ENGINE_CLASSIC_HANDLE_H
 
@@ -16,16 +17,18 @@ namespace triglub {
 
 inline constexpr Dbptr kInvalidHandle{};
 
-// The sessions that handles name.
-Registry& the_registry();
-
 // What they give is valid as long as the session is open and the view is not released.
-Session* session_of(const Dbptr& db);
-const View* view_of(const Dbptr& db);
+inline Session* session_of(const Dbptr& db) { return the_registry().find(db.database); }
+inline const View* view_of(const Dbptr& db) {
+  const Session* session = session_of(db);
+  return session == nullptr ? nullptr : session->view(db.table);
+}
 const ViewField* field_of(const View& view, const Dbptr& db);
 
 // True when the handle's record is one of the view's.
-bool has_record(const View& view, const Dbptr& db);
+inline bool has_record(const View& view, const Dbptr& db) {
+  return db.record >= 0 && db.record < static_cast<std::int64_t>(view.record_count());
+}
 
 // The handle of a view of the session that `db` names.
 Dbptr handle_of_view(const Dbptr& db, std::int64_t view);

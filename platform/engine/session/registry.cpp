@@ -6,6 +6,8 @@
 
 namespace triglub {
 
+constinit LastingRegistry process_registry;
+
 Registry::~Registry() {
   for (std::int64_t number = 0; number < next_; ++number) remove(number);
   for (const auto& block : blocks_) delete[] block.load();

@@ -53,6 +53,17 @@ class Registry {
   std::int64_t next_ = 0;
 };
 
+// A registry that is never destroyed: threads may still be at work when the process ends.
+union LastingRegistry {
+  constexpr LastingRegistry() : registry() {}
+  ~LastingRegistry() {}
+  Registry registry;
+};
+
+// The registry of the process.
+extern LastingRegistry process_registry;
+inline Registry& the_registry() { return process_registry.registry; }
+
 }  // namespace triglub
 
 #endif
