@@ -1,4 +1,4 @@
-// Work on one database that several threads share.
+// One piece of work that several threads share.
 #ifndef TRIGLUB_BASE_THREADS_H
 #define TRIGLUB_BASE_THREADS_H
 
@@ -11,21 +11,22 @@ namespace triglub {
 // How many threads may work side by side, the caller's included: what set_threads was told, 1 before.
 std::size_t thread_count();
 
-// Calls work(0) to work(count - 1), which must not throw and must not touch the same things, side by side as far as
-// threads are to be had. Returns when all have returned.
+// Calls work(0) to work(count - 1), which must not throw, must not touch the same things and must not log (a helper
+// does not have the log sink of the thread that called), side by side as far as threads are to be had. Returns when
+// all have returned.
 void run_side_by_side(std::size_t count, const std::function<void(std::size_t)>& work);
 
 // Whether work on that many records is worth the start of threads.
 bool are_worth_threads(std::size_t records);
 
-// A range of records in equal parts, as many as there are threads and as are worth one.
-class Parts {
+// A range of records in equal chunks, as many as there are threads and as are worth one.
+class Chunks {
  public:
-  Parts(std::uint32_t begin, std::uint32_t end);
+  Chunks(std::uint32_t begin, std::uint32_t end);
 
   std::size_t size() const { return size_; }  // at least 1
-  std::uint32_t begin(std::size_t part) const;
-  std::uint32_t end(std::size_t part) const { return begin(part + 1); }
+  std::uint32_t begin(std::size_t chunk) const;
+  std::uint32_t end(std::size_t chunk) const { return begin(chunk + 1); }
 
  private:
   std::uint32_t begin_;

@@ -1,10 +1,15 @@
 // The error log: levels, the sink of the process, and texts made fit for a terminal.
+//
+// Threads may log at any time, also while another sets the sink: what a message needs of the log is copied under the
+// lock, and the sink runs without it, so that it may log itself.
 #include "platform/elog.h"
 
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
+#include <utility>
 #include <vector>
 
 #include "base/utf8.h"
@@ -13,11 +18,36 @@ namespace {
 
 constexpr const char* kDefaultProgram = "triglub";
 
-// The log's process-wide state: who speaks, and where to.
-struct Log {
-  std::string program = kDefaultProgram;
-  ElogSink sink = nullptr;
+// Where messages go; standard error when there is no function.
+struct Sink {
+  ElogSink function = nullptr;
   void* context = nullptr;
+};
+
+// The log's process-wide state: who speaks, and where to.
+class Log {
+ public:
+  void set_program(std::string program) {
+    const std::lock_guard lock(mutex_);
+    program_ = std::move(program);
+  }
+  void set_sink(const Sink& sink) {
+    const std::lock_guard lock(mutex_);
+    sink_ = sink;
+  }
+  std::string program() {
+    const std::lock_guard lock(mutex_);
+    return program_;
+  }
+  Sink sink() {
+    const std::lock_guard lock(mutex_);
+    return sink_;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::string program_ = kDefaultProgram;
+  Sink sink_;
 };
 
 Log& the_log() {
@@ -25,6 +55,8 @@ Log& the_log() {
   static Log* log = new Log;
   return *log;
 }
+
+thread_local Sink thread_sink;
 
 const char* level_word(ElogLevel level) {
   switch (level) {
@@ -55,9 +87,9 @@ std::string formatted(const char* format, va_list args) {
 }
 
 void report(ElogLevel level, const std::string& text) {
-  const Log& log = the_log();
-  if (log.sink != nullptr) {
-    log.sink(level, text.c_str(), log.context);
+  const Sink sink = thread_sink.function != nullptr ? thread_sink : the_log().sink();
+  if (sink.function != nullptr) {
+    sink.function(level, text.c_str(), sink.context);
     return;
   }
   elog_to_stderr(level, text.c_str());
@@ -71,12 +103,11 @@ void append_escaped(std::string& out, unsigned char byte) {
 
 }  // namespace
 
-void elog_init(const char* program) { the_log().program = program == nullptr ? kDefaultProgram : program; }
+void elog_init(const char* program) { the_log().set_program(program == nullptr ? kDefaultProgram : program); }
 
-void elog_set_sink(ElogSink sink, void* context) {
-  the_log().sink = sink;
-  the_log().context = context;
-}
+void elog_set_sink(ElogSink sink, void* context) { the_log().set_sink({sink, context}); }
+
+void elog_set_thread_sink(ElogSink sink, void* context) { thread_sink = {sink, context}; }
 
 std::string elog_printable(std::string_view text) {
   std::string out;
@@ -113,7 +144,7 @@ std::string elog_printable(std::string_view text) {
 
 void elog_to_stderr(ElogLevel level, const char* text) {
   // One write for the whole line, so that lines of several processes do not mix.
-  const std::string line = the_log().program + ": " + level_word(level) + elog_printable(text) + "\n";
+  const std::string line = the_log().program() + ": " + level_word(level) + elog_printable(text) + "\n";
   std::fwrite(line.data(), 1, line.size(), stderr);
   std::fflush(stderr);
 }

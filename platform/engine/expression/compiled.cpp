@@ -26,7 +26,6 @@ class CompiledExpression final : public Compiled {
     Tree tree = parse(source_);
     bind(&tree, names);
     program_ = emit(tree);
-    scratch_.resize(program_.scratch_size);
     const Node& root = tree.root();
     if (root.type == NodeType::field) bare_field_ = root.field;
     if (root.type == NodeType::match && tree.nodes[root.a].type == NodeType::field) {
@@ -35,23 +34,22 @@ class CompiledExpression final : public Compiled {
     matchers_ = std::move(tree.matchers);
   }
 
-  bool integer(const Record& record, std::int64_t* result) const override;
-  bool real(const Record& record, double* result) const override;
-  bool text(const Record& record, std::string* result) const override;
-  bool is_true(const Record& record) const override;
+  bool integer(const Record& record, Scratch* scratch, std::int64_t* result) const override;
+  bool real(const Record& record, Scratch* scratch, double* result) const override;
+  bool text(const Record& record, Scratch* scratch, std::string* result) const override;
+  bool is_true(const Record& record, Scratch* scratch) const override;
   std::optional<FieldMatch> field_match() const override { return field_match_; }
 
  private:
   std::string source_;  // literals and patterns are views of it
   Program program_;
-  mutable std::vector<std::string> scratch_;  // of the evaluation at hand: one thread at a time uses a database
   std::vector<std::unique_ptr<Matcher>> matchers_;
   int bare_field_ = NO_FIELD;  // when the expression is no more than that
   std::optional<FieldMatch> field_match_;
 };
 
-bool CompiledExpression::integer(const Record& record, std::int64_t* result) const {
-  Evaluation evaluation(program_, record, scratch_.data());
+bool CompiledExpression::integer(const Record& record, Scratch* scratch, std::int64_t* result) const {
+  Evaluation evaluation(program_, record, scratch->texts(program_.scratch_size));
   Value value;
   if (!evaluation.run(&value)) return false;
   switch (program_.result) {
@@ -66,8 +64,8 @@ bool CompiledExpression::integer(const Record& record, std::int64_t* result) con
   return false;
 }
 
-bool CompiledExpression::real(const Record& record, double* result) const {
-  Evaluation evaluation(program_, record, scratch_.data());
+bool CompiledExpression::real(const Record& record, Scratch* scratch, double* result) const {
+  Evaluation evaluation(program_, record, scratch->texts(program_.scratch_size));
   Value value;
   if (!evaluation.run(&value)) return false;
   switch (program_.result) {
@@ -83,12 +81,12 @@ bool CompiledExpression::real(const Record& record, double* result) const {
   return false;
 }
 
-bool CompiledExpression::text(const Record& record, std::string* result) const {
+bool CompiledExpression::text(const Record& record, Scratch* scratch, std::string* result) const {
   if (bare_field_ != NO_FIELD) {
     result->assign(record.text(bare_field_));
     return true;
   }
-  Evaluation evaluation(program_, record, scratch_.data());
+  Evaluation evaluation(program_, record, scratch->texts(program_.scratch_size));
   Value value;
   if (!evaluation.run(&value)) return false;
   NumberBuffer buffer;
@@ -106,16 +104,16 @@ bool CompiledExpression::text(const Record& record, std::string* result) const {
   return false;
 }
 
-bool CompiledExpression::is_true(const Record& record) const {
+bool CompiledExpression::is_true(const Record& record, Scratch* scratch) const {
   if (field_match_) {
     return field_match_->matcher->matches(record.text(field_match_->field)) != field_match_->negated;
   }
   if (program_.result == Kind::integer) {
     std::int64_t number = 0;
-    return integer(record, &number) && number != 0;
+    return integer(record, scratch, &number) && number != 0;
   }
   double number = 0;
-  return real(record, &number) && number != 0 && !std::isnan(number);
+  return real(record, scratch, &number) && number != 0 && !std::isnan(number);
 }
 
 bool is_result_type(int type) { return type >= dbINTEGER && type <= dbSTRING; }

@@ -3,11 +3,15 @@
 //     Fault fault;
 //     auto compiled = Compiled::compile("sta =~ /AA.*/ && lat > 40", names, dbINTEGER, &fault);
 //     if (compiled == nullptr) elog_complain(0, "%s", fault.text.c_str());   // with the expression and a caret
+//     Scratch scratch;                                                       // one a thread
 //     std::int64_t yes = 0;
-//     if (compiled->integer(record, &yes) && yes != 0) ...
+//     if (compiled->integer(record, &scratch, &yes) && yes != 0) ...
 //
-// lex.cpp turns text into tokens, parse.cpp tokens into a tree, bind.cpp names into fields and kinds, evaluate.cpp runs
-// the tree. Input from strangers runs on a budget: MAX_NESTING levels, MAX_LENGTH bytes, RE2's own memory limit.
+// lex.cpp turns text into tokens, parse.cpp tokens into a tree, bind.cpp names into fields and kinds, emit.cpp the tree
+// into a program, evaluate.cpp runs the program. Input from strangers runs on a budget: MAX_NESTING levels, MAX_LENGTH
+// bytes, RE2's own memory limit.
+//
+// A compiled form does not change: threads may evaluate it at the same time, each with a scratch of its own.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_EXPRESSION_H
 #define TRIGLUB_ENGINE_EXPRESSION_EXPRESSION_H
 
@@ -16,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace triglub::expression {
 
@@ -63,6 +68,20 @@ class Matcher {
   virtual const std::string* literal() const = 0;         // the one text that matches, or null when it is no literal
 };
 
+// Memory for the texts that arise during an evaluation. It serves one evaluation after the other, of any expressions,
+// and what it once took it keeps; one thread at a time.
+class Scratch {
+ public:
+  // REQUIRES: no evaluation is under way.
+  std::string* texts(std::size_t count) {
+    if (texts_.size() < count) texts_.resize(count);
+    return texts_.data();
+  }
+
+ private:
+  std::vector<std::string> texts_;
+};
+
 class Compiled {
  public:
   // The compiled form, its result to be of `type` (dbINTEGER, dbREAL, dbTIME, dbYEARDAY or dbSTRING); null, and the
@@ -73,11 +92,11 @@ class Compiled {
   // The value at a record, converted as needed to what is asked for here. False when the evaluation fails (division by
   // zero, domain error, integer overflow, a text that is no number, a result that is no finite number where it has to
   // be); the result is then untouched.
-  virtual bool integer(const Record& record, std::int64_t* result) const = 0;
-  virtual bool real(const Record& record, double* result) const = 0;
-  virtual bool text(const Record& record, std::string* result) const = 0;
+  virtual bool integer(const Record& record, Scratch* scratch, std::int64_t* result) const = 0;
+  virtual bool real(const Record& record, Scratch* scratch, double* result) const = 0;
+  virtual bool text(const Record& record, Scratch* scratch, std::string* result) const = 0;
   // True when the expression evaluates to a number other than 0 (a text counts as the number it holds).
-  virtual bool is_true(const Record& record) const = 0;
+  virtual bool is_true(const Record& record, Scratch* scratch) const = 0;
 
   // When the whole expression is FIELD =~ /pattern/ or FIELD !~ /pattern/: its parts, for an engine that knows the
   // field's distinct values and need not ask record by record. The matcher belongs to the compiled form.

@@ -1,14 +1,14 @@
 // Joins a base table to a view. The equal fields go through a hash index of the table, which the table keeps for the
-// next join on the same fields; ranges of validity and the fields that null lifts are then tested pair by pair. Where
-// null may lift every equal field, the first of them is looked up in the index all the same: its own value's rows and
-// the null's are what can match. Rows come in the first view's order, and for each record in the second's.
+// next join on the same fields; ranges of validity and the null-tolerant fields are then tested pair by pair. Where
+// every equal field is null-tolerant, the first of them is looked up in the index all the same: its own value's rows
+// and the null's are what can match. Rows come in the first view's order, and for each record in the second's.
+#include "engine/operations/join.h"
+
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 
 #include "base/threads.h"
 #include "engine/operations/join_plan.h"
-#include "engine/session/database.h"
+#include "engine/operations/select.h"
 #include "platform/elog.h"
 
 namespace triglub {
@@ -83,30 +83,30 @@ class Joiner {
   Joiner(const View& view, const Table& table, const JoinPlan& plan) : view_(view), table_(table), plan_(plan) {
     for (const EqualPair& pair : plan.equal) {
       sources_.emplace_back(view, pair, table);
-      if (pair.null_lifts) {
-        lifted_.push_back(sources_.size() - 1);
+      if (pair.is_null_tolerant) {
+        tolerant_.push_back(sources_.size() - 1);
         continue;
       }
       strict_.push_back(sources_.size() - 1);
       columns_.push_back(sources_.back().column());
     }
-    by_lifted_field_ = strict_.empty() && !sources_.empty();
-    if (by_lifted_field_) columns_.push_back(sources_.front().column());
+    by_tolerant_field_ = strict_.empty() && !sources_.empty();
+    if (by_tolerant_field_) columns_.push_back(sources_.front().column());
     index_ = &table.join_index(columns_);
     words_.resize(columns_.size());
   }
 
   // Appends the rows that match a record to `rows`, in table order.
   void match(std::uint32_t record, std::vector<std::uint32_t>* rows) {
-    if (by_lifted_field_) {
-      match_by_lifted_field(record, rows);
+    if (by_tolerant_field_) {
+      match_by_tolerant_field(record, rows);
       return;
     }
     if (!load_candidates(record) || candidates_.empty()) return;
     load_ranges(record);
     const Range* ranges = candidate_ranges_.data();
     for (const std::uint32_t row : candidates_) {
-      if (all_overlap(ranges) && lifted_fields_agree(record, row)) rows->push_back(row);
+      if (all_overlap(ranges) && tolerant_fields_agree(record, row)) rows->push_back(row);
       ranges += plan_.ranges.size();
     }
   }
@@ -144,10 +144,10 @@ class Joiner {
   void test(std::uint32_t record, std::uint32_t row, std::vector<std::uint32_t>* rows) {
     candidate_ranges_.clear();
     for (const RangePair& pair : plan_.ranges) candidate_ranges_.push_back(table_range(pair, row));
-    if (lifted_fields_agree(record, row) && all_overlap(candidate_ranges_.data())) rows->push_back(row);
+    if (tolerant_fields_agree(record, row) && all_overlap(candidate_ranges_.data())) rows->push_back(row);
   }
 
-  void match_by_lifted_field(std::uint32_t record, std::vector<std::uint32_t>* rows) {
+  void match_by_tolerant_field(std::uint32_t record, std::vector<std::uint32_t>* rows) {
     load_ranges(record);
     if (view_.is_null(plan_.equal.front().view_field, record)) {
       for (std::uint32_t row = 0; row < table_.row_count(); ++row) test(record, row, rows);
@@ -192,8 +192,8 @@ class Joiner {
     return true;
   }
 
-  bool lifted_fields_agree(std::uint32_t record, std::uint32_t row) const {
-    for (const std::size_t i : lifted_) {
+  bool tolerant_fields_agree(std::uint32_t record, std::uint32_t row) const {
+    for (const std::size_t i : tolerant_) {
       const EqualPair& pair = plan_.equal[i];
       if (view_.is_null(pair.view_field, record) || table_.is_null(pair.table_field, row)) continue;
       JoinWord word = 0;
@@ -205,13 +205,13 @@ class Joiner {
   const View& view_;
   const Table& table_;
   const JoinPlan& plan_;
-  std::vector<WordSource> sources_;   // one an equal pair
-  std::vector<std::size_t> strict_;   // the sources whose fields always restrict
-  std::vector<std::size_t> lifted_;   // those of the other fields
-  std::vector<JoinColumn> columns_;   // their columns
-  bool by_lifted_field_ = false;      // there are none, and the index is over the first field that null lifts
-  const JoinIndex* index_ = nullptr;  // over the columns
-  std::uint32_t next_run_ = 0;        // where the next key's rows may be
+  std::vector<WordSource> sources_;    // one an equal pair
+  std::vector<std::size_t> strict_;    // the sources whose fields always restrict
+  std::vector<std::size_t> tolerant_;  // those of the other fields
+  std::vector<JoinColumn> columns_;    // their columns
+  bool by_tolerant_field_ = false;     // there are none, and the index is over the first null-tolerant field
+  const JoinIndex* index_ = nullptr;   // over the columns
+  std::uint32_t next_run_ = 0;         // where the next key's rows may be
   std::vector<JoinWord> words_;
   bool are_words_known_ = false;  // words_ are a record's, and these two are theirs:
   std::vector<std::uint32_t> candidates_;
@@ -260,8 +260,8 @@ class RecordsOfRows {
 };
 
 // The matches of the records from `begin` to before `end`; at most one more than a view can have. They are given
-// `room`. The joiner is the caller's own: threads that wrote to neighbouring ones would take the memory's lines from
-// each other.
+// `room`. The joiner is the caller's own: threads that wrote to neighbouring ones would take the cache lines from each
+// other.
 Pairs match_records(Joiner joiner, const RecordsOfRows& second, bool outer, std::uint32_t begin, std::uint32_t end,
                     std::size_t room) {
   Pairs pairs;
@@ -293,13 +293,13 @@ Pairs put_together(std::vector<Pairs> found) {
 
 // Nothing when there are more than a view can have.
 std::optional<Pairs> matching_pairs(const View& view, const View& other, const JoinPlan& plan, bool outer) {
-  const Parts parts(0, view.record_count());
+  const Chunks chunks(0, view.record_count());
   const Joiner joiner(view, *other.tables()[0].table, plan);
   const RecordsOfRows second(other);
-  std::vector<Pairs> found(parts.size());
-  run_side_by_side(parts.size(), [&](std::size_t i) {
-    const std::uint32_t begin = parts.begin(i);
-    const std::uint32_t end = parts.end(i);
+  std::vector<Pairs> found(chunks.size());
+  run_side_by_side(chunks.size(), [&](std::size_t i) {
+    const std::uint32_t begin = chunks.begin(i);
+    const std::uint32_t end = chunks.end(i);
     const std::uint32_t room = (i == 0 ? view.record_count() : end) - begin;  // the first takes in the others
     found[i] = match_records(joiner, second, outer, begin, end, room);
   });
@@ -321,38 +321,26 @@ std::string operation_text(const Table& table, const JoinPlan& plan, bool outer,
   return text;
 }
 
-void report_keys(const JoinPlan& plan, Tbl** joined_on) {
-  if (joined_on == nullptr) return;
-  *joined_on = newtbl(static_cast<int>(plan.keys.size()));
-  // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): the list keeps the texts
-  for (const std::string& key : plan.keys) pushtbl(*joined_on, strdup(key.c_str()));
-}
-
-Dbptr fail(const char* fault) {
+std::nullopt_t fail(const char* fault) {
   elog_complain(0, "dbjoin: %s", fault);
-  return INVALID_HANDLE;
+  return std::nullopt;
 }
 
 }  // namespace
 
-}  // namespace triglub
-
-Dbptr dbjoin(Dbptr a, Dbptr b, Tbl** keys_a, Tbl** keys_b, int outer, Tbl** joined_on, const char* name) {
-  using namespace triglub;
-  const View* view = view_of(a);
-  const View* other = view_of(b);
-  if (view == nullptr || other == nullptr) return INVALID_HANDLE;
-  if (a.database != b.database) return fail("the views are of different databases");
-  if (other->tables().size() != 1) return fail("the second view must be of one table");
-  const Table& table = *other->tables()[0].table;
-  const bool natural = keys_a == nullptr || keys_b == nullptr || *keys_a == nullptr || *keys_b == nullptr;
-  const auto plan =
-      natural ? plan_natural_join(*view, table.schema()) : plan_named_join(*view, table.schema(), *keys_a, *keys_b);
-  if (!plan) return INVALID_HANDLE;
-  auto pairs = matching_pairs(*view, *other, *plan, outer != 0);
+std::optional<Joined> join_views(const View& view, const View& other, const std::optional<JoinKeys>& keys,
+                                 JoinKind kind) {
+  if (other.tables().size() != 1) return fail("the second view must be of one table");
+  const Table& table = *other.tables()[0].table;
+  auto plan = keys ? plan_named_join(view, table.schema(), *keys) : plan_natural_join(view, table.schema());
+  if (!plan) return std::nullopt;
+  const bool outer = kind == JoinKind::outer;
+  auto pairs = matching_pairs(view, other, *plan, outer);
   if (!pairs) return fail("the result has more records than a view can have");
-  report_keys(*plan, joined_on);
   const auto record_count = static_cast<std::uint32_t>(pairs->records.size());
-  return result_view(*database_of(a), joined_tables(*view, table, std::move(*pairs)), record_count,
-                     view->operations() + "\n" + operation_text(table, *plan, outer != 0, natural), name);
+  const std::string operations = view.operations() + "\n" + operation_text(table, *plan, outer, !keys);
+  return Joined{std::make_unique<View>(joined_tables(view, table, std::move(*pairs)), record_count, operations),
+                std::move(plan->keys)};
 }
+
+}  // namespace triglub

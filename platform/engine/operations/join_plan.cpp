@@ -155,15 +155,15 @@ bool plan_named_field(const View& view, const TableSchema& table, const std::str
   return true;
 }
 
-bool plan_named(const View& view, const TableSchema& table, Tbl* keys_a, Tbl* keys_b, JoinPlan* plan) {
-  if (maxtbl(keys_a) != maxtbl(keys_b)) {
-    elog_complain(0, "dbjoin: %ld keys of the view against %ld of the table %s", maxtbl(keys_a), maxtbl(keys_b),
-                  table.name.c_str());
+bool plan_named(const View& view, const TableSchema& table, const JoinKeys& keys, JoinPlan* plan) {
+  if (keys.of_view.size() != keys.of_table.size()) {
+    elog_complain(0, "dbjoin: %zu keys of the view against %zu of the table %s", keys.of_view.size(),
+                  keys.of_table.size(), table.name.c_str());
     return false;
   }
-  for (long i = 0; i < maxtbl(keys_a); ++i) {
-    const std::string a = static_cast<const char*>(gettbl(keys_a, i));
-    const std::string b = static_cast<const char*>(gettbl(keys_b, i));
+  for (std::size_t i = 0; i < keys.of_view.size(); ++i) {
+    const std::string& a = keys.of_view[i];
+    const std::string& b = keys.of_table[i];
     const KeyField range_a = parse_key_field(a);
     const KeyField range_b = parse_key_field(b);
     const bool planned = range_a.is_range() && range_b.is_range()
@@ -195,9 +195,9 @@ std::optional<JoinPlan> plan_natural_join(const View& view, const TableSchema& t
   return plan;
 }
 
-std::optional<JoinPlan> plan_named_join(const View& view, const TableSchema& table, Tbl* view_keys, Tbl* table_keys) {
+std::optional<JoinPlan> plan_named_join(const View& view, const TableSchema& table, const JoinKeys& keys) {
   JoinPlan plan;
-  if (!plan_named(view, table, view_keys, table_keys, &plan) || !check_types(view, table, plan)) return std::nullopt;
+  if (!plan_named(view, table, keys, &plan) || !check_types(view, table, plan)) return std::nullopt;
   return plan;
 }
 

@@ -8,7 +8,6 @@
 
 #include "engine/operations/range.h"
 #include "engine/view/view.h"
-#include "platform/containers.h"
 
 namespace triglub {
 
@@ -16,7 +15,7 @@ namespace triglub {
 struct EqualPair {
   ViewField view_field;
   std::size_t table_field;
-  bool null_lifts;  // does not restrict where either side is null
+  bool is_null_tolerant;  // does not restrict where either side is null
 };
 
 // A range of the view and one of the table that are to overlap.
@@ -32,10 +31,16 @@ struct JoinPlan {
   std::vector<std::string> keys;  // as they are reported
 };
 
+// Field i of the view against field i of the table; "begin::end" is a range of validity.
+struct JoinKeys {
+  std::vector<std::string> of_view;
+  std::vector<std::string> of_table;
+};
+
 // The natural join on the keys that the view and the table share. Nothing, after a complaint, when they share none.
 std::optional<JoinPlan> plan_natural_join(const View& view, const TableSchema& table);
-// The join of key i of the first list with key i of the second. Nothing after a complaint.
-std::optional<JoinPlan> plan_named_join(const View& view, const TableSchema& table, Tbl* view_keys, Tbl* table_keys);
+// The join on these keys. Nothing after a complaint.
+std::optional<JoinPlan> plan_named_join(const View& view, const TableSchema& table, const JoinKeys& keys);
 
 }  // namespace triglub
 

@@ -1,6 +1,22 @@
-// Stable sort of a view's records by the values of some fields, compared by type. Every key becomes one 64-bit word
-// whose order is the value's: a text's rank among its column's texts, an integer or a double with the bits that make
-// them compare as unsigned numbers. A view that is in order already, as most are, costs one look at each record.
+// Stable sort of a view's records by the values of some fields, compared by type.
+//
+// The plain form of it all is std::stable_sort of the record numbers with compare(): every way below gives the same
+// order. Each key of a record is one 64-bit word whose unsigned order is the value's: a text's rank among its column's
+// texts, an integer with its sign bit turned, a double with its sign bit turned or, when negative, all its bits.
+//
+//   records_in_order   A view that is in order already, as most are, costs one comparison of each record with the one
+//                      before it and no sort. With it goes the choice of the first of equal records.
+//   SortWords          Otherwise all words are worked out once, n of them and not n log n, and lie record by record.
+//   PackedRecords      SortWords of codes and dates have few bits that differ. Where those of all keys and the record
+//   number
+//                      fit into 64, a record is one number: the keys as distances from the least word of each, the
+//                      first key highest, the record number lowest. Comparing two records is comparing two numbers,
+//                      without a look into memory elsewhere, and as no two are equal std::sort, which need not be
+//                      stable, keeps equal records in their order. With fewer key bits than record bits counting is
+//                      faster still.
+//   sort_by_words      What does not fit is sorted stably by the words of each record.
+#include "engine/operations/sort.h"
+
 #include <algorithm>
 #include <atomic>
 #include <bit>
@@ -9,20 +25,20 @@
 #include <optional>
 
 #include "base/threads.h"
-#include "engine/session/database.h"
+#include "engine/operations/select.h"
 #include "platform/elog.h"
 
 namespace triglub {
 
 namespace {
 
-constexpr std::uint64_t SIGN_BIT = std::uint64_t{1} << 63;
+constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63;
 
-std::uint64_t ordered(std::int64_t value) { return static_cast<std::uint64_t>(value) ^ SIGN_BIT; }
+std::uint64_t ordered(std::int64_t value) { return static_cast<std::uint64_t>(value) ^ kSignBit; }
 
 std::uint64_t ordered(double value) {
   const auto bits = std::bit_cast<std::uint64_t>(value == 0.0 ? 0.0 : value);
-  return (bits & SIGN_BIT) != 0 ? ~bits : bits | SIGN_BIT;
+  return (bits & kSignBit) != 0 ? ~bits : bits | kSignBit;
 }
 
 class SortKey {
@@ -74,14 +90,14 @@ int compare(const SortKeys& keys, std::uint32_t a, std::uint32_t b) {
 std::optional<std::vector<std::uint32_t>> records_in_order(const SortKeys& keys, std::uint32_t records,
                                                            bool is_unique) {
   if (records == 0) return std::vector<std::uint32_t>();
-  const Parts parts(1, records);  // the first has none before it
-  std::vector<std::vector<std::uint32_t>> kept(parts.size());
+  const Chunks chunks(1, records);  // the first has none before it
+  std::vector<std::vector<std::uint32_t>> kept(chunks.size());
   std::atomic<bool> is_sorted{true};
-  run_side_by_side(parts.size(), [&](std::size_t i) {
-    const std::uint32_t end = parts.end(i);
+  run_side_by_side(chunks.size(), [&](std::size_t i) {
+    const std::uint32_t end = chunks.end(i);
     std::vector<std::uint32_t> own;
-    own.reserve(end - parts.begin(i));
-    for (std::uint32_t r = parts.begin(i); r < end && is_sorted; ++r) {
+    own.reserve(end - chunks.begin(i));
+    for (std::uint32_t r = chunks.begin(i); r < end && is_sorted; ++r) {
       const int order = compare(keys, r - 1, r);
       if (order > 0) is_sorted = false;
       if (order < 0 || !is_unique) own.push_back(r);
@@ -96,13 +112,13 @@ std::optional<std::vector<std::uint32_t>> records_in_order(const SortKeys& keys,
 }
 
 // The words of all keys of all records, record by record.
-struct Words {
-  Words(const SortKeys& keys, std::uint32_t records)
+struct SortWords {
+  SortWords(const SortKeys& keys, std::uint32_t records)
       : width(keys.size()), records(records), all(std::size_t{records} * width) {
-    const Parts parts(0, records);
-    run_side_by_side(parts.size(), [&](std::size_t i) {
-      const std::uint32_t end = parts.end(i);
-      for (std::uint32_t r = parts.begin(i); r < end; ++r) {
+    const Chunks chunks(0, records);
+    run_side_by_side(chunks.size(), [&](std::size_t i) {
+      const std::uint32_t end = chunks.end(i);
+      for (std::uint32_t r = chunks.begin(i); r < end; ++r) {
         for (std::size_t k = 0; k < width; ++k) all[r * width + k] = keys[k].word(r);
       }
     });
@@ -117,7 +133,7 @@ struct Words {
 // up when two records are compared, and no two are equal.
 class PackedRecords {
  public:
-  explicit PackedRecords(const Words& words)
+  explicit PackedRecords(const SortWords& words)
       : words_(words), record_bits_(static_cast<int>(std::bit_width(words.records))) {
     for (std::size_t k = 0; k < words.width; ++k) {
       const auto [least, most] = range_of(k);
@@ -166,14 +182,14 @@ class PackedRecords {
     for (std::uint32_t r = 0; r < words_.records; ++r) (*order)[next[packed_keys(r)]++] = r;
   }
 
-  const Words& words_;
+  const SortWords& words_;
   int record_bits_;
   std::vector<std::uint64_t> least_;  // by key
   std::vector<int> key_bits_;         // by key
   int all_key_bits_ = 0;
 };
 
-void sort_by_words(const Words& words, std::vector<std::uint32_t>* order) {
+void sort_by_words(const SortWords& words, std::vector<std::uint32_t>* order) {
   std::stable_sort(order->begin(), order->end(), [&](std::uint32_t a, std::uint32_t b) {
     const auto left = words.all.begin() + static_cast<std::ptrdiff_t>(a * words.width);
     const auto right = words.all.begin() + static_cast<std::ptrdiff_t>(b * words.width);
@@ -185,7 +201,7 @@ void sort_by_words(const Words& words, std::vector<std::uint32_t>* order) {
 std::vector<std::uint32_t> sorted_records(const SortKeys& keys, std::uint32_t records) {
   std::vector<std::uint32_t> order(records);
   std::iota(order.begin(), order.end(), 0);
-  const Words words(keys, records);
+  const SortWords words(keys, records);
   const PackedRecords packed(words);
   if (packed.fit()) {
     packed.sort(&order);
@@ -207,30 +223,33 @@ std::vector<std::uint32_t> records_by(const SortKeys& keys, std::uint32_t record
   return order;
 }
 
-std::string operation_text(Tbl* keys, int flags) {
-  std::string text = (flags & dbSORT_UNIQUE) != 0 ? "dbsort -u" : "dbsort";
-  for (long i = 0; i < maxtbl(keys); ++i) text += std::string(" ") + static_cast<const char*>(gettbl(keys, i));
+std::string operation_text(const std::vector<std::string>& keys, EqualRecords equal) {
+  std::string text = equal == EqualRecords::first ? "dbsort -u" : "dbsort";
+  for (const std::string& key : keys) text.append(" ").append(key);
   return text;
+}
+
+// Nothing, after a complaint, when the view lacks one of the fields.
+std::optional<SortKeys> sort_keys(const View& view, const std::vector<std::string>& names) {
+  SortKeys keys;
+  for (const std::string& name : names) {
+    const int field = view.find_field(name);
+    if (field < 0) {
+      elog_complain(0, "dbsort: the view has no field '%s'", name.c_str());
+      return std::nullopt;
+    }
+    keys.emplace_back(view, view.fields()[static_cast<std::size_t>(field)]);
+  }
+  return keys;
 }
 
 }  // namespace
 
-}  // namespace triglub
-
-Dbptr dbsort(Dbptr view, Tbl* keys, int flags, const char* name) {
-  using namespace triglub;
-  const View* from = view_of(view);
-  if (from == nullptr) return INVALID_HANDLE;
-  SortKeys sort_keys;
-  for (long i = 0; i < maxtbl(keys); ++i) {
-    const char* key = static_cast<const char*>(gettbl(keys, i));
-    const int field = from->find_field(key);
-    if (field < 0) {
-      elog_complain(0, "dbsort: the view has no field '%s'", key);
-      return INVALID_HANDLE;
-    }
-    sort_keys.emplace_back(*from, from->fields()[static_cast<std::size_t>(field)]);
-  }
-  const std::vector<std::uint32_t> order = records_by(sort_keys, from->record_count(), (flags & dbSORT_UNIQUE) != 0);
-  return selected_records(*database_of(view), *from, order, operation_text(keys, flags), name);
+std::unique_ptr<const View> sort_view(const View& view, const std::vector<std::string>& keys, EqualRecords equal) {
+  const auto fields = sort_keys(view, keys);
+  if (!fields) return nullptr;
+  const std::vector<std::uint32_t> order = records_by(*fields, view.record_count(), equal == EqualRecords::first);
+  return select_records(view, order, operation_text(keys, equal));
 }
+
+}  // namespace triglub

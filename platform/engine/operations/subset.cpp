@@ -1,5 +1,13 @@
-// The records at which a condition holds, in order.
-#include "engine/session/compile.h"
+// Conditions on the texts of one field are decided by their codes, the others record by record.
+#include "engine/operations/subset.h"
+
+#include <string>
+
+#include "engine/operations/code_condition.h"
+#include "engine/operations/expression.h"
+#include "engine/operations/select.h"
+#include "engine/view/view_record.h"
+#include "platform/database.h"
 
 namespace triglub {
 
@@ -20,30 +28,25 @@ std::vector<std::uint32_t> records_of_text(const View& view, const CodeCondition
   return code ? view.runs(condition.field()).records(*code) : std::vector<std::uint32_t>();
 }
 
-std::vector<std::uint32_t> matching_records(const View& view, Expression& expression, bool view_is_kept) {
+std::vector<std::uint32_t> matching_records(const View& view, Expression& expression, bool is_kept) {
   if (expression.compiled->field_match()) {
     CodeCondition condition(view, expression);
-    if (view_is_kept && condition.has_one_text()) return records_of_text(view, condition);
+    if (is_kept && condition.has_one_text()) return records_of_text(view, condition);
     return records_where(view, [&](std::uint32_t record) { return condition.is_true(record); });
   }
   ViewRecord at(view, 0);
   return records_where(view, [&](std::uint32_t record) {
     at.move_to(record);
-    return expression.compiled->is_true(at);
+    return expression.compiled->is_true(at, &expression.scratch);
   });
 }
 
 }  // namespace
 
-}  // namespace triglub
-
-Dbptr dbsubset(Dbptr view, const char* expression, const char* name) {
-  using namespace triglub;
-  const View* from = view_of(view);
-  if (from == nullptr) return INVALID_HANDLE;
-  const auto compiled = compile_expression(*from, expression, dbINTEGER);
-  if (compiled == nullptr) return INVALID_HANDLE;
-  Database& database = *database_of(view);
-  return selected_records(database, *from, matching_records(*from, *compiled, database.is_kept(view.table)),
-                          "dbsubset " + std::string(expression), name);
+std::unique_ptr<const View> subset_view(const View& view, const char* condition, bool is_kept) {
+  const auto compiled = compile_expression(view, condition, dbINTEGER);
+  if (compiled == nullptr) return nullptr;
+  return select_records(view, matching_records(view, *compiled, is_kept), std::string("dbsubset ") + condition);
 }
+
+}  // namespace triglub

@@ -77,15 +77,15 @@ std::vector<JoinIndex::Run> JoinIndex::runs_between(const Table& table, const st
 }
 
 void JoinIndex::find_runs(const Table& table, const std::vector<JoinColumn>& columns) {
-  const Parts parts(0, table.row_count());
-  std::vector<std::vector<Run>> found(parts.size());
-  run_side_by_side(parts.size(),
-                   [&](std::size_t i) { found[i] = runs_between(table, columns, parts.begin(i), parts.end(i)); });
+  const Chunks chunks(0, table.row_count());
+  std::vector<std::vector<Run>> found(chunks.size());
+  run_side_by_side(chunks.size(),
+                   [&](std::size_t i) { found[i] = runs_between(table, columns, chunks.begin(i), chunks.end(i)); });
   runs_ = std::move(found.front());
   std::vector<JoinWord> words(columns.size());
   for (std::size_t i = 1; i < found.size(); ++i) {
-    load_words(table, columns, parts.begin(i) - 1, words.data());
-    const bool goes_on = same_key(table, columns, parts.begin(i), words.data());
+    load_words(table, columns, chunks.begin(i) - 1, words.data());
+    const bool goes_on = same_key(table, columns, chunks.begin(i), words.data());
     if (goes_on) runs_.back().end = found[i].front().end;
     runs_.insert(runs_.end(), found[i].begin() + (goes_on ? 1 : 0), found[i].end());
   }
@@ -95,11 +95,11 @@ void JoinIndex::find_runs(const Table& table, const std::vector<JoinColumn>& col
 void JoinIndex::hash_runs(const Table& table, const std::vector<JoinColumn>& columns) {
   constexpr std::uint32_t AHEAD = 16;  // slots lie anywhere in memory: each is called for some turns before its own
   std::vector<std::uint32_t> hashes(runs_.size());
-  const Parts parts(0, static_cast<std::uint32_t>(runs_.size()));
-  run_side_by_side(parts.size(), [&](std::size_t i) {
+  const Chunks chunks(0, static_cast<std::uint32_t>(runs_.size()));
+  run_side_by_side(chunks.size(), [&](std::size_t i) {
     std::vector<JoinWord> words(columns.size());
-    const std::uint32_t end = parts.end(i);
-    for (std::uint32_t run = parts.begin(i); run < end; ++run) {
+    const std::uint32_t end = chunks.end(i);
+    for (std::uint32_t run = chunks.begin(i); run < end; ++run) {
       load_words(table, columns, runs_[run].begin, words.data());
       hashes[run] = hash_of(words.data(), words.size());
     }

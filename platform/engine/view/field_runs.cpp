@@ -1,3 +1,4 @@
+// Built with a counting sort of the runs by code: one pass to count, one to place.
 #include "engine/view/field_runs.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ std::optional<std::uint32_t> RecordCodes::find(std::string_view text) const { re
 
 std::uint32_t RecordCodes::code_count() const { return codes_.dictionary->size(); }
 
-void FieldRuns::build(const View& view, const ViewField& field) {
+FieldRuns::FieldRuns(const View& view, const ViewField& field) {
   const RecordCodes codes(view, field);
   const std::uint32_t records = view.record_count();
   const auto begins_run = [&](std::uint32_t r) { return r == 0 || codes[r] != codes[r - 1]; };
@@ -42,14 +43,14 @@ std::int64_t FieldRuns::at_or_after(std::uint32_t code, std::int64_t record) con
   const auto begin = runs_.begin() + first_[code];
   const auto end = runs_.begin() + first_[code + 1];
   const auto run = std::partition_point(begin, end, [&](const Run& r) { return r.end <= record; });
-  return run == end ? NONE : std::max<std::int64_t>(record, run->begin);
+  return run == end ? kNone : std::max<std::int64_t>(record, run->begin);
 }
 
 std::int64_t FieldRuns::at_or_before(std::uint32_t code, std::int64_t record) const {
   const auto begin = runs_.begin() + first_[code];
   const auto end = runs_.begin() + first_[code + 1];
   const auto run = std::partition_point(begin, end, [&](const Run& r) { return r.begin <= record; });
-  return run == begin ? NONE : std::min<std::int64_t>(record, std::int64_t{(run - 1)->end} - 1);
+  return run == begin ? kNone : std::min<std::int64_t>(record, std::int64_t{(run - 1)->end} - 1);
 }
 
 std::vector<std::uint32_t> FieldRuns::records(std::uint32_t code) const {

@@ -32,11 +32,11 @@ class RecordCodes {
 
 class FieldRuns {
  public:
-  static constexpr std::int64_t NONE = -1;
+  static constexpr std::int64_t kNone = -1;
 
-  void build(const View& view, const ViewField& field);
+  FieldRuns(const View& view, const ViewField& field);
 
-  // The first record at or after `record` with that code; the last one at or before it. NONE when there is none.
+  // The first record at or after `record` with that code; the last one at or before it. kNone when there is none.
   std::int64_t at_or_after(std::uint32_t code, std::int64_t record) const;
   std::int64_t at_or_before(std::uint32_t code, std::int64_t record) const;
   // All records with that code, in order.

@@ -1,3 +1,4 @@
+// Names and fields of a view; the values are read in the header, where callers can inline them.
 #include "engine/view/view.h"
 
 namespace triglub {
@@ -53,9 +54,7 @@ std::optional<expression::Field> View::find(std::string_view name) const {
 }
 
 const FieldRuns& View::runs(std::size_t field) const {
-  const auto [entry, added] = runs_.try_emplace(field);
-  if (added) entry->second.build(*this, fields_[field]);
-  return entry->second;
+  return runs_.get(field, [&] { return FieldRuns(*this, fields_[field]); });
 }
 
 }  // namespace triglub

@@ -1,20 +1,21 @@
 // A view: row numbers into base tables, and the fields those tables give it.
+//
+// A view does not change, so threads may share it. Its tables must outlive it.
 #ifndef TRIGLUB_ENGINE_VIEW_VIEW_H
 #define TRIGLUB_ENGINE_VIEW_VIEW_H
 
 #include <cstdint>
-#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "base/once_map.h"
 #include "engine/expression/expression.h"
 #include "engine/table/table.h"
 #include "engine/view/field_runs.h"
-
-struct Expression;
 
 namespace triglub {
 
@@ -85,45 +86,15 @@ class View final : public expression::FieldNames {
   // Where the runs of equal texts of a field lie; made when first asked for.
   const FieldRuns& runs(std::size_t field) const;
 
-  // Compiled expressions of this view by text, for each result type.
-  using CompiledByText = std::map<std::string, std::unique_ptr<Expression>, std::less<>>;
-  CompiledByText& compiled(int type) const { return compiled_[type]; }
-
  private:
   std::vector<ViewTable> tables_;
   std::uint32_t record_count_;
   std::string operations_;
   std::vector<ViewField> fields_;
   std::unordered_map<std::string_view, int> field_by_bare_name_;  // the names are the schema's
-  mutable std::map<std::size_t, FieldRuns> runs_;
-  mutable std::map<int, CompiledByText> compiled_;
-};
-
-// One record of a view, as expressions see it.
-class ViewRecord final : public expression::Record {
- public:
-  ViewRecord(const View& view, std::uint32_t record) : view_(view), record_(record) {}
-  void move_to(std::uint32_t record) { record_ = record; }
-
-  std::int64_t integer(int field) const override { return view_.integer(at(field), record_); }
-  double real(int field) const override { return view_.real(at(field), record_); }
-  std::string_view text(int field) const override { return view_.text(at(field), record_); }
-  bool is_null(int field) const override { return view_.is_null(at(field), record_); }
-
- private:
-  const ViewField& at(int field) const { return view_.fields()[static_cast<std::size_t>(field)]; }
-  const View& view_;
-  std::uint32_t record_;
+  OnceMap<std::size_t, FieldRuns> runs_;
 };
 
 }  // namespace triglub
-
-// A compiled expression and the view it was compiled for.
-struct Expression {
-  std::unique_ptr<triglub::expression::Compiled> compiled;
-  int type = 0;
-  // What a search has learnt of the condition `FIELD =~ /pattern/`: by text code, 0 not asked yet, 1 no, 2 yes.
-  std::vector<char> verdicts;
-};
 
 #endif

@@ -15,15 +15,21 @@
 //     dbclose(db);
 //
 // A handle (`Dbptr`) is four numbers and is copied freely. A view is a set of row numbers into base tables; a base
-// table is a view of itself. Views belong to the database and live until dbclose. Field names resolve bare (the
-// first table of the view, in join order, that has the name) or qualified by the table ("site.ondate").
+// table is a view of itself. Views belong to the session and live until dbclose. Field names resolve bare (the first
+// table of the view, in join order, that has the name) or qualified by the table ("site.ondate").
 //
 // A row that an outer join could not find reads as null in every field. A null is a value like any other (the
 // schema's null value) in expressions, sorts, joins and dbgetv; is_null() tells it in an expression.
 //
-// One thread at a time may use a database. Failures are reported through the error log (elog_complain) unless an
-// operation says otherwise, and seen as a negative status or a handle member equal to dbINVALID. An operation that is
-// handed an invalid handle gives an invalid one without a word: what made it so has been reported.
+// Threads. What is loaded of a database (tables, their dictionaries and join indexes) does not change any more and is
+// shared. What operations make of it (views, names, compiled expressions) belongs to a session, which one thread at a
+// time may use: dbopen opens the first session of a database, triglub::open_session (platform/sessions.h) a further one
+// for another thread. Different sessions may be used at the same time, also those of one database; every handle and
+// every Expression is used only with the session that it came from. Inside the engine, const means safe to share.
+//
+// Failures are reported through the error log (elog_complain) unless an operation says otherwise, and seen as a negative
+// status or a handle member equal to dbINVALID. An operation that is handed an invalid handle gives an invalid one
+// without a word: what made it so has been reported.
 #ifndef TRIGLUB_PLATFORM_DATABASE_H
 #define TRIGLUB_PLATFORM_DATABASE_H
 
@@ -36,6 +42,7 @@
 
 #include "platform/containers.h"
 #include "platform/export.h"
+#include "platform/threads.h"
 
 // Markers of a handle's members.
 inline constexpr std::int64_t dbINVALID = -102;  // not set, or the result of something that failed
@@ -78,8 +85,8 @@ inline constexpr int dbSORT_UNIQUE = 2;
 // Tables are loaded when first used. The caller ends it with dbclose.
 TRIGLUB_API int dbopen(const char* source, const char* mode, Dbptr* db);
 
-// Closes the database: every view, compiled expression and text that came from it is gone. Returns 0, or -1 for a
-// handle of no open database.
+// Closes the session: every view, compiled expression and text that came from it is gone. The database's tables go with
+// the last of its sessions. Returns 0, or -1 for a handle of no open session.
 TRIGLUB_API int dbclose(Dbptr db);
 
 // The handle moved to a table or view, field and record given by name; null or "" keeps the handle's member. A table
@@ -88,7 +95,7 @@ TRIGLUB_API int dbclose(Dbptr db);
 // refuses to load does so after its complaints.
 TRIGLUB_API Dbptr dblookup(Dbptr db, const char* database, const char* table, const char* field, const char* record);
 
-// Asks one of the codes above; text answers belong to the database. Returns 0; negative, the answer untouched, for a
+// Asks one of the codes above; text answers belong to the session. Returns 0; negative, the answer untouched, for a
 // handle or code that has no answer. No complaint.
 TRIGLUB_API int dbquery(Dbptr db, int code, void* answer);
 
@@ -160,10 +167,6 @@ TRIGLUB_API Dbptr dbprocess(Dbptr db, Tbl* steps, DbprocessHandler handler);
 
 namespace triglub {
 
-// How many threads loading, joining and looking through records may use, the caller's included; 1 at first. What they
-// do is the same for any number.
-TRIGLUB_API void set_threads(unsigned int count);
-
 // For each record of the view the number (from 0) of the row of a base table behind it, NO_BASE_ROW where the row is
 // absent through an outer join. Empty when the view does not have the table.
 TRIGLUB_API std::vector<std::uint32_t> base_rows(Dbptr view, const char* table);
@@ -174,11 +177,11 @@ TRIGLUB_API int read_field(Dbptr db, void* variable);
 
 // As dbex_eval for an expression compiled as dbSTRING, in place of what *text held and in its memory: for a program
 // that reads many values. False when the evaluation fails; the text is then untouched.
-TRIGLUB_API bool evaluate_text(Dbptr db, const Expression* compiled, std::string* text);
+TRIGLUB_API bool evaluate_text(Dbptr db, Expression* compiled, std::string* text);
 
 // Records of a view, from `begin` to before `end`, at which a field has one text.
 struct TextRun {
-  std::string_view text;  // as dbget gives it; valid as long as the database
+  std::string_view text;  // as dbget gives it; valid as long as the session
   std::uint32_t begin = 0;
   std::uint32_t end = 0;
 };

@@ -8,6 +8,9 @@
 // receives has its control characters and invalid UTF-8 made visible (\x1b), so that a data file cannot drive
 // a terminal; a line end inside a text stays one, the lines after it indented by four blanks.
 //
+// Any thread may log, and set program name and sinks, at any time. Messages of several threads reach a sink of the
+// process at the same time; a sink of a thread is called by that thread alone.
+//
 // The first argument of the four operations is kept for callers of the classic interface and not looked at.
 #ifndef TRIGLUB_PLATFORM_ELOG_H
 #define TRIGLUB_PLATFORM_ELOG_H
@@ -27,8 +30,13 @@ using ElogSink = void (*)(ElogLevel level, const char* text, void* context);
 // name is copied.
 TRIGLUB_API void elog_init(const char* program);
 
-// Sends every later message to `sink` instead of standard error; a null sink restores standard error.
+// Sends every later message to `sink` instead of standard error; a null sink restores standard error. A message that
+// another thread is delivering at this moment may still reach the sink before.
 TRIGLUB_API void elog_set_sink(ElogSink sink, void* context);
+
+// Sends every later message of the calling thread to `sink`, whatever sink the process has, so that work done in a
+// thread has a log of its own; a null sink gives the thread the process's back. Threads start without one.
+TRIGLUB_API void elog_set_thread_sink(ElogSink sink, void* context);
 
 // Writes one message the way standard error gets it, whatever sink is set: for a sink that passes messages on.
 TRIGLUB_API void elog_to_stderr(ElogLevel level, const char* text);

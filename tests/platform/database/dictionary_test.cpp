@@ -75,10 +75,11 @@ TEST(Dictionary, AgreesWithAMapOnRandomTexts) {
     if (expected == kept.size()) kept.push_back(dictionary[expected]);
   }
   std::uint32_t rank = 0;
+  const std::vector<std::uint32_t> ranks = dictionary.ranks();
   for (const auto& [text, code] : codes) {
     ASSERT_EQ(dictionary[code], text);
     ASSERT_EQ(kept[code].data(), dictionary[code].data()) << "texts stay where they are";
-    ASSERT_EQ(dictionary.ranks()[code], rank++);
+    ASSERT_EQ(ranks[code], rank++);
   }
 }
 

@@ -6,7 +6,7 @@
 
 #include <stdexcept>
 
-#include "engine/session/database.h"
+#include "engine/classic/open.h"
 #include "tables.h"
 
 namespace triglub_test {

@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-#include "engine/session/database.h"
+#include "engine/classic/open.h"
 #include "engine/source/memory/published.h"
 #include "tables.h"
 

@@ -25,6 +25,15 @@ class Process : public ::testing::Test {
   Tables tables_;
 };
 
+// Views are numbered on: those that a list made and left behind lie before its result.
+long views_alive_below(const Dbptr& view, std::int64_t first) {
+  long alive = 0;
+  for (Dbptr other = view; other.table-- > first;) {
+    if (record_count(other) >= 0) ++alive;
+  }
+  return alive;
+}
+
 TEST_F(Process, AppliesStepAfterStep) {
   EXPECT_THAT(run({"dbopen sitechan", "dbjoin site", "dbsubset lat < 2", "dbsort chan"}, {"sta", "chan", "lat"}),
               ElementsAre("A N 1", "A Z 1"));
@@ -115,10 +124,30 @@ TEST_F(Process, StopsAtTheStepThatFails) {
 
 TEST_F(Process, NeedsAViewForEveryStepButTheFirst) {
   CollectedLog log;
-  for (const char* step : {"dbjoin site", "dbsubset 1", "dbsort sta"}) EXPECT_EQ(tables_.process({step}), Dbptr());
-  EXPECT_EQ(log.lines().size(), 3u);
+  Texts expected;
+  for (const std::string step : {"dbjoin site", "dbsubset 1", "dbsort sta"}) {
+    EXPECT_EQ(tables_.process({step}), Dbptr());
+    expected.push_back("warning: dbprocess: '" + step +
+                       "': there is no view to work on; a list begins with dbopen TABLE");
+    expected.push_back("warning: dbprocess: the step '" + step + "' failed");
+  }
+  EXPECT_EQ(log.lines(), expected);
   EXPECT_EQ(process(Dbptr(), {"dbopen site"}), Dbptr());
-  EXPECT_EQ(log.lines().size(), 3u) << "an invalid handle goes through without a word";
+  EXPECT_EQ(log.lines(), expected) << "an invalid handle goes through without a word";
+}
+
+TEST_F(Process, RefusesANullStep) {
+  const Dbptr first = dbsubset(tables_.table("site"), "1", nullptr);
+  Tbl* steps = newtbl(0);
+  for (const char* step : {"dbopen site", "dbsubset 1", static_cast<const char*>(nullptr), "dbsort sta"}) {
+    pushtbl(steps, step);
+  }
+  CollectedLog log;
+  EXPECT_EQ(dbprocess(tables_.db(), steps, nullptr), Dbptr());
+  EXPECT_THAT(log.lines(), ElementsAre("warning: dbprocess: step 3 of the list is null"));
+  freetbl(steps, nullptr);
+  const Dbptr last = dbsubset(tables_.table("site"), "1", nullptr);
+  EXPECT_EQ(views_alive_below(last, first.table), 1) << "no view is left behind";
 }
 
 TEST_F(Process, FailsAtATableThatRefusesToLoad) {
@@ -161,15 +190,6 @@ TEST_F(Process, ReportsAStepThatTheHandlerFailsAt) {
 }
 
 // --- views in between ------------------------------------------------------------------------------------------------
-
-// Views are numbered on: those that a list made and left behind lie before its result.
-long views_alive_below(const Dbptr& view, std::int64_t first) {
-  long alive = 0;
-  for (Dbptr other = view; other.table-- > first;) {
-    if (record_count(other) >= 0) ++alive;
-  }
-  return alive;
-}
 
 TEST_F(Process, LeavesNoViewBehindButTheLast) {
   const Dbptr first = dbsubset(tables_.table("site"), "1", nullptr);

@@ -41,7 +41,7 @@ TEST(Evaluate, FailsWhereThereIsNoResult) {
     EXPECT_EQ(text_at_station(expression), "fails") << expression;
     EXPECT_FALSE(integer_at_station(expression)) << expression;
     EXPECT_FALSE(real_at_station(expression)) << expression;
-    EXPECT_FALSE(compile(expression)->is_true(StationRecord())) << expression;
+    EXPECT_FALSE(compile(expression)->is_true(StationRecord(), scratch())) << expression;
   }
 }
 
@@ -289,9 +289,9 @@ TEST(Evaluate, LeavesTheResultAloneWhenItFails) {
   std::string text = "before";
   const auto compiled = compile("1 / none");
   ASSERT_NE(compiled, nullptr);
-  EXPECT_FALSE(compiled->integer(StationRecord(), &integer));
-  EXPECT_FALSE(compiled->real(StationRecord(), &real));
-  EXPECT_FALSE(compiled->text(StationRecord(), &text));
+  EXPECT_FALSE(compiled->integer(StationRecord(), scratch(), &integer));
+  EXPECT_FALSE(compiled->real(StationRecord(), scratch(), &real));
+  EXPECT_FALSE(compiled->text(StationRecord(), scratch(), &text));
   EXPECT_EQ(integer, 11);
   EXPECT_EQ(real, 1.5);
   EXPECT_EQ(text, "before");
@@ -314,7 +314,9 @@ TEST(Evaluate, NullsAreTheirNullValuesAndAreTold) {
 }
 
 TEST(Evaluate, TruthIsANumberOtherThanZero) {
-  const auto is_true = [](std::string_view expression) { return compile(expression)->is_true(StationRecord()); };
+  const auto is_true = [](std::string_view expression) {
+    return compile(expression)->is_true(StationRecord(), scratch());
+  };
   for (const std::string_view yes :
        {"1", "-1", "0.5", "code", "'0.1'", "sta =~ /AAK/", "sta !~ /ANMO/", "inid =~ /0007/", "lat > 40"}) {
     EXPECT_TRUE(is_true(yes)) << yes;
@@ -362,7 +364,7 @@ TEST(Evaluate, OutlivesTheTextItWasMadeOf) {
   const auto compiled = compile(text);
   text.assign(text.size(), '#');
   ASSERT_NE(compiled, nullptr);
-  EXPECT_TRUE(compiled->is_true(StationRecord()));
+  EXPECT_TRUE(compiled->is_true(StationRecord(), scratch()));
 }
 
 }  // namespace

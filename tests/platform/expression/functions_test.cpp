@@ -162,7 +162,7 @@ class BrokenRecord : public StationRecord {
 
 TEST(Functions, XmlDropsBytesThatAreNoCharacter) {
   std::string text;
-  ASSERT_TRUE(compile("xml(sta)")->text(BrokenRecord(), &text));
+  ASSERT_TRUE(compile("xml(sta)")->text(BrokenRecord(), scratch(), &text));
   EXPECT_EQ(text, "a&lt;");
 }
 

@@ -148,7 +148,7 @@ TEST(RandomExpressions, RubbishIsRefusedOrAnswered) {
       continue;
     }
     std::string value;
-    result->text(StationRecord(), &value);
+    result->text(StationRecord(), scratch(), &value);
     ++compiled;
   }
   EXPECT_GT(compiled, 500);

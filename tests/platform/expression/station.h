@@ -73,6 +73,12 @@ class StationRecord : public Record {
   static const StationField& at(int field) { return station_fields()[static_cast<std::size_t>(field)]; }
 };
 
+// One for all tests, as a scratch may serve.
+inline Scratch* scratch() {
+  static Scratch all;
+  return &all;
+}
+
 inline std::unique_ptr<Compiled> compile(std::string_view text, int type = dbINTEGER, Fault* fault = nullptr) {
   return Compiled::compile(text, StationNames(), type, fault);
 }
@@ -83,21 +89,21 @@ inline std::string text_at_station(std::string_view text) {
   const auto compiled = compile(text, dbSTRING, &fault);
   if (compiled == nullptr) return fault.text;
   std::string result = "untouched";
-  if (compiled->text(StationRecord(), &result)) return result;
+  if (compiled->text(StationRecord(), scratch(), &result)) return result;
   return result == "untouched" ? "fails" : "fails, but wrote " + result;
 }
 
 inline std::optional<std::int64_t> integer_at_station(std::string_view text) {
   const auto compiled = compile(text, dbINTEGER);
   std::int64_t result = 0;
-  if (compiled == nullptr || !compiled->integer(StationRecord(), &result)) return std::nullopt;
+  if (compiled == nullptr || !compiled->integer(StationRecord(), scratch(), &result)) return std::nullopt;
   return result;
 }
 
 inline std::optional<double> real_at_station(std::string_view text) {
   const auto compiled = compile(text, dbREAL);
   double result = 0;
-  if (compiled == nullptr || !compiled->real(StationRecord(), &result)) return std::nullopt;
+  if (compiled == nullptr || !compiled->real(StationRecord(), scratch(), &result)) return std::nullopt;
   return result;
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -153,6 +154,106 @@ TEST(ErrorLog, NeverLetsALineInsideATextPassForAMessage) {
   StandardError error;
   elog_notify(0, "%s", "sta\x1b]0;title\x07\ntriglub: fatal: not so\n");
   EXPECT_EQ(error.text(), "triglub: sta\\x1b]0;title\\x07\n    triglub: fatal: not so\n");
+}
+
+// --- threads -------------------------------------------------------------------------------------------------------
+
+TEST(LogOfThreads, ASinkOfTheThreadComesFirstAndIsItsAlone) {
+  std::vector<Message> of_process;
+  std::vector<Message> of_thread;
+  elog_set_sink(collect, &of_process);
+  elog_set_thread_sink(collect, &of_thread);
+  elog_notify(0, "here");
+  std::thread([] { elog_notify(0, "elsewhere"); }).join();
+  elog_set_thread_sink(nullptr, nullptr);
+  elog_notify(0, "again");
+  elog_set_sink(nullptr, nullptr);
+  EXPECT_EQ(of_thread, (std::vector<Message>{{ElogLevel::notify, "here"}}));
+  EXPECT_EQ(of_process, (std::vector<Message>{{ElogLevel::notify, "elsewhere"}, {ElogLevel::notify, "again"}}));
+}
+
+TEST(LogOfThreads, ASinkOfTheThreadNeedsNoneOfTheProcess) {
+  StandardError error;
+  std::vector<Message> messages;
+  elog_set_thread_sink(collect, &messages);
+  elog_complain(0, "kept");
+  elog_set_thread_sink(nullptr, nullptr);
+  elog_complain(0, "shown");
+  EXPECT_EQ(messages, (std::vector<Message>{{ElogLevel::complain, "kept"}}));
+  EXPECT_EQ(error.text(), "triglub: warning: shown\n");
+}
+
+// A sink that logs would wait for itself if it ran under the log's lock.
+TEST(LogOfThreads, ASinkMayLogAndSetSinks) {
+  StandardError error;
+  elog_set_sink(
+      [](ElogLevel, const char* text, void*) {
+        elog_set_sink(nullptr, nullptr);
+        elog_notify(0, "from the sink: %s", text);
+      },
+      nullptr);
+  elog_notify(0, "one");
+  EXPECT_EQ(error.text(), "triglub: from the sink: one\n");
+}
+
+TEST(LogOfThreads, EachOfManyThreadsGetsItsOwnMessagesInOrder) {
+  constexpr int kThreads = 8;
+  constexpr int kMessages = 500;
+  std::vector<std::vector<Message>> messages(kThreads);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < kThreads; ++i) {
+    threads.emplace_back([i, own = &messages[static_cast<std::size_t>(i)]] {
+      elog_set_thread_sink(collect, own);
+      for (int m = 0; m < kMessages; ++m) {
+        elog_notify(0, "%d of %d", m, i);
+        elog_init("program");
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  elog_init(nullptr);
+  for (int i = 0; i < kThreads; ++i) {
+    const std::vector<Message>& own = messages[static_cast<std::size_t>(i)];
+    ASSERT_EQ(own.size(), static_cast<std::size_t>(kMessages));
+    for (int m = 0; m < kMessages; ++m) {
+      EXPECT_EQ(own[static_cast<std::size_t>(m)].text, std::to_string(m) + " of " + std::to_string(i));
+    }
+  }
+}
+
+// Function and context of a sink belong together, whoever sets them while others log.
+TEST(LogOfThreads, ASinkIsNeverCalledWithTheContextOfAnother) {
+  std::atomic<bool> is_over{false};
+  std::atomic<int> wrong{0};
+  struct Pair {
+    int number;
+    std::atomic<int>* wrong;
+  };
+  static constexpr auto first = [](ElogLevel, const char*, void* context) {
+    const auto* pair = static_cast<Pair*>(context);
+    if (pair->number != 1) ++*pair->wrong;
+  };
+  static constexpr auto second = [](ElogLevel, const char*, void* context) {
+    const auto* pair = static_cast<Pair*>(context);
+    if (pair->number != 2) ++*pair->wrong;
+  };
+  Pair one{1, &wrong};
+  Pair two{2, &wrong};
+  elog_set_sink(first, &one);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&] {
+      while (!is_over) elog_notify(0, "message");
+    });
+  }
+  for (int i = 0; i < 5000; ++i) {
+    elog_set_sink(second, &two);
+    elog_set_sink(first, &one);
+  }
+  is_over = true;
+  for (std::thread& thread : threads) thread.join();
+  elog_set_sink(nullptr, nullptr);
+  EXPECT_EQ(wrong, 0);
 }
 
 using FatalReport = testing::Test;

@@ -1,7 +1,8 @@
+// dbget, dbgetv and read_field: values of a record at addresses of the caller's.
 #include <cstdarg>
 #include <cstring>
 
-#include "engine/session/database.h"
+#include "engine/classic/handle.h"
 #include "platform/text.h"
 
 namespace triglub {

@@ -1,15 +1,11 @@
-#include "engine/session/database.h"
+// dbquery: what a view and its fields tell of themselves.
+#include "engine/classic/handle.h"
 
 namespace triglub {
 
 namespace {
 
-constexpr int NO_ANSWER = -1;
-
-const ViewField* field_of(const View& view, const Dbptr& db) {
-  if (!view.has_field(db.field)) return nullptr;
-  return &view.fields()[static_cast<std::size_t>(db.field)];
-}
+constexpr int kNoAnswer = -1;
 
 int answer_text(const std::string& text, void* answer) {
   *static_cast<const char**>(answer) = text.c_str();
@@ -32,7 +28,7 @@ int query_view(const View& view, int code, void* answer) {
     case dbVIEW_OPERATIONS:
       return answer_text(view.operations(), answer);
     default:
-      return NO_ANSWER;
+      return kNoAnswer;
   }
 }
 
@@ -63,7 +59,7 @@ int query_field(const View& view, const ViewField& field, int code, void* answer
 
 int dbquery(Dbptr db, int code, void* answer) {
   const triglub::View* view = triglub::view_of(db);
-  if (view == nullptr || answer == nullptr) return triglub::NO_ANSWER;
+  if (view == nullptr || answer == nullptr) return triglub::kNoAnswer;
   const triglub::ViewField* field = triglub::field_of(*view, db);
   return field == nullptr ? triglub::query_view(*view, code, answer)
                           : triglub::query_field(*view, *field, code, answer);

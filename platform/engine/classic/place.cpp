@@ -1,5 +1,5 @@
 // Where rows come from, for messages.
-#include "engine/session/database.h"
+#include "engine/classic/handle.h"
 #include "platform/sources.h"
 
 namespace triglub {

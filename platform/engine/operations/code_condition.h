@@ -1,22 +1,22 @@
-// Compiling an expression for a view, and conditions decided by a field's distinct texts.
-#ifndef TRIGLUB_ENGINE_SESSION_COMPILE_H
-#define TRIGLUB_ENGINE_SESSION_COMPILE_H
+// Conditions that are decided by the distinct texts of a field.
+#ifndef TRIGLUB_ENGINE_OPERATIONS_CODE_CONDITION_H
+#define TRIGLUB_ENGINE_OPERATIONS_CODE_CONDITION_H
 
-#include <memory>
+#include <cstdint>
 #include <optional>
+#include <vector>
 
-#include "engine/session/database.h"
+#include "engine/operations/expression.h"
+#include "engine/view/field_runs.h"
+#include "engine/view/view.h"
 
 namespace triglub {
-
-// Null after a complaint.
-std::unique_ptr<Expression> compile_expression(const View& view, const char* text, int type);
 
 // The condition FIELD =~ /pattern/ (or !~) over a view: the pattern is tried once for each distinct text of the field,
 // then every record is decided by its text's code.
 class CodeCondition {
  public:
-  // `expression` must have a field_match(); its verdicts are kept there.
+  // `expression` must have a field_match(); what is found out is kept in its memo. Both must outlive the condition.
   CodeCondition(const View& view, Expression& expression);
 
   bool is_true(std::uint32_t record) { return decide(codes_[record]); }
@@ -31,7 +31,7 @@ class CodeCondition {
  private:
   expression::Compiled::FieldMatch match_;
   RecordCodes codes_;
-  std::vector<char>& verdicts_;
+  std::vector<char>& memo_;
 };
 
 }  // namespace triglub

@@ -1,9 +1,10 @@
 // Runs of equal texts. Records that stand on the same row, as the stages of a channel do, and rows of the same code
 // need no look at the text.
+#include "engine/operations/text_runs.h"
+
 #include <algorithm>
 
 #include "base/threads.h"
-#include "engine/session/database.h"
 #include "platform/text.h"
 
 namespace triglub {
@@ -53,27 +54,19 @@ void visit_texts(const View& view, const ViewField& field, std::uint32_t begin, 
   }
 }
 
-// Null when the handle names no field.
-const ViewField* field_of(const View* view, const Dbptr& db) {
-  if (view == nullptr || !view->has_field(db.field)) return nullptr;
-  return &view->fields()[static_cast<std::size_t>(db.field)];
-}
-
 }  // namespace
 
-void text_runs(Dbptr db, std::uint64_t begin, std::uint64_t end, std::vector<TextRun>* runs) {
+void text_runs(const View& view, const ViewField& field, std::uint64_t begin, std::uint64_t end,
+               std::vector<TextRun>* runs) {
   runs->clear();
-  const View* view = view_of(db);
-  const ViewField* field = field_of(view, db);
-  if (field == nullptr) return;
-  const auto last = static_cast<std::uint32_t>(std::min<std::uint64_t>(end, view->record_count()));
-  const Parts parts(static_cast<std::uint32_t>(std::min<std::uint64_t>(begin, last)), last);
+  const auto last = static_cast<std::uint32_t>(std::min<std::uint64_t>(end, view.record_count()));
+  const Chunks chunks(static_cast<std::uint32_t>(std::min<std::uint64_t>(begin, last)), last);
   // Category after category asks for a few records: these go where there is memory already.
-  std::vector<std::vector<TextRun>> found(parts.size() - 1);
-  const auto runs_of_part = [&](std::size_t i) { return i == 0 ? runs : &found[i - 1]; };
-  run_side_by_side(parts.size(), [&](std::size_t i) {
-    visit_texts(*view, *field, parts.begin(i), parts.end(i),
-                [runs = runs_of_part(i)](std::string_view text, std::uint32_t first, std::uint32_t behind) {
+  std::vector<std::vector<TextRun>> found(chunks.size() - 1);
+  const auto runs_of_chunk = [&](std::size_t i) { return i == 0 ? runs : &found[i - 1]; };
+  run_side_by_side(chunks.size(), [&](std::size_t i) {
+    visit_texts(view, field, chunks.begin(i), chunks.end(i),
+                [runs = runs_of_chunk(i)](std::string_view text, std::uint32_t first, std::uint32_t behind) {
                   append_run({text, first, behind}, runs);
                 });
   });
@@ -82,14 +75,11 @@ void text_runs(Dbptr db, std::uint64_t begin, std::uint64_t end, std::vector<Tex
   }
 }
 
-std::vector<std::uint32_t> records_with_text(Dbptr db, const TextCondition& wanted) {
-  const View* view = view_of(db);
-  const ViewField* field = field_of(view, db);
-  if (field == nullptr) return {};
-  const Parts parts(0, view->record_count());
-  std::vector<std::vector<std::uint32_t>> found(parts.size());
-  run_side_by_side(parts.size(), [&](std::size_t i) {
-    visit_texts(*view, *field, parts.begin(i), parts.end(i),
+std::vector<std::uint32_t> records_with_text(const View& view, const ViewField& field, const TextCondition& wanted) {
+  const Chunks chunks(0, view.record_count());
+  std::vector<std::vector<std::uint32_t>> found(chunks.size());
+  run_side_by_side(chunks.size(), [&](std::size_t i) {
+    visit_texts(view, field, chunks.begin(i), chunks.end(i),
                 [&](std::string_view text, std::uint32_t first, std::uint32_t behind) {
                   if (!wanted(text)) return;
                   for (std::uint32_t record = first; record < behind; ++record) found[i].push_back(record);

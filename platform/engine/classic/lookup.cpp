@@ -1,5 +1,6 @@
+// dblookup: names and numbers to the members of a handle.
 #include "base/number.h"
-#include "engine/session/database.h"
+#include "engine/classic/handle.h"
 
 namespace triglub {
 
@@ -24,12 +25,12 @@ Dbptr lost_table(Dbptr db) { return {db.database, dbINVALID, dbINVALID, dbINVALI
 
 Dbptr dblookup(Dbptr db, const char* database, const char* table, const char* field, const char* record) {
   using namespace triglub;
-  Database* open = database_of(db);
-  if (open == nullptr || given(database)) return INVALID_HANDLE;
+  Session* session = session_of(db);
+  if (session == nullptr || given(database)) return kInvalidHandle;
   if (given(table)) {
-    const std::int64_t number = open->find_view(table);
+    const std::int64_t number = session->find_view(table);
     if (number < 0) return lost_table(db);
-    db = handle_of(*open, number);
+    db = handle_of_view(db, number);
   }
   if (!given(field) && !given(record)) return db;
   const View* view = view_of(db);

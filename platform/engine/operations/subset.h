@@ -1,0 +1,18 @@
+// The records at which a condition holds, in order.
+#ifndef TRIGLUB_ENGINE_OPERATIONS_SUBSET_H
+#define TRIGLUB_ENGINE_OPERATIONS_SUBSET_H
+
+#include <memory>
+
+#include "engine/view/view.h"
+
+namespace triglub {
+
+// Null after a complaint when the condition does not compile. A record at which it fails to evaluate is not taken.
+// `is_kept`: the view stays, so that it is worth while to have it find the runs of a field's texts, which further
+// conditions on the field use too.
+std::unique_ptr<const View> subset_view(const View& view, const char* condition, bool is_kept);
+
+}  // namespace triglub
+
+#endif
