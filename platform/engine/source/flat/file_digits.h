@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "base/mapped_file.h"
 #include "engine/source/flat/line_begins.h"
+#include "engine/source/flat/mapped_file.h"
 #include "engine/source/flat/row_layout.h"
 #include "engine/table/number_texts.h"
 

@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
-#include "base/mapped_file.h"
 #include "base/threads.h"
 #include "engine/source/flat/file_digits.h"
+#include "engine/source/flat/mapped_file.h"
 #include "engine/source/flat/row_layout.h"
 #include "engine/source/flat/row_reader.h"
 #include "engine/source/table_faults.h"

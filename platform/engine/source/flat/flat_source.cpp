@@ -5,8 +5,9 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "base/mapped_file.h"
+#include "engine/source/flat/descriptor.h"
 #include "engine/source/flat/flat_file.h"
+#include "engine/source/flat/mapped_file.h"
 #include "engine/table/table_builder.h"
 #include "platform/elog.h"
 #include "platform/text.h"
@@ -59,16 +60,6 @@ std::string with_name(std::string_view entry, const std::string& name) {
   return out;
 }
 
-std::vector<std::string_view> split(std::string_view text, char separator) {
-  std::vector<std::string_view> parts;
-  while (true) {
-    const std::size_t at = text.find(separator);
-    parts.push_back(text.substr(0, at));
-    if (at == std::string_view::npos) return parts;
-    text.remove_prefix(at + 1);
-  }
-}
-
 }  // namespace
 
 FlatSource::FlatSource(const std::string& prefix)
@@ -92,30 +83,20 @@ bool FlatSource::read_descriptor(const std::string& path) {
     elog_complain(0, "%s: the descriptor cannot be read: %s", path.c_str(), fault.c_str());
     return false;
   }
-  std::string schema;
-  std::vector<std::string> further;
-  for (const std::string_view line : split(file->bytes(), '\n')) {
-    const std::string_view entry = trimmed(line);
-    const std::size_t blank = std::min(entry.find_first_of(" \t"), entry.size());
-    const std::string_view key = entry.substr(0, blank);
-    const std::string value(trimmed(entry.substr(blank)));
-    if (value.empty()) continue;
-    if (key == "schema") schema = value;
-    if (key == "dbpath") further.push_back(value);
-  }
-  for (const std::string& list : further) {
-    for (const std::string_view part : split(list, ':')) {
-      std::string place = with_name(trimmed(part), name_);
-      if (place.empty()) continue;
-      if (!place.starts_with("/")) place.insert(0, "/").insert(0, folder_);
-      if (kind_of(place) == PathKind::folder) place += (place.ends_with("/") ? "" : "/") + name_;
-      prefixes_.push_back(place);
-    }
-  }
-  if (schema.empty()) return true;
-  schema_ = Schema::named(schema, folder_);
+  const Descriptor descriptor = parse_descriptor(file->bytes());
+  for (const std::string& place : descriptor.places) add_place(with_name(place, name_));
+  if (descriptor.schema.empty()) return true;
+  schema_ = Schema::named(descriptor.schema, folder_);
   if (schema_ == nullptr) elog_complain(0, "%s: the descriptor names a schema that cannot be used", path.c_str());
   return schema_ != nullptr;
+}
+
+// A folder holds the tables of the database of this name; anything else is the beginning of their paths.
+void FlatSource::add_place(std::string place) {
+  if (place.empty()) return;
+  if (!place.starts_with("/")) place.insert(0, "/").insert(0, folder_);
+  if (kind_of(place) == PathKind::folder) place += (place.ends_with("/") ? "" : "/") + name_;
+  prefixes_.push_back(std::move(place));
 }
 
 bool FlatSource::has_any_table() const {

@@ -25,6 +25,7 @@ class FlatSource final : public Source {
  private:
   explicit FlatSource(const std::string& prefix);
   bool read_descriptor(const std::string& path);
+  void add_place(std::string place);
   bool has_any_table() const;
 
   std::string folder_;                 // DIR, "." when the prefix has none

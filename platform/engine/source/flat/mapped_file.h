@@ -1,6 +1,6 @@
 // A file in memory, read only.
-#ifndef TRIGLUB_BASE_MAPPED_FILE_H
-#define TRIGLUB_BASE_MAPPED_FILE_H
+#ifndef TRIGLUB_ENGINE_SOURCE_FLAT_MAPPED_FILE_H
+#define TRIGLUB_ENGINE_SOURCE_FLAT_MAPPED_FILE_H
 
 #include <memory>
 #include <string>

@@ -1,5 +1,5 @@
 // Maps a whole file; the descriptor is not needed any longer once that is done.
-#include "base/mapped_file.h"
+#include "engine/source/flat/mapped_file.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>
