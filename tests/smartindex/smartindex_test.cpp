@@ -488,142 +488,173 @@ PlainIndex plain_range(unsigned long size, unsigned long begin, unsigned long en
   return index;
 }
 
+// The index and the plain one, to which the same is done.
+struct Both {
+  SmartIndex index;
+  PlainIndex plain;
+};
+
+Both filled(unsigned long size, bool value) {
+  return {SmartIndex(size, value), {std::vector<bool>(size, value), value ? 0 : size, value ? size - 1 : size}};
+}
+
+Both of_range(unsigned long size, unsigned long begin, unsigned long end) {
+  return {SmartIndex::of_range(size, begin, end), plain_range(size, begin, end)};
+}
+
+class Random {
+ public:
+  explicit Random(std::uint64_t seed) : engine_(seed) {}
+  unsigned long below(unsigned long n) { return engine_() % n; }
+
+ private:
+  std::mt19937 engine_;
+};
+
+void set_flag_at(Both& one, unsigned long i, Random& random) {
+  const bool value = random.below(3) != 0;
+  one.index.set(i, value);
+  one.plain.set(i, value);
+}
+
+void set_flag(Both& one, const Both&, Random& random) { set_flag_at(one, random.below(one.plain.size() + 1), random); }
+
+void limit_to_other(Both& one, const Both& other, Random&) {
+  one.index.limit_to(other.index);
+  one.plain.limit_to(other.plain);
+}
+
+void remove_other(Both& one, const Both& other, Random&) {
+  one.index.remove(other.index);
+  one.plain.remove(other.plain);
+}
+
+void reset_borders(Both& one, const Both&, Random&) {
+  one.index.reset_borders();
+  one.plain.reset_borders();
+}
+
+void reset_first(Both& one, const Both&, Random&) {
+  one.index.reset_first();
+  one.plain.reset_first();
+}
+
+void copy_other(Both& one, const Both& other, Random&) { one = other; }
+
+void move_away_and_back(Both& one, const Both&, Random&) {
+  SmartIndex moved = std::move(one.index);
+  one.index = std::move(moved);
+}
+
+void take_flags_of_other(Both& one, const Both& other, Random&) {
+  one.index = SmartIndex(other.plain.flags);
+  one.plain = other.plain;
+  one.plain.reset_borders();
+}
+
+void take_range(Both& one, const Both&, Random& random) {
+  const unsigned long size = one.plain.size();
+  const unsigned long begin = random.below(size + 2);
+  one = of_range(size, begin, random.below(size + 3));
+}
+
+// Which is removed as far as it goes, and limits nothing.
+void meet_another_size(Both& one, const Both&, Random& random) {
+  const unsigned long size = random.below(2 * one.plain.size() + 2);
+  const Both stranger = of_range(size, random.below(size + 1), size);
+  remove_other(one, stranger, random);
+  if (size != one.plain.size()) {
+    EXPECT_THROW(one.index.limit_to(stranger.index), std::range_error);
+  }
+}
+
+void set_beyond_the_end(Both& one, const Both&, Random& random) {
+  const unsigned long i = one.plain.size() + 1 + random.below(3);
+  EXPECT_THROW(one.index.set(i, random.below(2) == 0), std::range_error);
+}
+
+using Change = void (*)(Both& one, const Both& other, Random& random);
+
+// Most often that of a flag.
+Change random_change(Random& random) {
+  static const Change others[] = {limit_to_other,     remove_other,        reset_borders, reset_first,
+                                  copy_other,         take_flags_of_other, take_range,    meet_another_size,
+                                  set_beyond_the_end, move_away_and_back};
+  const unsigned long chosen = random.below(16);
+  return chosen < std::size(others) ? others[chosen] : set_flag;
+}
+
+void expect_equal_around(const Both& one, unsigned long i) {
+  ASSERT_EQ(one.index.next(i), one.plain.next(i)) << i;
+  ASSERT_EQ(one.index.prev(i), one.plain.prev(i)) << i;
+  ASSERT_EQ(one.index.includes(at_record(static_cast<std::int64_t>(i))), one.plain.flag(i)) << i;
+}
+
+void expect_equal(const Both& one) {
+  const std::vector<bool>& flags = one.plain.flags;
+  ASSERT_EQ(one.index.as_string(), one.plain.as_string());
+  ASSERT_EQ(one.index.first(), one.plain.first);
+  ASSERT_EQ(one.index.last(), one.plain.last);
+  ASSERT_EQ(one.index.size(), one.plain.size());
+  ASSERT_EQ(one.index.runs(), one.plain.runs());
+  ASSERT_EQ(one.index.count(), static_cast<unsigned long>(std::count(flags.begin(), flags.end(), true)));
+}
+
 TEST(SmartIndex, AgreesWithAPlainIndexOverRandomOperations) {
-  std::mt19937 random(triglub_test::random_seed());
-  const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
+  Random random(triglub_test::random_seed());
   for (int round = 0; round < 600; ++round) {
-    const unsigned long size = 1 + below(round % 10 == 0 ? 200 : 9);
-    std::vector<SmartIndex> indexes;
-    std::vector<PlainIndex> plain_ones;
-    for (int i = 0; i < 3; ++i) {
-      const bool value = below(2) == 0;
-      indexes.emplace_back(size, value);
-      plain_ones.push_back({std::vector<bool>(size, value), value ? 0 : size, value ? size - 1 : size});
-    }
+    const unsigned long size = 1 + random.below(round % 10 == 0 ? 200 : 9);
+    std::vector<Both> sets;
+    for (int i = 0; i < 3; ++i) sets.push_back(filled(size, random.below(2) == 0));
     for (int step = 0; step < 60; ++step) {
-      const unsigned long at = below(3);
-      const unsigned long other = below(3);
-      switch (below(16)) {
-        case 12: {
-          const unsigned long begin = below(size + 2);
-          const unsigned long end = below(size + 3);
-          indexes[at] = SmartIndex::of_range(size, begin, end);
-          plain_ones[at] = plain_range(size, begin, end);
-          break;
-        }
-        case 13: {  // of another size: removes what it has, limits nothing
-          const unsigned long other_size = below(2 * size + 2);
-          const unsigned long begin = below(other_size + 1);
-          const SmartIndex stranger = SmartIndex::of_range(other_size, begin, other_size);
-          indexes[at].remove(stranger);
-          plain_ones[at].remove(plain_range(other_size, begin, other_size));
-          if (other_size == size) break;
-          EXPECT_THROW(indexes[at].limit_to(stranger), std::range_error);
-          break;
-        }
-        case 14:
-          EXPECT_THROW(indexes[at].set(size + 1 + below(3), below(2) == 0), std::range_error);
-          break;
-        case 0:
-          indexes[at].limit_to(indexes[other]);
-          plain_ones[at].limit_to(plain_ones[other]);
-          break;
-        case 1:
-          indexes[at].remove(indexes[other]);
-          plain_ones[at].remove(plain_ones[other]);
-          break;
-        case 2:
-          indexes[at].reset_borders();
-          plain_ones[at].reset_borders();
-          break;
-        case 3:
-          indexes[at].reset_first();
-          plain_ones[at].reset_first();
-          break;
-        case 4:
-          indexes[at] = indexes[other];
-          plain_ones[at] = plain_ones[other];
-          break;
-        case 5: {
-          SmartIndex moved = std::move(indexes[at]);
-          indexes[at] = std::move(moved);
-          break;
-        }
-        case 6:
-          indexes[at] = SmartIndex(plain_ones[other].flags);
-          plain_ones[at] = plain_ones[other];
-          plain_ones[at].reset_borders();
-          break;
-        default:
-          const unsigned long i = below(size + 1);
-          const bool value = below(3) != 0;
-          indexes[at].set(i, value);
-          plain_ones[at].set(i, value);
-      }
-      ASSERT_EQ(indexes[at].as_string(), plain_ones[at].as_string());
-      ASSERT_EQ(indexes[at].first(), plain_ones[at].first);
-      ASSERT_EQ(indexes[at].last(), plain_ones[at].last);
-      ASSERT_EQ(indexes[at].size(), size);
-      ASSERT_EQ(indexes[at].runs(), plain_ones[at].runs());
-      ASSERT_FALSE(indexes[at].includes(at_record(-1 - static_cast<std::int64_t>(below(600)))));
-      ASSERT_EQ(indexes[at].count(),
-                static_cast<unsigned long>(std::count(plain_ones[at].flags.begin(), plain_ones[at].flags.end(), true)));
-      for (unsigned long i = 0; i < size + 2; ++i) {
-        ASSERT_EQ(indexes[at].next(i), plain_ones[at].next(i)) << i;
-        ASSERT_EQ(indexes[at].prev(i), plain_ones[at].prev(i)) << i;
-        ASSERT_EQ(indexes[at].includes(at_record(static_cast<std::int64_t>(i))), plain_ones[at].flag(i)) << i;
-      }
+      Both& one = sets[random.below(3)];
+      const Both& other = sets[random.below(3)];
+      random_change(random)(one, other, random);
+      ASSERT_NO_FATAL_FAILURE(expect_equal(one));
+      ASSERT_FALSE(one.index.includes(at_record(-1 - static_cast<std::int64_t>(random.below(600)))));
+      for (unsigned long i = 0; i < size + 2; ++i) ASSERT_NO_FATAL_FAILURE(expect_equal_around(one, i));
     }
   }
 }
 
+void set_flags_one_by_one(Both& one, Random& random) {
+  const unsigned long size = one.plain.size();
+  for (int step = 0; step < 300; ++step) {
+    const unsigned long set = random.below(size + 1);
+    set_flag_at(one, set, random);
+    ASSERT_NO_FATAL_FAILURE(expect_equal(one));
+    for (const unsigned long i : {set, random.below(size + 2)}) {
+      ASSERT_NO_FATAL_FAILURE(expect_equal_around(one, i));
+    }
+  }
+}
+
+// What a move leaves behind is an empty set, both ways.
+void move_away_and_back_empty(SmartIndex& index) {
+  SmartIndex moved = std::move(index);
+  // NOLINTBEGIN(bugprone-use-after-move,clang-analyzer-cplusplus.Move): what a move leaves behind is promised
+  EXPECT_EQ(index.runs().size(), 0u);
+  index = std::move(moved);
+  EXPECT_EQ(moved.runs().size(), 0u);
+  // NOLINTEND(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+}
+
 // So many flags one by one that what holds them changes its form, and then what is done to whole sets.
 TEST(SmartIndex, AgreesWithAPlainIndexOverManyFlagsSetOneByOne) {
-  std::mt19937 random(triglub_test::random_seed());
-  const auto below = [&random](unsigned long n) { return static_cast<unsigned long>(random() % n); };
+  Random random(triglub_test::random_seed());
   for (int round = 0; round < 100; ++round) {
-    const unsigned long size = 50 + below(400);
-    SmartIndex index(size, false);
-    SmartIndex other = SmartIndex::of_range(size, below(size), size);
-    PlainIndex plain = plain_range(size, 0, 0);
-    PlainIndex plain_other = plain_range(size, other.first(), size);
-    for (int step = 0; step < 300; ++step) {
-      const unsigned long i = below(size + 1);
-      const bool value = below(3) != 0;
-      index.set(i, value);
-      plain.set(i, value);
-      ASSERT_EQ(index.as_string(), plain.as_string());
-      ASSERT_EQ(index.runs(), plain.runs());
-      for (const unsigned long p : {i, below(size + 2)}) {
-        ASSERT_EQ(index.next(p), plain.next(p)) << p;
-        ASSERT_EQ(index.prev(p), plain.prev(p)) << p;
-        ASSERT_EQ(index.includes(at_record(static_cast<std::int64_t>(p))), plain.flag(p)) << p;
-      }
-    }
-    SmartIndex copy = index;
-    ASSERT_EQ(copy.as_string(), plain.as_string());
-    PlainIndex plain_copy = plain;
-    if (below(2) == 0) {
-      other.limit_to(index);
-      plain_other.limit_to(plain);
-      copy.limit_to(other);
-      plain_copy.limit_to(plain_other);
-    } else {
-      other.remove(index);
-      plain_other.remove(plain);
-      index.remove(other);
-      plain.remove(plain_other);
-    }
-    ASSERT_EQ(other.as_string(), plain_other.as_string());
-    ASSERT_EQ(copy.as_string(), plain_copy.as_string());
-    SmartIndex moved = std::move(index);
-    ASSERT_EQ(moved.as_string(), plain.as_string());
-    // NOLINTBEGIN(bugprone-use-after-move,clang-analyzer-cplusplus.Move): what a move leaves behind is promised
-    ASSERT_EQ(index.runs().size(), 0u);
-    index = std::move(moved);
-    ASSERT_EQ(moved.runs().size(), 0u);
-    // NOLINTEND(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
-    ASSERT_EQ(index.as_string(), plain.as_string());
+    const unsigned long size = 50 + random.below(400);
+    Both one = filled(size, false);
+    ASSERT_NO_FATAL_FAILURE(set_flags_one_by_one(one, random));
+    Both other = of_range(size, random.below(size), size);
+    Both copy = one;
+    const Change change = random.below(2) == 0 ? limit_to_other : remove_other;
+    change(other, one, random);
+    ASSERT_NO_FATAL_FAILURE(expect_equal(other));
+    change(one, other, random);
+    ASSERT_NO_FATAL_FAILURE(expect_equal(copy));
+    move_away_and_back_empty(one.index);
+    ASSERT_NO_FATAL_FAILURE(expect_equal(one));
   }
 }
 
