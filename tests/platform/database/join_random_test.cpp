@@ -46,7 +46,7 @@ const FlatField* find_field(const std::string& table, const std::string& name) {
 
 bool is_date(const std::string& field) { return field == "ondate" || field == "offdate"; }
 
-constexpr int ABSENT = -1;
+constexpr int kAbsent = -1;
 
 struct Cell {
   std::string text;  // of a text
@@ -58,7 +58,7 @@ Cell cell_of(const std::string& table, const std::vector<Row>& rows, int row, co
   const FlatField& field = *find_field(table, name);
   Cell cell;
   cell.text = field.null_text;
-  if (row != ABSENT && rows[static_cast<std::size_t>(row)].contains(name)) {
+  if (row != kAbsent && rows[static_cast<std::size_t>(row)].contains(name)) {
     cell.text = rows[static_cast<std::size_t>(row)].at(name);
   }
   if (field.is_text) {
@@ -73,13 +73,13 @@ Cell cell_of(const std::string& table, const std::vector<Row>& rows, int row, co
 // --- ranges, on a grid of quarter days
 // -----------------------------------------------------------------------------------
 
-constexpr int QUARTER = 21600;
-constexpr int DAYS[] = {1999363, 1999364, 1999365, 2000001, 2000002, 2000003};
-constexpr long FIRST = -50, LAST = 50;  // stand for the open sides
+constexpr int kQuarter = 21600;
+constexpr int kDays[] = {1999363, 1999364, 1999365, 2000001, 2000002, 2000003};
+constexpr long kFirst = -50, LAST = 50;  // stand for the open sides
 
 long quarters(const std::string& field, double value) {
-  if (!is_date(field)) return std::lround((value - epoch(DAYS[0])) / QUARTER);
-  return 4 * (std::find(std::begin(DAYS), std::end(DAYS), static_cast<int>(value)) - std::begin(DAYS));
+  if (!is_date(field)) return std::lround((value - epoch(kDays[0])) / kQuarter);
+  return 4 * (std::find(std::begin(kDays), std::end(kDays), static_cast<int>(value)) - std::begin(kDays));
 }
 
 struct Span {
@@ -88,13 +88,13 @@ struct Span {
 };
 
 Span span_of(const std::string& begin_name, const Cell& begin, const std::string& end_name, const Cell& end) {
-  Span span{begin.is_null ? FIRST : quarters(begin_name, begin.number),
+  Span span{begin.is_null ? kFirst : quarters(begin_name, begin.number),
             end.is_null ? LAST : quarters(end_name, end.number), false};
   span.is_backward = span.end < span.begin;
   return span;
 }
 
-long day_of(long quarter) { return quarter == FIRST || quarter == LAST ? quarter : quarter / 4; }
+long day_of(long quarter) { return quarter == kFirst || quarter == LAST ? quarter : quarter / 4; }
 
 bool meet(Span a, Span b, bool in_days) {
   if (a.is_backward || b.is_backward) return false;
@@ -102,7 +102,7 @@ bool meet(Span a, Span b, bool in_days) {
   const auto holds = [](const Span& span, long i) {
     return span.begin == span.end ? i == span.begin : span.begin <= i && i < span.end;
   };
-  for (long i = FIRST; i <= LAST; ++i) {
+  for (long i = kFirst; i <= LAST; ++i) {
     if (holds(a, i) && holds(b, i)) return true;
   }
   return false;
@@ -210,7 +210,7 @@ struct Reference {
       for (const int row : second) {
         if (keys.empty() ? matches_naturally(record, table, row) : matches_named(record, table, row, keys)) add(row);
       }
-      if (outer && joined.size() == before) add(ABSENT);
+      if (outer && joined.size() == before) add(kAbsent);
     }
     records = std::move(joined);
     tables.push_back(table);
@@ -233,9 +233,9 @@ class Generator {
   // A value, or the empty text for a field that is left null.
   std::string value(const FlatField& field) {
     if (one_in(5)) return "";
-    if (is_date(field.name)) return std::to_string(DAYS[below(6)]);
+    if (is_date(field.name)) return std::to_string(kDays[below(6)]);
     if (field.name == "time" || field.name == "endtime") {
-      return std::to_string(static_cast<long>(epoch(DAYS[0])) + QUARTER * below(24));
+      return std::to_string(static_cast<long>(epoch(kDays[0])) + kQuarter * below(24));
     }
     if (field.width == 1) return one_of({"A", "B"});
     return field.is_text ? one_of({"A", "B", "AB"}) : one_of({"0", "1", "2", "-1"});
@@ -289,7 +289,7 @@ std::vector<std::vector<int>> records_of_view(Dbptr view, const Texts& tables) {
   for (const std::string& table : tables) {
     const auto rows = triglub::base_rows(view, table.c_str());
     for (std::size_t r = 0; r < rows.size(); ++r) {
-      records[r].push_back(rows[r] == triglub::NO_BASE_ROW ? ABSENT : static_cast<int>(rows[r]));
+      records[r].push_back(rows[r] == triglub::NO_BASE_ROW ? kAbsent : static_cast<int>(rows[r]));
     }
   }
   return records;

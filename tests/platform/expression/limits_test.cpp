@@ -21,7 +21,7 @@ struct NestCase {
   std::size_t place;  // in a piece, of what opens a level
 };
 
-constexpr NestCase NESTS[] = {
+constexpr NestCase kNests[] = {
     {"(", "1", ")", "1", 0},       {"-", "1", "", "1", 0},       {"!", "1", "", "1", 0},
     {"abs(", "1", ")", "1", 3},    {"1?", "2", ":3", "2", 1},    {"0?2:", "3", "", "3", 1},
     {"1+(", "1", ")", "201", 2},   {"max(0,", "1", ")", "1", 3}, {"1||1&&1==1<1+1*(", "0", ")", "1", 15},
@@ -29,7 +29,7 @@ constexpr NestCase NESTS[] = {
 };
 
 TEST(Limits, TakeTwoHundredLevelsOfNesting) {
-  for (const NestCase& nest : NESTS) {
+  for (const NestCase& nest : kNests) {
     const std::string text =
         repeated(nest.open, MAX_NESTING) + std::string(nest.inside) + repeated(nest.close, MAX_NESTING);
     EXPECT_EQ(text_at_station(text), nest.value) << nest.open;
@@ -37,7 +37,7 @@ TEST(Limits, TakeTwoHundredLevelsOfNesting) {
 }
 
 TEST(Limits, RefuseOneLevelMore) {
-  for (const NestCase& nest : NESTS) {
+  for (const NestCase& nest : kNests) {
     const std::string text =
         repeated(nest.open, MAX_NESTING + 1) + std::string(nest.inside) + repeated(nest.close, MAX_NESTING + 1);
     Fault fault{};
