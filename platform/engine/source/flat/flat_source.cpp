@@ -36,7 +36,9 @@ std::string folder_of(const std::string& path) {
 std::string name_of(const std::string& prefix) { return prefix.substr(prefix.rfind('/') + 1); }
 
 void complain_of_nothing(const std::string& prefix, const std::string& name, PathKind kind) {
-  if (name.empty() || kind == PathKind::folder) {
+  if (prefix.empty()) {
+    elog_complain(0, "dbopen: the name of the database is empty, expected DIR/NAME for the tables DIR/NAME.site ...");
+  } else if (name.empty() || kind == PathKind::folder) {
     elog_complain(0, "%s: is a folder; a database is named by the common beginning of its files, %s%sNAME",
                   prefix.c_str(), prefix.c_str(), name.empty() ? "" : "/");
   } else {
