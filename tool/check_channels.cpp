@@ -1,11 +1,12 @@
 // The master view keeps a channel epoch only where it finds its station codes, channel codes, network, site, sensor and
 // calibration. The epochs that are not in it are joined once more, with outer joins, to see which of these is missing.
+#include "tool/check_channels.h"
+
 #include <algorithm>
 #include <array>
 
 #include "dbhelper.h"
 #include "station_views.h"
-#include "tool/findings.h"
 
 namespace triglub::tool {
 

@@ -1,10 +1,12 @@
+// Dates are judged by their distinct texts, then told row by row in the order of the view.
+#include "tool/check_dates.h"
+
 #include <charconv>
 #include <unordered_set>
 
 #include "dbhelper.h"
 #include "platform/sources.h"
 #include "platform/timeconv.h"
-#include "tool/findings.h"
 
 namespace triglub::tool {
 

@@ -1,9 +1,13 @@
+// Everything that can fail for the tables is looked at before the first byte is written.
 #include "tool/convert.h"
 
 #include <cstdlib>
 
 #include "dbhelper.h"
 #include "platform/elog.h"
+#include "tool/check_channels.h"
+#include "tool/check_dates.h"
+#include "tool/check_stages.h"
 #include "tool/check_tree.h"
 #include "tool/findings.h"
 #include "tool/messages.h"

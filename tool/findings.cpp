@@ -1,3 +1,4 @@
+// What is left out is counted by reason and told in one line each; the first few are named.
 #include "tool/findings.h"
 
 #include "platform/elog.h"

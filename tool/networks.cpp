@@ -1,3 +1,5 @@
+// Each network is written over its own records: those that one view of everything has of it where that is the same,
+// else those of a view of its own.
 #include "tool/networks.h"
 
 #include <algorithm>

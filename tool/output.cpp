@@ -1,3 +1,4 @@
+// A file is written beside its place and moved there when it is whole; whatever ends the process takes it away.
 #include "tool/output.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// A text is known again by its place in memory, and compared, as another may have come to stand there.
 #include "tool/repeated_texts.h"
 
 namespace triglub::tool {

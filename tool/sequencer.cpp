@@ -1,3 +1,4 @@
+// A mutex and a condition in shared memory: whoever waits sleeps until a turn is passed on.
 #include "tool/sequencer.h"
 
 #include <sys/mman.h>

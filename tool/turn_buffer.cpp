@@ -1,3 +1,5 @@
+// Text that must wait is held in chunks, and as references to texts that repeat; it is written in one go when its turn
+// comes.
 #include "tool/turn_buffer.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Processes, not threads: each writes with the memory of the parent as it was, and none can disturb another.
 #include "tool/workers.h"
 
 #include <signal.h>

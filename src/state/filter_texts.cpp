@@ -1,3 +1,4 @@
+// Texts are filed by the place of their filter in memory; when they grow too many all go, and are made again as needed.
 #include "state/filter_texts.h"
 
 #include "resp_helper.h"
