@@ -12,14 +12,14 @@ namespace {
 
 template <typename T>
 Outcome outcome(const T& a, const T& b) {
-  if (a < b) return LESS;
-  if (a == b) return EQUAL;
-  return a > b ? GREATER : UNORDERED;
+  if (a < b) return kLess;
+  if (a == b) return kEqual;
+  return a > b ? kGreater : kUnordered;
 }
 
 Outcome mirrored(Outcome outcome) {
-  if (outcome == LESS) return GREATER;
-  return outcome == GREATER ? LESS : outcome;
+  if (outcome == kLess) return kGreater;
+  return outcome == kGreater ? kLess : outcome;
 }
 
 Value truth(Outcome outcome, const Instruction& comparison) {
@@ -34,7 +34,7 @@ bool remainder_of(std::int64_t a, std::int64_t b, std::int64_t* result) {
 }
 
 std::string_view number_text(const Instruction& instruction, const Record& record, Value number, NumberBuffer* buffer) {
-  if (instruction.field != NO_FIELD) return record.text(instruction.field);
+  if (instruction.field != kNoField) return record.text(instruction.field);
   return instruction.kind == Kind::integer ? text_of(number.integer, buffer) : text_of(number.real, buffer);
 }
 

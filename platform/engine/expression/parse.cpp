@@ -27,8 +27,8 @@ class Parser {
   class Level {
    public:
     Level(int* levels, std::size_t place) : levels_(levels) {
-      if (*levels_ == MAX_NESTING) {
-        throw CompileError{place, "expected at most " + std::to_string(MAX_NESTING) + " levels of nesting"};
+      if (*levels_ == kMaxNesting) {
+        throw CompileError{place, "expected at most " + std::to_string(kMaxNesting) + " levels of nesting"};
       }
       ++*levels_;
     }
@@ -70,7 +70,7 @@ class Parser {
 };
 
 NodeIndex Parser::conditional() {
-  const NodeIndex condition = binary(LOOSEST);
+  const NodeIndex condition = binary(kLoosest);
   if (token_.type != TokenType::question) return condition;
   const Level level(&levels_, token_.begin);
   advance();

@@ -49,7 +49,7 @@ class WordSource {
     switch (storage_) {
       case Storage::text: {
         *word = (*codes_)[view_codes_[view_.row(field.table, record)]];
-        return *word != NO_CODE;
+        return *word != kNoCode;
       }
       case Storage::integer: {
         const std::int64_t value = view_.integer(field, record);
@@ -135,7 +135,7 @@ class Joiner {
   void look_up_candidates() {
     candidates_.clear();
     candidate_ranges_.clear();
-    for (JoinIndex::Rows found = rows_of_words(); found.row() != NO_ROW; found.move_on()) {
+    for (JoinIndex::Rows found = rows_of_words(); found.row() != kNoRow; found.move_on()) {
       candidates_.push_back(found.row());
       for (const RangePair& pair : plan_.ranges) candidate_ranges_.push_back(table_range(pair, found.row()));
     }
@@ -158,8 +158,8 @@ class Joiner {
     words_.front() = sources_.front().null_word(table_);
     JoinIndex::Rows null = rows_of_words();
     if (same.row() == null.row()) null = {};  // neither, or a value that is the table's null
-    while (same.row() != NO_ROW || null.row() != NO_ROW) {
-      JoinIndex::Rows& next = same.row() < null.row() ? same : null;  // NO_ROW comes after every row
+    while (same.row() != kNoRow || null.row() != kNoRow) {
+      JoinIndex::Rows& next = same.row() < null.row() ? same : null;  // kNoRow comes after every row
       test(record, next.row(), rows);
       next.move_on();
     }
@@ -268,11 +268,11 @@ Pairs match_records(Joiner joiner, const RecordsOfRows& second, bool outer, std:
   pairs.records.reserve(room);
   pairs.rows.reserve(room);
   std::vector<std::uint32_t> found;
-  for (std::uint32_t record = begin; record < end && pairs.rows.size() <= MAX_ROWS; ++record) {
+  for (std::uint32_t record = begin; record < end && pairs.rows.size() <= kMaxRows; ++record) {
     const std::size_t before = pairs.rows.size();
     joiner.match(record, &pairs.rows);
     second.arrange(&pairs.rows, before, &found);
-    if (outer && pairs.rows.size() == before) pairs.rows.push_back(NO_ROW);
+    if (outer && pairs.rows.size() == before) pairs.rows.push_back(kNoRow);
     pairs.records.resize(pairs.rows.size(), record);
   }
   return pairs;
@@ -304,7 +304,7 @@ std::optional<Pairs> matching_pairs(const View& view, const View& other, const J
     found[i] = match_records(joiner, second, outer, begin, end, room);
   });
   Pairs all = put_together(std::move(found));
-  if (all.rows.size() > MAX_ROWS) return std::nullopt;
+  if (all.rows.size() > kMaxRows) return std::nullopt;
   return all;
 }
 

@@ -34,7 +34,7 @@ class SameText {
 
   bool operator()(std::uint32_t a, std::uint32_t b) const {
     if (a == b) return true;
-    return codes_ != nullptr && a != NO_ROW && b != NO_ROW && (*codes_)[a] == (*codes_)[b];
+    return codes_ != nullptr && a != kNoRow && b != kNoRow && (*codes_)[a] == (*codes_)[b];
   }
 
  private:

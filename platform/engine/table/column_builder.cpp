@@ -76,10 +76,10 @@ Column column_of_rows(const FieldSchema& field, const Column& column, const std:
   kept.reals = chosen(column.reals, rows);
   kept.codes = chosen(column.codes, rows);
   if (field.storage() != Storage::text) return kept;
-  std::vector<std::uint32_t> codes(column.dictionary.size(), NO_CODE);
+  std::vector<std::uint32_t> codes(column.dictionary.size(), kNoCode);
   codes[kNullCode] = kept.dictionary.intern(field.null_text);
   for (std::uint32_t& code : kept.codes) {
-    if (codes[code] == NO_CODE) codes[code] = kept.dictionary.intern(column.dictionary[code]);
+    if (codes[code] == kNoCode) codes[code] = kept.dictionary.intern(column.dictionary[code]);
     code = codes[code];
   }
   return kept;

@@ -223,7 +223,7 @@ class FaultFinder {
 
   // False when there is no use in further lines.
   bool look_at(std::string_view line) {
-    if (++line_ > MAX_ROWS) {
+    if (++line_ > kMaxRows) {
       tell("", "more rows than a table can have");
       return false;
     }
