@@ -1,3 +1,4 @@
+// Parses cells into the vector of the field's storage; texts are interned, null first, so that null has kNullCode.
 #include "engine/table/column_builder.h"
 
 #include "engine/table/cell.h"

@@ -1,3 +1,4 @@
+// Holds the columns, and makes ranks, indexes and mappings when they are first asked for.
 #include "engine/table/table.h"
 
 #include "engine/table/column_builder.h"
