@@ -53,7 +53,7 @@ std::uint8_t outcomes_of(Operator oper) {
     case Operator::equal:
       return kEqual;
     default:
-      return kLess | kGreater | kUnordered;  // a number that is none differs from all
+      return kLess | kGreater | kUnordered;  // NaN differs from every number
   }
 }
 
@@ -183,7 +183,7 @@ void Emitter::emit_conditional(const Node& node) {
   emit(node.a, Want::truth);
   const std::size_t when_false = add({.op = Op::jump_if_false}, 1, 0);
   emit(node.b, side);
-  const std::size_t done = add({.op = Op::jump}, 1, 0);  // its value stays, and stands where the other's would
+  const std::size_t done = add({.op = Op::jump}, 1, 0);  // the value stays, in the place of the other branch's
   land(when_false);
   emit(node.c, side);
   land(done);

@@ -1,4 +1,4 @@
-// One instruction after the other on a stack of values; a run ends early where a value cannot be had.
+// Runs one instruction after the other on a stack of values; a run ends early where there is no value.
 #include "engine/expression/evaluate.h"
 
 #include <cmath>
@@ -175,7 +175,7 @@ bool Evaluation::compute_integers(const Instruction& instruction) {
   }
 }
 
-// A result that is no finite number is none: it divides by zero or lies beyond the range of reals.
+// A result that is not finite counts as a failure: a division by zero, or a number beyond the range of reals.
 bool Evaluation::compute_reals(const Instruction& instruction) {
   const double right = pop().real;
   double& left = top().real;

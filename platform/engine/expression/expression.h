@@ -68,8 +68,8 @@ class Matcher {
   virtual const std::string* literal() const = 0;         // the one text that matches, or null when it is no literal
 };
 
-// Memory for the texts that arise during an evaluation. It serves one evaluation after the other, of any expressions,
-// and what it once took it keeps; one thread at a time.
+// Memory for the texts that are made during an evaluation. It is reused by later evaluations, of any expressions, and
+// never shrinks; one thread at a time.
 class Scratch {
  public:
   // REQUIRES: no evaluation is under way.

@@ -1,5 +1,5 @@
-// Precedence climbing: operators of one level chain to the left in a loop, so that only what counts as a level of
-// nesting (parentheses, arguments, ?: and prefix operators) lets the parser recurse without bound of its own.
+// Precedence climbing: operators of one level chain to the left in a loop, so that the depth of recursion is bounded by
+// the levels of nesting (parentheses, arguments, ?: and prefix operators), which are limited.
 #include "engine/expression/parse.h"
 
 #include <string>

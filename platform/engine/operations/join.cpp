@@ -206,14 +206,14 @@ class Joiner {
   const Table& table_;
   const JoinPlan& plan_;
   std::vector<WordSource> sources_;    // one an equal pair
-  std::vector<std::size_t> strict_;    // the sources whose fields always restrict
-  std::vector<std::size_t> tolerant_;  // those of the other fields
-  std::vector<JoinColumn> columns_;    // their columns
-  bool by_tolerant_field_ = false;     // there are none, and the index is over the first null-tolerant field
-  const JoinIndex* index_ = nullptr;   // over the columns
-  std::uint32_t next_run_ = 0;         // where the next key's rows may be
+  std::vector<std::size_t> strict_;    // the sources whose nulls are values like any other
+  std::vector<std::size_t> tolerant_;  // the sources of the null-tolerant fields
+  std::vector<JoinColumn> columns_;    // of the index
+  bool by_tolerant_field_ = false;     // none is strict: the index is over the first null-tolerant field
+  const JoinIndex* index_ = nullptr;
+  std::uint32_t next_run_ = 0;  // where the next key's rows may be
   std::vector<JoinWord> words_;
-  bool are_words_known_ = false;  // words_ are a record's, and these two are theirs:
+  bool are_words_known_ = false;  // words_ are a record's; the next two are what they select:
   std::vector<std::uint32_t> candidates_;
   std::vector<Range> candidate_ranges_;  // one a candidate and range pair
   std::vector<Range> view_ranges_;       // of the present record
@@ -239,7 +239,7 @@ class RecordsOfRows {
     for (std::uint32_t r = 0; r < view.record_count(); ++r) records_[next[view.row(0, r)]++] = r;
   }
 
-  // Puts the rows from `from` on into the view's order, each as often as the view has it. `found` is room to work in.
+  // Puts the rows from `from` on into the view's order, each as often as the view has it. `found` is scratch memory.
   void arrange(std::vector<std::uint32_t>* rows, std::size_t from, std::vector<std::uint32_t>* found) const {
     if (is_base_) return;
     found->clear();
@@ -260,8 +260,8 @@ class RecordsOfRows {
 };
 
 // The matches of the records from `begin` to before `end`; at most one more than a view can have. They are given
-// `room`. The joiner is the caller's own: threads that wrote to neighbouring ones would take the cache lines from each
-// other.
+// `room`. Each caller has a joiner of its own, copied here: threads that wrote to neighbouring ones would share cache
+// lines.
 Pairs match_records(Joiner joiner, const RecordsOfRows& second, bool outer, std::uint32_t begin, std::uint32_t end,
                     std::size_t room) {
   Pairs pairs;

@@ -1,3 +1,5 @@
+// Rows of equal neighbours are gathered into runs; a hash table leads to the first run of each key, and each run to the
+// next one of its key. Finding and hashing runs is shared by threads, filling the table is not.
 #include "engine/table/join_index.h"
 
 #include <bit>
@@ -93,7 +95,7 @@ void JoinIndex::find_runs(const Table& table, const std::vector<JoinColumn>& col
 
 // From the last run back, so that each chain runs in table order with its head put in front.
 void JoinIndex::hash_runs(const Table& table, const std::vector<JoinColumn>& columns) {
-  constexpr std::uint32_t kAhead = 16;  // slots lie anywhere in memory: each is called for some turns before its own
+  constexpr std::uint32_t kAhead = 16;  // slots lie anywhere in memory: each is prefetched that many runs ahead
   std::vector<std::uint32_t> hashes(runs_.size());
   const Chunks chunks(0, static_cast<std::uint32_t>(runs_.size()));
   run_side_by_side(chunks.size(), [&](std::size_t i) {
@@ -124,8 +126,8 @@ JoinIndex::JoinIndex(const Table& table, const std::vector<JoinColumn>& columns)
 JoinIndex::Rows JoinIndex::find(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words,
                                 std::uint32_t* next_run) const {
   std::uint32_t run = *next_run;
-  const bool is_guessed = are_keys_together_ && run < runs_.size() && same_key(table, columns, runs_[run].begin, words);
-  if (!is_guessed) run = heads_[slot_of(table, columns, words, hash_of(words, columns.size()))].run;
+  const bool is_hinted = are_keys_together_ && run < runs_.size() && same_key(table, columns, runs_[run].begin, words);
+  if (!is_hinted) run = heads_[slot_of(table, columns, words, hash_of(words, columns.size()))].run;
   if (run != kNoRow) *next_run = run + 1;
   return {*this, run};
 }

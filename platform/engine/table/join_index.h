@@ -47,8 +47,8 @@ class JoinIndex {
     std::uint32_t run_ = kNoRow;
     std::uint32_t row_ = kNoRow;
   };
-  // `words` holds one word a column. `*next_run` is a guess at the run, any number, and becomes the guess for the keys
-  // that come after: who asks for keys in table order is answered without the hash.
+  // `words` holds one word a column. `*next_run` is a hint at the run, any number, and is set to the hint for the
+  // next call: keys asked for in table order are found without the hash.
   // REQUIRES: table and columns are those that the index was built of.
   Rows find(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words,
             std::uint32_t* next_run) const;

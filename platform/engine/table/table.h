@@ -32,7 +32,7 @@ struct TableContents {
   RowPlaces places;
 };
 
-// A table does not change: what is made of its values when it is first asked for is made once. All members are safe for
+// A table does not change; what is derived from its values is made once, at the first request. All members are safe for
 // concurrent use.
 class Table {
  public:
