@@ -157,12 +157,13 @@ struct Reference {
 
   bool matches_naturally(const std::vector<int>& record, const std::string& table, int row) const {
     const Keys& keys = keys_of_tables().at(table);
-    const auto agree = [&](const std::string& name, bool null_lifts) {
+    const auto agree = [&](const std::string& name, bool is_null_tolerant) {
       const auto from = owner(name);
       if (!from) return true;
       const Cell mine = cell(record, *from, name);
       const Cell theirs = cell_of(table, data.at(table), row, name);
-      return (null_lifts && (mine.is_null || theirs.is_null)) || equal(mine, theirs, find_field(table, name)->is_text);
+      return (is_null_tolerant && (mine.is_null || theirs.is_null)) ||
+             equal(mine, theirs, find_field(table, name)->is_text);
     };
     for (const std::string& name : keys.strict) {
       if (!agree(name, false)) return false;

@@ -1,3 +1,4 @@
+// A table is looked for at the prefix first, then at the places of the descriptor in order.
 #include "engine/source/flat/flat_source.h"
 
 #include <sys/stat.h>
@@ -18,8 +19,8 @@ namespace {
 
 enum class PathKind { none, file, folder };
 
-// What cannot be looked at counts as a file, and so does a link to nothing: that it cannot be read is told when it is
-// opened, and no table is taken for empty that may have rows.
+// A path that cannot be examined counts as a file, and so does a dangling link: opening it then fails with a complaint,
+// and no table that may have rows is taken for empty.
 PathKind kind_of(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) == 0) return S_ISDIR(status.st_mode) ? PathKind::folder : PathKind::file;
