@@ -152,4 +152,26 @@ void rival_remove_scattered(benchmark::State& state) {
 }
 BENCHMARK(rival_remove_scattered)->Apply(index_sizes)->Unit(benchmark::kMicrosecond);
 
+// --- set every other flag, from the end ------------------------------------------------------------------------------
+
+void set_every_other(benchmark::State& state) {
+  for ([[maybe_unused]] const auto& round : state) {
+    SmartIndex index(size_of(state), false);
+    for (unsigned long i = size_of(state) / 2; i-- > 0;) index.set(2 * i, true);
+    benchmark::DoNotOptimize(index);
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * size_of(state) / 2));
+}
+BENCHMARK(set_every_other)->Apply(index_sizes)->Unit(benchmark::kMicrosecond);
+
+void rival_set_every_other(benchmark::State& state) {
+  for ([[maybe_unused]] const auto& round : state) {
+    Flags flags(size_of(state), false);
+    for (unsigned long i = size_of(state) / 2; i-- > 0;) flags[2 * i] = true;
+    benchmark::DoNotOptimize(flags);
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * size_of(state) / 2));
+}
+BENCHMARK(rival_set_every_other)->Apply(index_sizes)->Unit(benchmark::kMicrosecond);
+
 }  // namespace

@@ -5,6 +5,9 @@
 #include <cmath>
 #include <iterator>
 
+#include "engine/expression/text_functions.h"
+#include "engine/expression/time_functions.h"
+
 namespace triglub::expression {
 
 namespace {

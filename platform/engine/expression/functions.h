@@ -57,22 +57,6 @@ const Function* find_function(std::string_view name);
 // Appends, unless the text would grow beyond kMaxText: then false.
 bool append(std::string_view more, std::string* text);
 
-// The functions on texts (text_functions.cpp).
-bool concat(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool upper(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool lower(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool trim(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool substr(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool length(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool replace(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool xml(std::span<const Value> arguments, std::string* scratch, Value* result);
-
-// The functions on times (time_functions.cpp).
-bool epoch_of_yearday(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool yearday_of_epoch(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool strtime(std::span<const Value> arguments, std::string* scratch, Value* result);
-bool current_time(std::span<const Value> arguments, std::string* scratch, Value* result);
-
 }  // namespace triglub::expression
 
 #endif

@@ -1,4 +1,6 @@
-// The functions of the language on texts.
+// Letters are ASCII letters, lengths count characters; no text grows beyond the limit.
+#include "engine/expression/text_functions.h"
+
 #include <algorithm>
 
 #include "base/characters.h"

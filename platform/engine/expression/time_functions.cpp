@@ -1,7 +1,8 @@
-// The functions of the language on times and dates.
+// What is no date gives the null of the other kind of time, so that nulls stay nulls.
+#include "engine/expression/time_functions.h"
+
 #include <limits>
 
-#include "engine/expression/functions.h"
 #include "engine/expression/now.h"
 #include "platform/timeconv.h"
 

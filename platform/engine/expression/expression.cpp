@@ -1,4 +1,6 @@
 // The compiled form: what the steps of a compilation made, and the values it answers.
+#include "engine/expression/expression.h"
+
 #include <cmath>
 #include <string>
 #include <utility>
@@ -8,7 +10,6 @@
 #include "engine/expression/bind.h"
 #include "engine/expression/emit.h"
 #include "engine/expression/evaluate.h"
-#include "engine/expression/expression.h"
 #include "engine/expression/fault.h"
 #include "engine/expression/numbers.h"
 #include "engine/expression/parse.h"
