@@ -18,27 +18,27 @@ namespace {
 
 using Day = std::chrono::sys_days;
 
-constexpr double LDDATE = 1700000000.0;
-constexpr double OPEN = 9999999999.999;
-constexpr int INSTRUMENTS = 100;
-constexpr double DIGITIZER_GAIN = 419430.0;  // counts per volt
-constexpr std::array<double, MODELS> SEISMOMETER_GAINS = {1500, 750, 2000, 1200, 400, 20000, 1196, 2400};  // V per m/s
-constexpr std::array<std::string_view, 8> PLACES = {"Quarry", "Old mill",   "Church hill", "Salt cavern",
-                                                    "School", "Dam & lock", "North ridge", "Forest hut"};
+constexpr double kLddate = 1700000000.0;
+constexpr double kOpen = 9999999999.999;
+constexpr int kInstruments = 100;
+constexpr double kDigitizerGain = 419430.0;  // counts per volt
+constexpr std::array<double, kModels> kSeismometerGains = {1500, 750, 2000, 1200, 400, 20000, 1196, 2400};  // V per m/s
+constexpr std::array<std::string_view, 8> kPlaces = {"Quarry", "Old mill",   "Church hill", "Salt cavern",
+                                                     "School", "Dam & lock", "North ridge", "Forest hut"};
 struct Component {
   char letter;
   double hang;  // degrees clockwise from north
   double vang;  // degrees from up
 };
-constexpr Component COMPONENTS[] = {{'E', 90.0, 90.0}, {'N', 0.0, 90.0}, {'Z', 0.0, 0.0}};
-constexpr std::array<const char*, 2> LOCATIONS = {"00", "10"};
+constexpr Component kComponents[] = {{'E', 90.0, 90.0}, {'N', 0.0, 90.0}, {'Z', 0.0, 0.0}};
+constexpr std::array<const char*, 2> kLocations = {"00", "10"};
 
 // The library's own distributions differ between its makers, so the database would too.
 class Dice {
  public:
   explicit Dice(unsigned long seed) : engine_(seed) {}
   long below(long n) { return static_cast<long>(engine_() % static_cast<std::uint64_t>(n)); }
-  int model() { return static_cast<int>(below(MODELS)); }
+  int model() { return static_cast<int>(below(kModels)); }
 
  private:
   std::mt19937_64 engine_;
@@ -70,9 +70,9 @@ struct Epoch {
   int digitizer;
 
   long offdate() const { return is_open ? -1 : yearday(end); }
-  double endtime() const { return is_open ? OPEN : seconds(end); }
-  int seismometer() const { return inid % MODELS; }
-  double gain() const { return SEISMOMETER_GAINS.at(static_cast<std::size_t>(seismometer())); }
+  double endtime() const { return is_open ? kOpen : seconds(end); }
+  int seismometer() const { return inid % kModels; }
+  double gain() const { return kSeismometerGains.at(static_cast<std::size_t>(seismometer())); }
 };
 
 struct Stream {
@@ -137,15 +137,15 @@ void Maker::run() {
 void Maker::write_networks() {
   for (long n = 0; n < shape_.networks; ++n) {
     network_.text(network_code(n), 8).text("Made network " + std::to_string(n), 80).text("-", 4).text("made", 15);
-    network_.integer(-1, 8).real(LDDATE, 17, 5).end_row();
+    network_.integer(-1, 8).real(kLddate, 17, 5).end_row();
   }
 }
 
 void Maker::write_instruments() {
-  for (int i = 1; i <= INSTRUMENTS; ++i) {
+  for (int i = 1; i <= kInstruments; ++i) {
     instrument_.integer(i, 8).text("Seismometer " + std::to_string(i), 50).text("-", 6).text("b", 1).text("d", 1);
     instrument_.real(100.0, 11, 7).real(1.0, 16, 6).real(1.0, 16, 6).text("-", 64).text("-", 32).text("-", 6);
-    instrument_.real(LDDATE, 17, 5).end_row();
+    instrument_.real(kLddate, 17, 5).end_row();
   }
 }
 
@@ -166,7 +166,7 @@ std::vector<Epoch> Maker::draw_epochs() {
   std::vector<Epoch> epochs;
   for (long i = 1; i <= count; ++i) {
     const Day end = begin + std::chrono::days(200 + dice_.below(1800));
-    const int inid = static_cast<int>(1 + dice_.below(INSTRUMENTS));
+    const int inid = static_cast<int>(1 + dice_.below(kInstruments));
     epochs.push_back({begin, end, i == count && !is_closed, inid, dice_.model()});
     begin = end;
   }
@@ -175,22 +175,22 @@ std::vector<Epoch> Maker::draw_epochs() {
 
 // In the order of channel codes.
 std::vector<Stream> Maker::draw_streams() {
-  const auto first = static_cast<std::size_t>(dice_.below(std::ssize(BANDS)));
+  const auto first = static_cast<std::size_t>(dice_.below(std::ssize(kBands)));
   const std::size_t count = 1 + static_cast<std::size_t>(dice_.below(2));
   std::vector<Stream> streams;
-  for (std::size_t i = first; i < first + count && i < std::size(BANDS); ++i) {
-    for (const Component& component : COMPONENTS) {
-      const std::string fchan = std::string(BANDS[i].letters) + component.letter;
-      const char* loc = LOCATIONS.at(i - first);
-      streams.push_back({fchan + "_" + loc, fchan, loc, &BANDS[i], component});
+  for (std::size_t i = first; i < first + count && i < std::size(kBands); ++i) {
+    for (const Component& component : kComponents) {
+      const std::string fchan = std::string(kBands[i].letters) + component.letter;
+      const char* loc = kLocations.at(i - first);
+      streams.push_back({fchan + "_" + loc, fchan, loc, &kBands[i], component});
     }
   }
   return streams;
 }
 
 void Maker::write_codes(const std::string& sta, const std::string& network) {
-  snetsta_.text(network, 8).text(sta, 6).text(sta, 6).text("made", 15).real(LDDATE, 17, 5).end_row();
-  affiliation_.text(network, 8).text(sta, 6).real(LDDATE, 17, 5).end_row();
+  snetsta_.text(network, 8).text(sta, 6).text(sta, 6).text("made", 15).real(kLddate, 17, 5).end_row();
+  affiliation_.text(network, 8).text(sta, 6).real(kLddate, 17, 5).end_row();
 }
 
 // A place for each epoch or for two or three of them.
@@ -204,17 +204,18 @@ void Maker::write_places(const std::string& sta, const std::vector<Epoch>& epoch
 }
 
 void Maker::write_place(const std::string& sta, const Epoch& first, const Epoch& last) {
-  const std::string name = std::string(PLACES.at(static_cast<std::size_t>(dice_.below(PLACES.size())))) + " of " + sta;
+  const std::string name =
+      std::string(kPlaces.at(static_cast<std::size_t>(dice_.below(kPlaces.size())))) + " of " + sta;
   site_.text(sta, 6).integer(yearday(first.begin), 8).integer(last.offdate(), 8);
   site_.real(static_cast<double>(dice_.below(1800000) - 900000) / 1e4, 9, 4);
   site_.real(static_cast<double>(dice_.below(3600000) - 1800000) / 1e4, 9, 4);
   site_.real(static_cast<double>(dice_.below(40000)) / 1e4, 9, 4);
-  site_.text(name, 50).text("ss", 4).text(sta, 6).real(0.0, 9, 4).real(0.0, 9, 4).real(LDDATE, 17, 5).end_row();
+  site_.text(name, 50).text("ss", 4).text(sta, 6).real(0.0, 9, 4).real(0.0, 9, 4).real(kLddate, 17, 5).end_row();
 }
 
 void Maker::write_stream(const std::string& sta, const Stream& stream, const std::vector<Epoch>& epochs) {
   schanloc_.text(sta, 6).text(stream.chan, 8).text(stream.fchan, 8).text(stream.loc, 8).text("made", 15);
-  schanloc_.real(LDDATE, 17, 5).end_row();
+  schanloc_.real(kLddate, 17, 5).end_row();
   for (const Epoch& epoch : epochs) {
     if (written_ < shape_.channel_epochs) write_channel_epoch(sta, stream, epoch);
   }
@@ -225,14 +226,14 @@ void Maker::write_channel_epoch(const std::string& sta, const Stream& stream, co
   sitechan_.text(sta, 6).text(stream.chan, 8).integer(yearday(epoch.begin), 8).integer(chanid, 8);
   sitechan_.integer(epoch.offdate(), 8).text("n", 4).real(static_cast<double>(chanid % 100) / 1e3, 9, 4);
   sitechan_.real(stream.component.hang, 6, 1).real(stream.component.vang, 6, 1).text("-", 50);
-  sitechan_.real(LDDATE, 17, 5).end_row();
+  sitechan_.real(kLddate, 17, 5).end_row();
   sensor_.text(sta, 6).text(stream.chan, 8).real(seconds(epoch.begin), 17, 5).real(epoch.endtime(), 17, 5);
   sensor_.integer(epoch.inid, 8).integer(chanid, 8).integer(yearday(epoch.begin), 8).real(1.0, 16, 6);
-  sensor_.real(1.0, 16, 6).real(0.0, 6, 2).text("y", 1).real(LDDATE, 17, 5).end_row();
+  sensor_.real(1.0, 16, 6).real(0.0, 6, 2).text("y", 1).real(kLddate, 17, 5).end_row();
   calibration_.text(sta, 6).text(stream.chan, 8).real(seconds(epoch.begin), 17, 5).real(epoch.endtime(), 17, 5);
   calibration_.text("-", 16).text("m/s", 16).real(stream.band->sample_rate, 11, 7);
-  calibration_.real(1e9 / (epoch.gain() * DIGITIZER_GAIN), 16, 8).real(1.0, 16, 6).real(1.0, 16, 6).integer(-1, 8);
-  calibration_.real(LDDATE, 17, 5).end_row();
+  calibration_.real(1e9 / (epoch.gain() * kDigitizerGain), 16, 8).real(1.0, 16, 6).real(1.0, 16, 6).integer(-1, 8);
+  calibration_.real(kLddate, 17, 5).end_row();
   write_stages(sta, stream, epoch);
 }
 
@@ -243,13 +244,13 @@ void Maker::write_stages(const std::string& sta, const Stream& stream, const Epo
     end_stage("resp", seismometer_file(epoch.seismometer()));
   }
   if (shape_.stages > 1) {
-    begin_stage(sta, stream, epoch, 2, DIGITIZER_GAIN).text("V", 16).text("counts", 16).real(1.0, 10, 6);
+    begin_stage(sta, stream, epoch, 2, kDigitizerGain).text("V", 16).text("counts", 16).real(1.0, 10, 6);
     stage_.text("digitizer", 20).integer(-1, 8).integer(1, 8).real(input_rate(*stream.band, 0, filters()), 11, 4);
     end_stage("-", "-");
   }
   for (int filter = 0; filter < filters(); ++filter) {
     begin_stage(sta, stream, epoch, 3 + filter, 1.0).text("counts", 16).text("counts", 16).real(1.0, 10, 6);
-    stage_.text("fir", 20).integer(-1, 8).integer(DECIMATION, 8);
+    stage_.text("fir", 20).integer(-1, 8).integer(kDecimation, 8);
     stage_.real(input_rate(*stream.band, filter + 1, filters()), 11, 4);
     end_stage("resp", filter_file(*stream.band, epoch.digitizer, filter));
   }
@@ -262,7 +263,7 @@ FlatTable& Maker::begin_stage(const std::string& sta, const Stream& stream, cons
 }
 
 void Maker::end_stage(const std::string& dir, const std::string& dfile) {
-  stage_.real(-1.0, 11, 7).text(dir, 64).text(dfile, 32).real(LDDATE, 17, 5).end_row();
+  stage_.real(-1.0, 11, 7).text(dir, 64).text(dfile, 32).real(kLddate, 17, 5).end_row();
 }
 
 void check(const DatabaseShape& shape) {

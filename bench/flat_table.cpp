@@ -9,7 +9,7 @@ namespace triglub_bench {
 
 namespace {
 
-constexpr std::size_t HELD_BYTES = 1 << 20;
+constexpr std::size_t kHeldBytes = 1 << 20;
 
 [[noreturn]] void refuse(std::string_view value, std::size_t width) {
   throw std::length_error("'" + std::string(value) + "' is wider than " + std::to_string(width));
@@ -19,7 +19,7 @@ constexpr std::size_t HELD_BYTES = 1 << 20;
 
 FlatTable::FlatTable(std::string path) : path_(std::move(path)), file_(path_, std::ios::binary) {
   if (!file_) throw std::runtime_error("cannot make " + path_);
-  held_.reserve(HELD_BYTES + 1024);
+  held_.reserve(kHeldBytes + 1024);
 }
 
 FlatTable& FlatTable::text(std::string_view value, std::size_t width) {
@@ -45,7 +45,7 @@ FlatTable& FlatTable::real(double value, std::size_t width, int decimals) {
 void FlatTable::end_row() {
   held_.push_back('\n');
   row_is_empty_ = true;
-  if (held_.size() >= HELD_BYTES) flush();
+  if (held_.size() >= kHeldBytes) flush();
 }
 
 void FlatTable::close() {

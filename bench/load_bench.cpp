@@ -22,7 +22,7 @@ namespace {
 
 using triglub_bench::MadeDatabase;
 
-constexpr std::size_t LONGEST_TEXT = 1024;
+constexpr std::size_t kLongestText = 1024;
 
 const char* given_database() { return std::getenv("TRIGLUB_BENCH_DATABASE"); }
 
@@ -52,7 +52,7 @@ void touch_every_field(Dbptr table) {
   table.record = triglub_bench::records(table) - 1;
   for (table.field = 0; table.field < fields; ++table.field) {
     const char* name = nullptr;
-    alignas(double) std::array<char, LONGEST_TEXT> value{};
+    alignas(double) std::array<char, kLongestText> value{};
     dbquery(table, dbFIELD_NAME, &name);
     if (dbgetv(table, nullptr, name, value.data(), nullptr) != 0) throw std::runtime_error("a field without a value");
     benchmark::DoNotOptimize(value);

@@ -12,8 +12,8 @@ namespace triglub_bench {
 
 namespace {
 
-constexpr const char* DATA_FOLDER = TRIGLUB_SOURCE_DIR "/data";
-constexpr unsigned int CHANNEL_LEVEL = 0x20;
+constexpr const char* kDataFolder = TRIGLUB_SOURCE_DIR "/data";
+constexpr unsigned int kChannelLevel = 0x20;
 
 std::filesystem::path temporary_folder() {
   std::string folder = (std::filesystem::temp_directory_path() / "triglub_bench_XXXXXX").string();
@@ -50,7 +50,7 @@ Dbptr MadeDatabase::table(const char* name) const {
 Dbptr MadeDatabase::document_view() const {
   if (view_.table != dbINVALID) return view_;
   rbtree* everything = newarr(nullptr);
-  const Dbptr view = prepare_conversion(db_, parameters(), everything, CHANNEL_LEVEL);
+  const Dbptr view = prepare_conversion(db_, parameters(), everything, kChannelLevel);
   freearr(everything, nullptr);
   view_ = dbsort(view, pfget_tbl(parameters(), "record_order"), 0, nullptr);
   triglub::release_view(view);
@@ -60,7 +60,7 @@ Dbptr MadeDatabase::document_view() const {
 Pf* parameters() {
   static Pf* const pf = [] {
     // The document's root asks for a second parameter file by its name alone.
-    setenv("TRIGLUB_PFPATH", DATA_FOLDER, 1);
+    setenv("TRIGLUB_PFPATH", kDataFolder, 1);
     Pf* read = nullptr;
     if (pfread("stationxml", &read) != 0) throw std::runtime_error("stationxml.pf cannot be read");
     return read;

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr int WRONG_USAGE = 2;
-constexpr const char* USAGE =
+constexpr int kWrongUsage = 2;
+constexpr const char* kUsage =
     "usage: make_database PREFIX CHANNEL_EPOCHS [NETWORKS [STAGES [SEED]]]\n"
     "  NETWORKS  take turns in the order of station codes (default 200); 1 makes one huge network\n"
     "  STAGES    of a response: a seismometer, a digitizer and FIR filters (default 3)\n";
@@ -30,8 +30,8 @@ int main(int argc, char** argv) {
   if (argc < 3 || argc > 6 || !read_argument(argc, argv, 2, &shape.channel_epochs) ||
       !read_argument(argc, argv, 3, &shape.networks) || !read_argument(argc, argv, 4, &shape.stages) ||
       !read_argument(argc, argv, 5, &shape.seed)) {
-    std::fputs(USAGE, stderr);
-    return WRONG_USAGE;
+    std::fputs(kUsage, stderr);
+    return kWrongUsage;
   }
   try {
     triglub_bench::make_database(argv[1], shape);

@@ -16,13 +16,13 @@
 
 namespace {
 
-constexpr unsigned int SEED = 11;
+constexpr unsigned int kSeed = 11;
 
 void number_sizes(benchmark::internal::Benchmark* bench) { bench->Arg(1000)->Arg(10000); }
 
 // Between low and high, with as many decimals as a table has.
 std::vector<double> numbers(benchmark::State& state, double low, double high, double decimals) {
-  std::mt19937_64 random(SEED);
+  std::mt19937_64 random(kSeed);
   std::vector<double> numbers(static_cast<std::size_t>(state.range(0)));
   for (double& number : numbers) {
     const double share = static_cast<double>(random() >> 11U) / 9007199254740992.0;
@@ -108,35 +108,35 @@ BENCHMARK(rival_time_by_strftime)->Apply(number_sizes);
 
 // --- the coefficients of a filter ------------------------------------------------------------------------------------
 
-constexpr const char* INDENTATION = "          ";
-constexpr const char* FRAME_TOP =
+constexpr const char* kIndentation = "          ";
+constexpr const char* kFrameTop =
     "          <Coefficients>\n"
     "           <InputUnits><Name>counts</Name></InputUnits>\n"
     "           <OutputUnits><Name>counts</Name></OutputUnits>\n"
     "           <CfTransferFunctionType>DIGITAL<!-- not implemented --></CfTransferFunctionType>\n";
-constexpr const char* FRAME_BOTTOM = "          </Coefficients>\n";
+constexpr const char* kFrameBottom = "          </Coefficients>\n";
 
 std::string filter_by_stream(const std::vector<double>& coefficients) {
   std::ostringstream text;
-  text << FRAME_TOP;
+  text << kFrameTop;
   for (const double coefficient : coefficients) {
-    text << INDENTATION << " <Numerator minusError=\"" << 0.0 << "\" plusError=\"" << 0.0 << "\">" << coefficient
+    text << kIndentation << " <Numerator minusError=\"" << 0.0 << "\" plusError=\"" << 0.0 << "\">" << coefficient
          << "</Numerator>\n";
   }
-  text << FRAME_BOTTOM;
+  text << kFrameBottom;
   return text.str();
 }
 
 std::string filter_by_snprintf(const std::vector<double>& coefficients) {
-  std::string text = FRAME_TOP;
+  std::string text = kFrameTop;
   for (const double coefficient : coefficients) {
     std::array<char, 128> line{};
     const int length =
         std::snprintf(line.data(), line.size(), "%s <Numerator minusError=\"%g\" plusError=\"%g\">%g</Numerator>\n",
-                      INDENTATION, 0.0, 0.0, coefficient);
+                      kIndentation, 0.0, 0.0, coefficient);
     text.append(line.data(), static_cast<std::size_t>(length));
   }
-  return text + FRAME_BOTTOM;
+  return text + kFrameBottom;
 }
 
 std::string filter_by_library(const std::vector<double>& coefficients) {

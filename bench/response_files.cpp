@@ -16,8 +16,8 @@ namespace triglub_bench {
 
 namespace {
 
-constexpr int MIN_COEFFICIENTS = 60;
-constexpr int MORE_COEFFICIENTS = 20;
+constexpr int kMinCoefficients = 60;
+constexpr int kMoreCoefficients = 20;
 
 std::string formatted(const char* format, double value) {
   std::array<char, 32> text{};
@@ -33,14 +33,14 @@ void write_file(const std::string& path, const std::string& text) {
 }
 
 int coefficient_count(int model, int stage) {
-  return MIN_COEFFICIENTS + MORE_COEFFICIENTS * ((model + 3 * stage) % MODELS);
+  return kMinCoefficients + kMoreCoefficients * ((model + 3 * stage) % kModels);
 }
 
 std::vector<double> low_pass(int count) {
   const double middle = (count - 1) / 2.0;
   std::vector<double> taps;
   for (int i = 0; i < count; ++i) {
-    const double x = std::numbers::pi * (i - middle) / DECIMATION;
+    const double x = std::numbers::pi * (i - middle) / kDecimation;
     const double window = 0.54 - 0.46 * std::cos(2.0 * std::numbers::pi * i / (count - 1));
     taps.push_back(window * (x == 0.0 ? 1.0 : std::sin(x) / x));
   }
@@ -74,14 +74,14 @@ std::string filter_file(const Band& band, int model, int stage) {
 }
 
 double input_rate(const Band& band, int stage, int length) {
-  return band.sample_rate * std::pow(DECIMATION, length - stage);
+  return band.sample_rate * std::pow(kDecimation, length - stage);
 }
 
 void write_response_files(const std::string& folder, int length) {
   std::filesystem::create_directories(folder);
-  for (int model = 0; model < MODELS; ++model) {
+  for (int model = 0; model < kModels; ++model) {
     write_file(folder + "/" + seismometer_file(model), seismometer_text(model));
-    for (const Band& band : BANDS) {
+    for (const Band& band : kBands) {
       for (int stage = 0; stage < length; ++stage) {
         write_file(folder + "/" + filter_file(band, model, stage),
                    filter_text(input_rate(band, stage, length), coefficient_count(model, stage), model % 2 == 1));

@@ -6,15 +6,15 @@
 
 namespace triglub_bench {
 
-inline constexpr int MODELS = 8;  // of seismometers, and of digitizers
-inline constexpr int DECIMATION = 2;
+inline constexpr int kModels = 8;  // of seismometers, and of digitizers
+inline constexpr int kDecimation = 2;
 
 // The kinds of streams that a digitizer gives, by the first two letters of the channel code.
 struct Band {
   const char* letters;
   double sample_rate;  // samples per second
 };
-inline constexpr Band BANDS[] = {{"BH", 40.0}, {"HH", 100.0}, {"LH", 1.0}};
+inline constexpr Band kBands[] = {{"BH", 40.0}, {"HH", 100.0}, {"LH", 1.0}};
 
 // Names of files within the folder of responses; stages of a chain count from 0.
 std::string seismometer_file(int model);

@@ -14,17 +14,17 @@ namespace {
 
 using Flags = std::vector<bool>;
 
-constexpr unsigned long STATION = 27;
+constexpr unsigned long kStation = 27;
 
 void index_sizes(benchmark::internal::Benchmark* bench) { bench->Arg(10000)->Arg(100000); }
 
 unsigned long size_of(benchmark::State& state) { return static_cast<unsigned long>(state.range(0)); }
 
-SmartIndex station_of(unsigned long size) { return SmartIndex::of_range(size, size / 2, size / 2 + STATION); }
+SmartIndex station_of(unsigned long size) { return SmartIndex::of_range(size, size / 2, size / 2 + kStation); }
 
 Flags station_flags_of(unsigned long size) {
   Flags flags(size, false);
-  for (unsigned long i = size / 2; i < size / 2 + STATION; ++i) flags[i] = true;
+  for (unsigned long i = size / 2; i < size / 2 + kStation; ++i) flags[i] = true;
   return flags;
 }
 
@@ -87,8 +87,8 @@ void take_every_station(benchmark::State& state) {
   const unsigned long size = size_of(state);
   for ([[maybe_unused]] const auto& round : state) {
     SmartIndex remaining(size, true);
-    for (unsigned long first = 0; first < size; first += STATION) {
-      SmartIndex current = SmartIndex::of_range(size, first, first + STATION);
+    for (unsigned long first = 0; first < size; first += kStation) {
+      SmartIndex current = SmartIndex::of_range(size, first, first + kStation);
       current.limit_to(remaining);
       remaining.remove(current);
     }

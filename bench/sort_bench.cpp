@@ -17,7 +17,7 @@ namespace {
 using triglub_bench::MadeDatabase;
 using triglub_bench::records;
 
-constexpr unsigned int SEED = 7;
+constexpr unsigned int kSeed = 7;
 
 void sort_sizes(benchmark::internal::Benchmark* bench) {
   bench->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
@@ -27,7 +27,7 @@ void sort_sizes(benchmark::internal::Benchmark* bench) {
 Dbptr shuffled(Dbptr table) {
   std::vector<std::uint32_t> order(static_cast<std::size_t>(records(table)));
   std::iota(order.begin(), order.end(), 0u);
-  std::mt19937_64 random(SEED);
+  std::mt19937_64 random(kSeed);
   for (std::size_t i = order.size(); i > 1; --i) std::swap(order[i - 1], order[random() % i]);
   return triglub::view_of_records(table, order, nullptr);
 }

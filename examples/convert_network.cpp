@@ -26,9 +26,9 @@ int main(int argc, char** argv) {
   rbtree* subset = newarr(nullptr);
   setarr(subset, "snetsta.snet", pattern.c_str());
 
-  constexpr unsigned int RESPONSE_LEVEL = 0x40;
+  constexpr unsigned int kResponseLevel = 0x40;
   std::cout << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-  db2stationxml(db, pf, subset, std::cout, RESPONSE_LEVEL);
+  db2stationxml(db, pf, subset, std::cout, kResponseLevel);
 
   freearr(subset, nullptr);
   pffree(pf);

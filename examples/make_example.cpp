@@ -28,12 +28,12 @@ namespace {
 using Complex = std::complex<double>;
 using std::numbers::pi;
 
-constexpr double LOAD_DATE = 1704067200;      // 2024-01-01, on every row
-constexpr double STANDARD_GRAVITY = 9.80665;  // m/s**2
-constexpr double NO_END = 9999999999.999;     // the null of an end time
-constexpr double NOT_STATED = -1;             // the null of most real fields
-constexpr const char* NONE = "-";             // the null of text fields
-constexpr double NANO_UNITS_PER_UNIT = 1e9;   // calib is in 1e-9 units per count
+constexpr double kLoadDate = 1704067200;      // 2024-01-01, on every row
+constexpr double kStandardGravity = 9.80665;  // m/s**2
+constexpr double kNoEnd = 9999999999.999;     // the null of an end time
+constexpr double kNotStated = -1;             // the null of most real fields
+constexpr const char* kNone = "-";            // the null of text fields
+constexpr double kNanoUnitsPerUnit = 1e9;     // calib is in 1e-9 units per count
 
 // ---------------------------------------------------------------- text
 
@@ -66,7 +66,7 @@ using Files = std::map<std::string, std::string>;
   // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): started above; the analyzer loses sight of that
   const int length = std::vsnprintf(line, sizeof line, format, fields);
   va_end(fields);
-  const std::string row = line + number(" %17.5f\n", LOAD_DATE);
+  const std::string row = line + number(" %17.5f\n", kLoadDate);
   if (length < 0 || row.size() != width + 1) throw std::length_error("a field is too wide: " + row);
   files[std::string("observatory.") + table] += row;
 }
@@ -87,12 +87,12 @@ struct Instant {
 };
 
 double epoch_seconds(Instant instant) {
-  if (instant.day < 0) return NO_END;
+  if (instant.day < 0) return kNoEnd;
   const long year = instant.day / 1000;
   const long before = year - 1;
   const long days_before_year = before * 365 + before / 4 - before / 100 + before / 400;
-  constexpr long DAYS_BEFORE_1970 = 719162;
-  const long days = days_before_year - DAYS_BEFORE_1970 + instant.day % 1000 - 1;
+  constexpr long kDaysBefore1970 = 719162;
+  const long days = days_before_year - kDaysBefore1970 + instant.day % 1000 - 1;
   return static_cast<double>(days * 86400) + instant.second;
 }
 
@@ -151,13 +151,13 @@ std::vector<Sensor> make_sensors() {
        1,
        with_conjugates({-371.2}, {{-0.03691, 0.03702}, {-373.9, 475.5}, {-588.4, 1508}}),
        {0, 0, -434.1}},
-      {"episensor", "ES-T", "m/s**2", "A", 10 / STANDARD_GRAVITY, 1,
+      {"episensor", "ES-T", "m/s**2", "A", 10 / kStandardGravity, 1,
        with_conjugates({}, {{-981, 1009}, {-3290, 1263}})},
       pendulum({"l4c", "L-4C", "m/s", "V", l4c_gain, 0, {}, {}, 0.05}, 1.0, 0.707),
       pendulum({"sm6", "SM-6", "m/s", "V", 28.8, 0}, 4.5, 0.56),
       pendulum({"s13", "S-13", "m/s", "V", 629, 0, {}, {}, 0, true}, 1.0, 0.7),
-      {"hti96", "HTI-96", "Pa", NONE, hydrophone_gain, 0, {-2 * pi * 2}, {0}},
-      {"setra270", "270", "Pa", NONE, 5 / 30000.0, 0},  // 5 V for 300 hPa
+      {"hti96", "HTI-96", "Pa", kNone, hydrophone_gain, 0, {-2 * pi * 2}, {0}},
+      {"setra270", "270", "Pa", kNone, 5 / 30000.0, 0},  // 5 V for 300 hPa
   };
 }
 
@@ -240,9 +240,9 @@ std::vector<double> to_unit_sum(std::vector<double> values) {
 
 // A linear-phase low pass: sinc under a Kaiser window, 80 dB down from `stop_edge` (cycles per sample) on.
 std::vector<double> low_pass(int length, double stop_edge) {
-  constexpr double ATTENUATION_DB = 80;
-  const double beta = 0.1102 * (ATTENUATION_DB - 8.7);
-  const double transition = (ATTENUATION_DB - 7.95) / (14.36 * (length - 1));
+  constexpr double kAttenuationDb = 80;
+  const double beta = 0.1102 * (kAttenuationDb - 8.7);
+  const double transition = (kAttenuationDb - 7.95) / (14.36 * (length - 1));
   const double cutoff = stop_edge - transition / 2;
   const double middle = (length - 1) / 2.0;
   std::vector<double> values(static_cast<std::size_t>(length));
@@ -277,12 +277,12 @@ std::vector<double> with_zeros(const std::vector<double>& values, double radius,
 // those near it make the stop band, the double ones further in keep the pass band level. They are taken in an order
 // that keeps every partial product small; one kind after the other would cost half the digits.
 std::vector<double> minimum_phase() {
-  constexpr int STOP_PAIRS = 18;
-  constexpr int STRIDE = 5;  // has no factor in common with 18, so every pair is met once
+  constexpr int kStopPairs = 18;
+  constexpr int kStride = 5;  // has no factor in common with 18, so every pair is met once
   std::vector<double> values = {1};
-  for (int i = 0; i < STOP_PAIRS; ++i) {
-    const int k = i * STRIDE % STOP_PAIRS;
-    values = with_zeros(values, 0.99, pi * (0.5 + 0.5 * (k + 0.5) / STOP_PAIRS));
+  for (int i = 0; i < kStopPairs; ++i) {
+    const int k = i * kStride % kStopPairs;
+    values = with_zeros(values, 0.99, pi * (0.5 + 0.5 * (k + 0.5) / kStopPairs));
     if (i % 4 != 3) continue;
     const double inner = pi * 0.35 * (i - 1) / 16;  // four of them: i is 3, 7, 11, 15
     values = with_zeros(with_zeros(values, 0.78, inner), 0.78, inner);
@@ -306,7 +306,7 @@ struct Digitizer {
   double rate = 0;           // at the converter
   bool states_units = true;  // false: its filters' input units are left to the stage before
   std::vector<Fir> filters = {};
-  std::string preamplifier_file = NONE;
+  std::string preamplifier_file = kNone;
 };
 
 // A filter whose output is not yet the final rate has only the final band to protect: its stop band may begin at
@@ -378,7 +378,7 @@ struct Stage {
   std::string iunits, ounits, gtype;
   int decimation = -1;  // -1: not digital
   double rate = -1;     // of the output, samples per second
-  std::string dir = NONE, dfile = NONE;
+  std::string dir = kNone, dfile = kNone;
 };
 
 const std::vector<Setup>& setups() {
@@ -434,13 +434,13 @@ std::vector<Stage> stages(const Setup& setup) {
   const char* type = device.as_table ? "fap2" : "paz";
   std::vector<Stage> chain = {
       {sensor_gain(setup), device.units, "V", type, -1, -1, "resp/sensors", sensor_file(setup)}};
-  if (setup.preamplifier > 0 && recorder.preamplifier_file == NONE) {
-    chain.push_back({setup.preamplifier, NONE, NONE, "gain"});
+  if (setup.preamplifier > 0 && recorder.preamplifier_file == kNone) {
+    chain.push_back({setup.preamplifier, kNone, kNone, "gain"});
   } else if (setup.preamplifier > 0) {
     chain.push_back({setup.preamplifier, "V", "V", "paz", -1, -1, "resp/recorders", recorder.preamplifier_file});
   }
   chain.push_back({recorder.counts_per_volt, "V", "counts", "digitizer", 1, recorder.rate});
-  const std::string iunits = recorder.states_units ? "counts" : NONE;
+  const std::string iunits = recorder.states_units ? "counts" : kNone;
   for (const Fir& fir : recorder.filters) {
     const double rate = fir.rate / fir.decimation;
     chain.push_back({1, iunits, "counts", "fir", fir.decimation, rate, "resp/recorders", fir.name});
@@ -449,11 +449,11 @@ std::vector<Stage> stages(const Setup& setup) {
 }
 
 struct Calibration {
-  std::string units = NONE;
+  std::string units = kNone;
   double rate = 0;
   double calib = 0;  // null
-  double period = NOT_STATED;
-  double hz = NOT_STATED;
+  double period = kNotStated;
+  double hz = kNotStated;
   double ncalib = 1;  // null
 };
 
@@ -462,7 +462,7 @@ Calibration calibration(const Setup& setup) {
   if (chain.empty()) return {};
   double counts_per_unit = 1;
   for (const Stage& stage : chain) counts_per_unit *= stage.gain;
-  const double calib = NANO_UNITS_PER_UNIT / counts_per_unit;
+  const double calib = kNanoUnitsPerUnit / counts_per_unit;
   return {chain.front().iunits, chain.back().rate, calib, 1 / setup.hz, setup.hz, calib};
 }
 
@@ -471,8 +471,8 @@ Calibration calibration(const Setup& setup) {
 struct Site {
   long on = -1, off = -1;
   double lat = 0, lon = 0, elev = 0;  // degrees, degrees, kilometres
-  std::string name = NONE;
-  std::string reference = NONE;
+  std::string name = kNone;
+  std::string reference = kNone;
   double north = 0, east = 0;  // kilometres from the reference station
 };
 
@@ -481,8 +481,8 @@ struct Channel {
   std::string setup;
   Instant on, off;
   double depth = 0;                               // kilometres
-  double azimuth = NOT_STATED, dip = NOT_STATED;  // degrees; dip from vertical up
-  std::string description = NONE;
+  double azimuth = kNotStated, dip = kNotStated;  // degrees; dip from vertical up
+  std::string description = kNone;
 };
 
 struct Station {
@@ -496,7 +496,7 @@ struct Mount {
   std::string location, suffix;  // location code; what the database adds to the channel code to name the channel
   double depth = 0;
   double north = 0;  // azimuth of the first horizontal component
-  std::string description = NONE;
+  std::string description = kNone;
 };
 
 // A channel without a direction.
@@ -544,7 +544,7 @@ const std::map<std::string, std::string>& networks() {
 // In the order of their names, in which the networks take turns.
 std::vector<Station> stations() {
   const Mount plain = {"", "", 0.0};
-  const Mount dashed = {NONE, "", 0.0};  // "no location code" as another hand writes it
+  const Mount dashed = {kNone, "", 0.0};  // "no location code" as another hand writes it
   const Mount vault = {"00", "_00", 0.0, 0.0, "in the vault"};
   const Mount cave = {"00", "_00", 0.0850, 0.0, "on bare salt"};
   // Whoever set this one up read a full circle where others write 0.
@@ -582,7 +582,7 @@ std::vector<Station> stations() {
       station("HOLM", "9K", "HOLM", {{2016001, 2021001, 55.6010, 12.6512, 0.0060, "Holm school, cellar", "HOLM"}},
               {components(dashed, "EH", "Z", "sm6-32", {2016001}, {2017100}),
                components(dashed, "EH", "Z", "sm6-64", {2017100}, {2018200}),
-               components({NONE, "", 0.0, 0.0, "recorder on loan"}, "EH", "Z", "sm6-128", {2018200}, {2019300}),
+               components({kNone, "", 0.0, 0.0, "recorder on loan"}, "EH", "Z", "sm6-128", {2018200}, {2019300}),
                components(dashed, "EH", "Z", "sm6-64", {2019300}, {2021001})}),
       // This name is in Latin-1, as it was typed in 2003.
       station("ISLA", "XC", "ISLA",
@@ -602,8 +602,8 @@ std::vector<Station> stations() {
                           {2014040})}),
       station("LOFT", "XC", "LOFT", {{2020060, -1, 45.1000, 11.3000, 0.0450, "Loft & cellar, test bench", "LOFT"}},
               {components({"00", "_00", 0.0, 0.0, "on the granite table"}, "BH", "ZNE", "tc-bh", {2020060}),
-               scalar({NONE, "", 0.0, 0.0, "what the recorder says of itself"}, "LOG", "log", {2020060}),
-               scalar({NONE, "", 0.0, 0.0, "clock quality"}, "ACE", "log", {2020060})}),
+               scalar({kNone, "", 0.0, 0.0, "what the recorder says of itself"}, "LOG", "log", {2020060}),
+               scalar({kNone, "", 0.0, 0.0, "clock quality"}, "ACE", "log", {2020060})}),
       station("NESS", "XA", "NESS", {{1964032, -1, 57.3200, -4.4400, 0.0530, "Ness old observatory", "NESS"}},
               {components({"", "", 0.0, 0.0, "seismograph of 1964"}, "SH", "Z", "s13-tape", {1964032}, {1979001}),
                components(plain, "EH", "Z", "l4c-old", {1979001}, {1996153}),
@@ -625,14 +625,14 @@ void write_channel(Files& files, const Station& station, const Channel& channel,
   add_row(files, "sensor", 139, "%-6s %-8s %17.5f %17.5f %8ld %8ld %8ld %16.6f %16.6f %6.2f %-1s", sta, chan, time,
           endtime, instrument_id(setup), chanid, channel.on.day, 1.0, figures.period, 0.0, "y");
   add_row(files, "calibration", 175, "%-6s %-8s %17.5f %17.5f %-16s %-16s %11s %16.8g %16.6f %16.6f %8d", sta, chan,
-          time, endtime, NONE, figures.units.c_str(), rate_text(figures.rate).c_str(), figures.calib, figures.period,
+          time, endtime, kNone, figures.units.c_str(), rate_text(figures.rate).c_str(), figures.calib, figures.period,
           figures.hz, -1);
   int stageid = 0;
   for (const Stage& stage : stages(setup)) {
     const bool digital = stage.decimation > 0;
     add_row(files, "stage", 318,
             "%-6s %-8s %17.5f %17.5f %8d %-16s %16.8g %-16s %-16s %10.6f %-20s %8d %8d %11s %11s %-64s %-32s", sta,
-            chan, time, endtime, ++stageid, NONE, stage.gain, stage.iunits.c_str(), stage.ounits.c_str(), 1.0,
+            chan, time, endtime, ++stageid, kNone, stage.gain, stage.iunits.c_str(), stage.ounits.c_str(), 1.0,
             stage.gtype.c_str(), digital ? 0 : -1, stage.decimation, rate_text(stage.rate).c_str(),
             rate_text(digital ? 0 : -1).c_str(), stage.dir.c_str(), stage.dfile.c_str());
   }
@@ -657,7 +657,7 @@ void write_station(Files& files, const Station& station, long& chanid) {
 void write_networks(Files& files, const std::vector<Station>& stations) {
   for (const auto& [code, name] : networks()) {
     const char* net = code.c_str();
-    add_row(files, "network", 137, "%-8s %-80s %-4s %-15s %8d", net, name.c_str(), NONE, "operator", -1);
+    add_row(files, "network", 137, "%-8s %-80s %-4s %-15s %8d", net, name.c_str(), kNone, "operator", -1);
     for (const Station& station : stations) {
       if (station.network != code) continue;
       const char* sta = station.sta.c_str();
@@ -668,7 +668,7 @@ void write_networks(Files& files, const std::vector<Station>& stations) {
 }
 
 const char* band(double rate) {
-  if (rate == 0) return NONE;
+  if (rate == 0) return kNone;
   if (rate < 10) return "l";
   return rate < 80 ? "b" : "h";
 }
@@ -676,11 +676,11 @@ const char* band(double rate) {
 void write_instruments(Files& files) {
   for (const Setup& setup : setups()) {
     if (setup.insname.empty()) continue;
-    const Sensor device = setup.sensor.empty() ? Sensor{"", NONE, NONE, NONE} : sensor(setup.sensor);
+    const Sensor device = setup.sensor.empty() ? Sensor{"", kNone, kNone, kNone} : sensor(setup.sensor);
     const Calibration figures = calibration(setup);
     add_row(files, "instrument", 239, "%8ld %-50s %-6s %-1s %-1s %11s %16.6f %16.6f %-64s %-32s %-6s",
             instrument_id(setup), setup.insname.c_str(), device.instype.c_str(), band(figures.rate), "d",
-            rate_text(figures.rate).c_str(), figures.ncalib, figures.period, NONE, NONE, device.rsptype.c_str());
+            rate_text(figures.rate).c_str(), figures.ncalib, figures.period, kNone, kNone, device.rsptype.c_str());
   }
 }
 

@@ -11,13 +11,15 @@
 // The document is what the parameter file describes (elements.h); the library writes no XML declaration.
 //
 // Failures: a fault of the data or the parameter file that makes the document impossible ends the process through
-// elog_die (exit status 1). A master view that cannot be built, and a recursive element tree at verbosity 1 to 3, leave
-// as exceptions (dbquery_error, std::runtime_error). A response stage that cannot be written is complained about and
-// left out. What was written before a failure stays in the stream.
+// elog_die (exit status 1). These leave as exceptions: a master view that cannot be built (dbquery_error), a recursive
+// element tree at verbosity 1 to 3 (std::runtime_error), a category or angle that is no number (std::invalid_argument,
+// std::out_of_range), an attribute line of type GROUP and the keyword force_lookup (std::logic_error). A response stage
+// that cannot be written is complained about and left out. What was written before a failure stays in the stream.
 //
-// One conversion at a time runs in a process. verbosity, the detail level, the parameter file of the latest call, the
-// response cache (built by the first call at the response level), the unit chain of the stages and the null values seen
-// live as long as the process.
+// The functions here work on the one conversion of the process: verbosity, the detail level, the parameter file of the
+// latest call, the response cache (built by the first call at the response level), the unit chain of the stages and the
+// null values seen live as long as the process, and one thread at a time may call. A program that converts in several
+// threads, or must outlive a failure, holds conversions of its own: conversion.h.
 #ifndef TRIGLUB_DB2STATIONXML_H
 #define TRIGLUB_DB2STATIONXML_H
 
@@ -43,8 +45,8 @@ TRIGLUB_API extern unsigned int xml_depth;
 //   pf      the parameter file; must not be null (fatal)
 //   subset  field names or expressions over sitechan, snetsta and schanloc, mapped to regular expressions between
 //           slashes; required, empty for everything
-//   flags   bits 0-1 verbosity; bits 3-6 the detail: 0x08 networks, 0x10 down to stations, 0x20 down to channels,
-//           0x40 down to response stages; any other value writes the whole tree but prepares no responses
+//   flags   bits 0-1 verbosity; bits 3-6 the detail (DetailLevel): 0x08 networks, 0x10 down to stations, 0x20 down to
+//           channels, 0x40 down to response stages; any other value writes the whole tree but prepares no responses
 TRIGLUB_API int db2stationxml(Dbptr db, Pf* pf, rbtree* subset, std::ostream& out, unsigned int flags);
 
 // All that db2stationxml does before it writes: sets the process-wide state from the flags and the parameter file,
@@ -71,6 +73,9 @@ using GroupLineWriter = triglub::GroupLineHandler;
 TRIGLUB_API void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index,
                                  const GroupLineWriter& write_group_line);
 
+// The split by category, one search at a time. For callers: documents are written by forms that look at all categories
+// at once and give the same.
+
 // The distinct values of a categorized or count line over the selected records, in byte order, or in numeric order for
 // CATEGORIZED_BY_NUMBER (throws std::invalid_argument or std::out_of_range for what is no int). Fatal for other lines
 // and unknown fields.
@@ -83,7 +88,8 @@ TRIGLUB_API bool sort_strings_as_numeric(std::string const& a, std::string const
 // after its first record, the last match at or before its last one. Fatal when the condition does not compile.
 TRIGLUB_API SmartIndex pseudo_subset(Dbptr db, std::string expression, SmartIndex index);
 
-// 0x08 "Station", 0x10 "Channel", 0x20 "Stage": the tag at which the document is cut; any other value: not cut.
+// The tag at which the document is cut, the first that is left out: "Station" for DetailLevel::network (0x08),
+// "Channel" for station (0x10), "Stage" for channel (0x20); any other value: not cut.
 TRIGLUB_API void set_detail_level(unsigned int level);
 // True when the group is the one at which the document is cut.
 TRIGLUB_API bool max_detail_level_reached(ElementGroup group);

@@ -1,5 +1,8 @@
 // Database access for the writers: checked queries, evaluation of expressions and typed values, conversions of the
 // platform's containers to strings.
+//
+// The forms that take a field name or an expression as text look it up or compile it at each call. They are for
+// callers: documents are written by values that are bound to their view once and give the same.
 #ifndef TRIGLUB_DBHELPER_H
 #define TRIGLUB_DBHELPER_H
 

@@ -7,6 +7,9 @@
 //
 // with words separated by blanks: the XML name (for groups the name of another definition), a flag ("x" ignored, "r"
 // required, anything else neither), a type keyword, and the rest of the line as text, field name or expression.
+//
+// Descriptions and groups evaluate themselves line by line, record by record. That form is for callers: documents are
+// written by plans that are made once for a group and give the same.
 #ifndef TRIGLUB_ELEMENTS_H
 #define TRIGLUB_ELEMENTS_H
 

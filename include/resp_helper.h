@@ -74,6 +74,8 @@ class TRIGLUB_API ResponseCache {
 //     XmlResponse writer(record, "stage");
 //     out << writer.stage2xml(-1) << writer.stagegain_as_xml();
 //
+// For callers: documents are written by the same rows without a copy of their texts.
+//
 // The units chain across writers: a null input unit is the output unit of the writer made before. That chain, and the
 // buffers that units and gain type are read into, are shared by the whole process and never reset by the library.
 class TRIGLUB_API XmlResponse {

@@ -1,18 +1,19 @@
 // The master view keeps a channel epoch only where it finds its station codes, channel codes, network, site, sensor and
 // calibration. The epochs that are not in it are joined once more, with outer joins, to see which of these is missing.
+#include "tool/check_channels.h"
+
 #include <algorithm>
 #include <array>
 
 #include "dbhelper.h"
 #include "station_views.h"
-#include "tool/findings.h"
 
 namespace triglub::tool {
 
 namespace {
 
 // In the order in which the master view joins them.
-constexpr std::array<const char*, 6> NEEDED = {"snetsta", "schanloc", "network", "site", "sensor", "calibration"};
+constexpr std::array<const char*, 6> kNeeded = {"snetsta", "schanloc", "network", "site", "sensor", "calibration"};
 
 Dbptr table_of(Dbptr db, const char* table) { return dblookup(db, nullptr, table, nullptr, nullptr); }
 
@@ -38,10 +39,10 @@ Dbptr join_what_there_is(const Request& request, Dbptr rows) {
 }
 
 std::string reason_for(std::size_t missing, Dbptr db) {
-  if (missing == NEEDED.size())
+  if (missing == kNeeded.size())
     return "channel epochs left out: the same sta, chan and ondate as another row of sitechan";
-  const std::string table = NEEDED[missing];
-  const std::string no_file = table_path(db, NEEDED[missing]).empty() ? " (the table has no file)" : "";
+  const std::string table = kNeeded[missing];
+  const std::string no_file = table_path(db, kNeeded[missing]).empty() ? " (the table has no file)" : "";
   return "channel epochs left out: no row of " + table + no_file;
 }
 
@@ -50,11 +51,11 @@ std::string name_of(Dbptr record) {
          db_fieldlookup(record, "sitechan.ondate");
 }
 
-// For each record the number in NEEDED of the first table that has no row for it.
+// For each record the number in kNeeded of the first table that has no row for it.
 std::vector<std::size_t> first_missing(Dbptr joined) {
-  std::vector<std::size_t> missing(static_cast<std::size_t>(db_nrecs(joined)), NEEDED.size());
-  for (std::size_t t = NEEDED.size(); t-- > 0;) {
-    const std::vector<std::uint32_t> rows = base_rows(joined, NEEDED[t]);
+  std::vector<std::size_t> missing(static_cast<std::size_t>(db_nrecs(joined)), kNeeded.size());
+  for (std::size_t t = kNeeded.size(); t-- > 0;) {
+    const std::vector<std::uint32_t> rows = base_rows(joined, kNeeded[t]);
     for (std::size_t r = 0; r < rows.size(); ++r) {
       if (rows[r] == NO_BASE_ROW) missing[r] = t;
     }

@@ -1,16 +1,18 @@
+// Dates are judged by their distinct texts, then told row by row in the order of the view.
+#include "tool/check_dates.h"
+
 #include <charconv>
 #include <unordered_set>
 
 #include "dbhelper.h"
 #include "platform/sources.h"
 #include "platform/timeconv.h"
-#include "tool/findings.h"
 
 namespace triglub::tool {
 
 namespace {
 
-constexpr const char* DATES[] = {"ondate", "offdate"};
+constexpr const char* kDates[] = {"ondate", "offdate"};
 
 bool is_date(std::string_view text) {
   std::int64_t yyyyddd = 0;
@@ -38,13 +40,13 @@ void tell(Dbptr row, const char* table, const char* field, Findings* findings) {
 
 void check_table(Dbptr everything, const char* table, Findings* findings) {
   Dbptr base = dblookup(everything, nullptr, table, nullptr, nullptr);
-  std::unordered_set<std::uint32_t> faulty[] = {rows_without_date(base, DATES[0]), rows_without_date(base, DATES[1])};
+  std::unordered_set<std::uint32_t> faulty[] = {rows_without_date(base, kDates[0]), rows_without_date(base, kDates[1])};
   if (faulty[0].empty() && faulty[1].empty()) return;
   // Only what is selected counts, in the order in which it would be written.
   for (const std::uint32_t row : base_rows(everything, table)) {
     base.record = row;
     for (int i = 0; i < 2; ++i) {
-      if (faulty[i].erase(row) > 0) tell(base, table, DATES[i], findings);
+      if (faulty[i].erase(row) > 0) tell(base, table, kDates[i], findings);
     }
   }
 }

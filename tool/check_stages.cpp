@@ -1,3 +1,6 @@
+// Each response file is read once, however many stages name it.
+#include "tool/check_stages.h"
+
 #include <algorithm>
 #include <map>
 
@@ -5,7 +8,6 @@
 #include "platform/response.h"
 #include "platform/sources.h"
 #include "resp_helper.h"
-#include "tool/findings.h"
 
 namespace triglub::tool {
 

@@ -1,3 +1,4 @@
+// The groups are walked as the conversion walks them, each once; places are lines of the parameter file.
 #include "tool/check_tree.h"
 
 #include <algorithm>

@@ -1,9 +1,13 @@
+// Everything that can fail for the tables is looked at before the first byte is written.
 #include "tool/convert.h"
 
 #include <cstdlib>
 
 #include "dbhelper.h"
 #include "platform/elog.h"
+#include "tool/check_channels.h"
+#include "tool/check_dates.h"
+#include "tool/check_stages.h"
 #include "tool/check_tree.h"
 #include "tool/findings.h"
 #include "tool/messages.h"
@@ -14,7 +18,7 @@ namespace triglub::tool {
 
 namespace {
 
-constexpr const char* DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
 Pf* read_parameters(const std::string& name) {
   Pf* pf = nullptr;
@@ -48,7 +52,7 @@ Findings look_for_gaps(const Request& request, DetailLevel level, Dbptr everythi
 
 int write(const ConvertOptions& options, const Request& request, Dbptr everything, const Findings& findings) {
   const auto output = Output::open(options.output);
-  output->stream() << DECLARATION;
+  output->stream() << kDeclaration;
   write_document(*output, request, everything, options.jobs);
   output->finish();
   if (!accept(findings, options.strict)) return EXIT_FAILURE;

@@ -1,3 +1,4 @@
+// What is left out is counted by reason and told in one line each; the first few are named.
 #include "tool/findings.h"
 
 #include "platform/elog.h"
@@ -6,14 +7,14 @@ namespace triglub::tool {
 
 namespace {
 
-constexpr std::size_t NAMES_TOLD = 5;
+constexpr std::size_t kNamesTold = 5;
 
 }  // namespace
 
 void Findings::left_out(const std::string& reason, const std::string& name) {
   Names& names = reasons_[reason];
   ++names.count;
-  if (names.first.size() < NAMES_TOLD) names.first.push_back(name);
+  if (names.first.size() < kNamesTold) names.first.push_back(name);
 }
 
 void Findings::fault(const std::string& text) {

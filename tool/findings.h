@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "tool/networks.h"
-
 namespace triglub::tool {
 
 class Findings {
@@ -31,14 +29,6 @@ class Findings {
   std::map<std::string, Names> reasons_;
   bool any_fault_ = false;
 };
-
-// Channel epochs that are in `sitechan` and selected by the request, but not in its master view.
-void check_channels(const Request& request, Dbptr everything, Findings* findings);
-// Stages of the view whose response file gives no filter; files that do not hold to their format and units that XML
-// cannot carry are faults.
-void check_stages(Dbptr everything, Findings* findings);
-// Days of the view's stations and channels that are no dates are faults.
-void check_dates(Dbptr everything, Findings* findings);
 
 }  // namespace triglub::tool
 

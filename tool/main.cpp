@@ -10,11 +10,11 @@
 
 namespace {
 
-constexpr int WRONG_USAGE = 2;
-constexpr unsigned int MAX_VERBOSITY = 3;
-constexpr unsigned int MAX_JOBS = 1024;
+constexpr int kWrongUsage = 2;
+constexpr unsigned int kMaxVerbosity = 3;
+constexpr unsigned int kMaxJobs = 1024;
 
-constexpr const char* EXAMPLES = R"(Examples:
+constexpr const char* kExamples = R"(Examples:
   triglub convert examples/observatory/observatory > network.xml
       the whole database, down to the response stages
   triglub convert --level station /net/aak/aak -o stations.xml
@@ -32,14 +32,14 @@ const std::map<std::string, triglub::DetailLevel> kLevels = {{"network", triglub
                                                              {"channel", triglub::DetailLevel::channel},
                                                              {"response", triglub::DetailLevel::response}};
 
-// What the line says in words that are still to be understood.
-struct Words {
+// Options as the line has them, before they are understood.
+struct RawOptions {
   std::string level = "response";
   std::vector<std::string> subsets;
   int verbose = 0;
 };
 
-void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Words& words) {
+void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, RawOptions& raw) {
   CLI::App* convert = app.add_subcommand("convert", "Turn a CSS3.0 database into an FDSN StationXML document");
   convert->add_option("SOURCE", options.source, "the database: DIR/NAME for the tables DIR/NAME.site ...")->required();
   convert->add_option("-o,--output", options.output, "write to this file instead of standard output")
@@ -47,20 +47,20 @@ void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Words& w
   convert->add_option("-p,--parameters", options.parameters, "the parameter file that describes the element tree")
       ->type_name("FILE")
       ->capture_default_str();
-  convert->add_option("--level", words.level, "how far down: network, station, channel or response (default)")
+  convert->add_option("--level", raw.level, "how far down: network, station, channel or response (default)")
       ->type_name("LEVEL")
       ->check(CLI::IsMember(kLevels).description(""));
   convert
-      ->add_option("--subset", words.subsets,
+      ->add_option("--subset", raw.subsets,
                    "only records whose field matches the regular expression as a whole; repeatable")
       ->type_name("FIELD=REGEX")
       ->allow_extra_args(false);
   convert->add_option("--jobs", options.jobs, "processes that convert networks side by side (default: all processors)")
       ->type_name("N")
-      ->check(CLI::Range(1U, MAX_JOBS).description(""));
+      ->check(CLI::Range(1U, kMaxJobs).description(""));
   convert->add_flag("--strict", options.strict, "fail when anything had to be left out of the document");
-  convert->add_flag("-v", words.verbose, "tell what is done; up to three times");
-  convert->footer(EXAMPLES);
+  convert->add_flag("-v", raw.verbose, "tell what is done; up to three times");
+  convert->footer(kExamples);
 }
 
 // False after a message when a --subset is none.
@@ -79,18 +79,18 @@ int main(int argc, char** argv) {
   CLI::App app("CSS3.0 station metadata to FDSN StationXML", "triglub");
   app.set_version_flag("--version", "triglub " TRIGLUB_VERSION);
   app.require_subcommand(1);
-  app.footer(EXAMPLES);
+  app.footer(kExamples);
   triglub::tool::ConvertOptions options;
-  options.jobs = std::clamp(std::thread::hardware_concurrency(), 1U, MAX_JOBS);
-  Words words;
-  add_convert(app, options, words);
+  options.jobs = std::clamp(std::thread::hardware_concurrency(), 1U, kMaxJobs);
+  RawOptions raw;
+  add_convert(app, options, raw);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    return app.exit(e) == 0 ? EXIT_SUCCESS : WRONG_USAGE;
+    return app.exit(e) == 0 ? EXIT_SUCCESS : kWrongUsage;
   }
-  if (!read_subsets(words.subsets, &options.conditions)) return WRONG_USAGE;
-  options.level = kLevels.at(words.level);
-  options.verbosity = std::min(static_cast<unsigned int>(words.verbose), MAX_VERBOSITY);
+  if (!read_subsets(raw.subsets, &options.conditions)) return kWrongUsage;
+  options.level = kLevels.at(raw.level);
+  options.verbosity = std::min(static_cast<unsigned int>(raw.verbose), kMaxVerbosity);
   return triglub::tool::convert(options);
 }

@@ -1,3 +1,4 @@
+// The command shows what people can act on; traces are for those who ask.
 #include "tool/messages.h"
 
 #include <cstring>

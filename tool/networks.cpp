@@ -1,3 +1,5 @@
+// Each network is written over its own records: those that one view of everything has of it where that is the same,
+// else those of a view of its own.
 #include "tool/networks.h"
 
 #include <algorithm>
@@ -85,12 +87,12 @@ bool are_apart(Dbptr db) {
 // which a view keeps one, are of one network.
 using RunsOfNetworks = std::map<std::string, std::vector<TextRun>>;
 std::optional<RunsOfNetworks> runs_of_networks(Dbptr everything, const ElementGroup& root) {
-  constexpr const char* NETWORK_FIELD = "snetsta.snet";
+  constexpr const char* kNetworkField = "snetsta.snet";
   const ElementDescription* line = network_line(root);
-  if (line == nullptr || line->is_numeric_group() || line->value() != NETWORK_FIELD) return std::nullopt;
+  if (line == nullptr || line->is_numeric_group() || line->value() != kNetworkField) return std::nullopt;
   if (!are_apart(everything)) return std::nullopt;
   std::vector<TextRun> runs;
-  text_runs(db_setfield(everything, NETWORK_FIELD), 0, static_cast<std::uint64_t>(db_nrecs(everything)), &runs);
+  text_runs(db_setfield(everything, kNetworkField), 0, static_cast<std::uint64_t>(db_nrecs(everything)), &runs);
   RunsOfNetworks networks;
   for (const TextRun& run : runs) networks[std::string(run.text)].push_back(run);
   return networks;

@@ -1,3 +1,4 @@
+// A file is written beside its place and moved there when it is whole; whatever ends the process takes it away.
 #include "tool/output.h"
 
 #include <fcntl.h>
@@ -82,14 +83,14 @@ void write_parts(int descriptor, const std::string& name, std::vector<iovec> par
 }
 
 DescriptorBuffer::DescriptorBuffer(int descriptor, std::string name)
-    : descriptor_(descriptor), name_(std::move(name)), buffer_(std::make_unique_for_overwrite<char[]>(PIECE)) {
-  setp(buffer_.get(), buffer_.get() + PIECE);
+    : descriptor_(descriptor), name_(std::move(name)), buffer_(std::make_unique_for_overwrite<char[]>(kPiece)) {
+  setp(buffer_.get(), buffer_.get() + kPiece);
 }
 
 void DescriptorBuffer::finish() {
   if (pptr() == pbase()) return;
   write_parts(descriptor_, name_, {{pbase(), static_cast<std::size_t>(pptr() - pbase())}});
-  setp(buffer_.get(), buffer_.get() + PIECE);
+  setp(buffer_.get(), buffer_.get() + kPiece);
 }
 
 DescriptorBuffer::int_type DescriptorBuffer::overflow(int_type c) {

@@ -22,7 +22,7 @@ class DescriptorBuffer final : public std::streambuf {
  public:
   // Bytes that are collected: few enough to stay in the second-level cache of one processor, beside what they are made
   // of. Beyond it, processes that work side by side would fight for the cache they share.
-  static constexpr std::size_t PIECE = std::size_t{1} << 18;
+  static constexpr std::size_t kPiece = std::size_t{1} << 18;
 
   // The descriptor stays the caller's; `name` as for write_parts().
   DescriptorBuffer(int descriptor, std::string name);

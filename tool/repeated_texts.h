@@ -12,11 +12,11 @@ namespace triglub::tool {
 // Holds a copy of each. Where they come from may change afterwards.
 class RepeatedTexts {
  public:
-  static constexpr std::size_t LEAST = 2048;                  // bytes for which a look is worth it
-  static constexpr std::size_t ROOM = std::size_t{16} << 20;  // bytes held at most
+  static constexpr std::size_t kLeast = 2048;                  // bytes for which a look is worth it
+  static constexpr std::size_t kRoom = std::size_t{16} << 20;  // bytes held at most
 
   // The copy of the text, which is made when it comes from its place for the first time; valid as long as this. Null
-  // when it is shorter than LEAST, when there is no room, or when another text came from the same place before.
+  // when it is shorter than kLeast, when there is no room, or when another text came from the same place before.
   const std::string* copy_of(std::string_view text);
 
  private:

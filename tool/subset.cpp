@@ -1,3 +1,4 @@
+// What people type becomes a regular expression between slashes, as the engine's language has it.
 #include "tool/subset.h"
 
 #include "base/characters.h"

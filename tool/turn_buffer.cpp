@@ -1,3 +1,5 @@
+// Text that must wait is held in chunks, and as references to texts that repeat; it is written in one go when its turn
+// comes.
 #include "tool/turn_buffer.h"
 
 #include <algorithm>
@@ -9,11 +11,11 @@
 
 namespace triglub::tool {
 
-TurnBuffer::TurnBuffer(int descriptor, std::string name, std::size_t capacity, Turns& turns)
+TurnBuffer::TurnBuffer(int descriptor, std::string name, std::size_t capacity, Sequencer& sequencer)
     : descriptor_(descriptor),
       name_(std::move(name)),
-      chunks_left_(std::max<std::size_t>(capacity / CHUNK, 1)),
-      turns_(turns) {}
+      chunks_left_(std::max<std::size_t>(capacity / kChunk, 1)),
+      sequencer_(sequencer) {}
 
 void TurnBuffer::begin(std::size_t piece) { held_.emplace_back().piece = piece; }
 
@@ -34,9 +36,9 @@ void TurnBuffer::tell(ElogLevel level, const char* text) {
   current.messages.push_back({level, text});
   if (level == ElogLevel::fatal) {
     while (held_.size() > 1) wait_and_write_front();
-    turns_.wait_for(current.piece);
+    sequencer_.wait_for(current.piece);
   }
-  if (turns_.is_turn_of(current.piece)) show_messages_of(current);
+  if (sequencer_.is_turn_of(current.piece)) show_messages_of(current);
 }
 
 void TurnBuffer::show_messages_of(Held& held) {
@@ -54,7 +56,7 @@ void TurnBuffer::close_part() {
 // False when the text is to be copied, as it is when it is written soon: a chunk that is written again and again stays
 // nearest to the processor.
 bool TurnBuffer::refer_to(std::string_view text) {
-  if (turns_.is_turn_of(held_.back().piece)) return false;
+  if (sequencer_.is_turn_of(held_.back().piece)) return false;
   const std::string* copy = repeated_.copy_of(text);
   if (copy == nullptr) return false;
   close_part();
@@ -67,13 +69,13 @@ void TurnBuffer::take_chunk() {
   write_those_in_turn();
   while (free_.empty() && chunks_left_ == 0) wait_and_write_front();
   if (free_.empty()) {
-    free_.push_back(std::make_unique_for_overwrite<char[]>(CHUNK));
+    free_.push_back(std::make_unique_for_overwrite<char[]>(kChunk));
     --chunks_left_;
   }
   auto& chunks = held_.back().chunks;
   chunks.push_back(std::move(free_.back()));
   free_.pop_back();
-  setp(chunks.back().get(), chunks.back().get() + CHUNK);
+  setp(chunks.back().get(), chunks.back().get() + kChunk);
 }
 
 // REQUIRES: it is the front's turn, and the last part is closed.
@@ -87,16 +89,16 @@ void TurnBuffer::write_front() {
   front.chunks.clear();
   if (!front.has_ended) return setp(nullptr, nullptr);
   held_.pop_front();
-  turns_.pass_on();
+  sequencer_.pass_on();
 }
 
 void TurnBuffer::wait_and_write_front() {
-  turns_.wait_for(held_.front().piece);
+  sequencer_.wait_for(held_.front().piece);
   write_front();
 }
 
 void TurnBuffer::write_those_in_turn() {
-  while (!held_.empty() && turns_.is_turn_of(held_.front().piece)) {
+  while (!held_.empty() && sequencer_.is_turn_of(held_.front().piece)) {
     const bool has_ended = held_.front().has_ended;
     write_front();
     if (!has_ended) return;
@@ -111,7 +113,7 @@ TurnBuffer::int_type TurnBuffer::overflow(int_type c) {
 
 std::streamsize TurnBuffer::xsputn(const char* text, std::streamsize length) {
   const std::string_view whole(text, static_cast<std::size_t>(length));
-  if (whole.size() >= RepeatedTexts::LEAST && refer_to(whole)) return length;  // most texts are short
+  if (whole.size() >= RepeatedTexts::kLeast && refer_to(whole)) return length;  // most texts are short
   for (std::streamsize put = 0; put < length;) {
     if (pptr() == epptr()) take_chunk();
     const std::streamsize count = std::min(length - put, static_cast<std::streamsize>(epptr() - pptr()));

@@ -14,7 +14,7 @@
 #include "platform/elog.h"
 #include "tool/output.h"
 #include "tool/repeated_texts.h"
-#include "tool/turns.h"
+#include "tool/sequencer.h"
 
 namespace triglub::tool {
 
@@ -23,16 +23,16 @@ namespace triglub::tool {
 // repeats is held once, so that what waits is a fraction of the document.
 class TurnBuffer final : public std::streambuf {
  public:
-  static constexpr std::size_t CHUNK = DescriptorBuffer::PIECE;
+  static constexpr std::size_t kChunk = DescriptorBuffer::kPiece;
 
   // Holds at most `capacity` bytes, but at least one chunk; memory that nobody writes to is not taken. The descriptor
-  // stays the caller's, `name` is what a failure to write is reported under, and `turns` is to live as long.
-  TurnBuffer(int descriptor, std::string name, std::size_t capacity, Turns& turns);
+  // stays the caller's, `name` is what a failure to write is reported under, and `sequencer` is to live as long.
+  TurnBuffer(int descriptor, std::string name, std::size_t capacity, Sequencer& sequencer);
 
   // What is put from now on belongs to this piece, which comes after those before. REQUIRES: the last one has ended.
   void begin(std::size_t piece);
   void end();
-  // Waits for the turns of all that is held and writes it.
+  // Waits for the turn of all that is held and writes it.
   void finish();
   // A message of the current piece: shown before the text that follows the piece's turn. A fatal one is shown at once,
   // when all pieces before stand, for the process ends with it.
@@ -68,7 +68,7 @@ class TurnBuffer final : public std::streambuf {
   int descriptor_;
   std::string name_;
   std::size_t chunks_left_;  // that may still be made
-  Turns& turns_;
+  Sequencer& sequencer_;
   RepeatedTexts repeated_;
   std::vector<Chunk> free_;
   std::deque<Held> held_;  // the current piece is the last

@@ -1,3 +1,4 @@
+// Processes, not threads: each writes with the memory of the parent as it was, and none can disturb another.
 #include "tool/workers.h"
 
 #include <signal.h>
@@ -13,26 +14,26 @@
 
 #include "platform/database.h"
 #include "platform/elog.h"
+#include "tool/sequencer.h"
 #include "tool/turn_buffer.h"
-#include "tool/turns.h"
 
 namespace triglub::tool {
 
 namespace {
 
 // What all workers together may hold back until their turn comes. Memory that nobody writes to is not taken.
-constexpr std::size_t HELD_BACK = std::size_t{64} << 20;
+constexpr std::size_t kHeldBack = std::size_t{64} << 20;
 
 void tell(ElogLevel level, const char* text, void* buffer) { static_cast<TurnBuffer*>(buffer)->tell(level, text); }
 
-[[noreturn]] void work(const Output& output, std::size_t pieces, std::size_t capacity, Turns& turns,
+[[noreturn]] void work(const Output& output, std::size_t pieces, std::size_t capacity, Sequencer& sequencer,
                        const PieceWriter& write) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);  // nobody would wait for what is written after the parent
   set_threads(1);                    // the processors are taken by the other workers
-  TurnBuffer buffer(output.descriptor(), output.name(), capacity, turns);
+  TurnBuffer buffer(output.descriptor(), output.name(), capacity, sequencer);
   elog_set_sink(tell, &buffer);
   std::ostream out(&buffer);
-  for (std::size_t piece = turns.take(); piece < pieces; piece = turns.take()) {
+  for (std::size_t piece = sequencer.take(); piece < pieces; piece = sequencer.take()) {
     buffer.begin(piece);
     write(out, piece);
     buffer.end();
@@ -65,12 +66,12 @@ void write_in_order(Output& output, std::size_t pieces, unsigned int jobs, const
     return;
   }
   output.finish();
-  Turns& turns = Turns::make();
-  const std::size_t capacity = HELD_BACK / count;
+  Sequencer& sequencer = Sequencer::make();
+  const std::size_t capacity = kHeldBack / count;
   std::vector<pid_t> workers;
   for (std::size_t i = 0; i < count; ++i) {
     const pid_t worker = fork();
-    if (worker == 0) work(output, pieces, capacity, turns, write);
+    if (worker == 0) work(output, pieces, capacity, sequencer, write);
     if (worker < 0) {
       for (const pid_t other : workers) kill(other, SIGKILL);
       elog_die(0, "no process can be made for a part of the document: %s", std::strerror(errno));
@@ -78,7 +79,7 @@ void write_in_order(Output& output, std::size_t pieces, unsigned int jobs, const
     workers.push_back(worker);
   }
   wait_for_all(std::move(workers));
-  Turns::release(turns);
+  Sequencer::release(sequencer);
 }
 
 }  // namespace triglub::tool

@@ -19,8 +19,8 @@ struct FileReading {
 };
 
 // Reads the file into *text, in place of what that held. A file of more than `limit` bytes is too large, also when it
-// grows beyond while it is read or has no end; hardly more than the limit is ever held of it. *text is of no use after
-// a fault.
+// grows beyond while it is read or has no end; hardly more than the limit is ever held of it. *text is unspecified
+// after a fault.
 FileReading read_file(const std::string& path, FileKind kind, std::size_t limit, std::string* text);
 
 }  // namespace triglub

@@ -78,7 +78,7 @@ NumberReading read_real(std::string_view text, double* value) {
     number = c_strtod(std::string(text).c_str(), nullptr);
     if (std::isinf(number)) return NumberReading::too_large;
   }
-  if (!std::isfinite(number)) return NumberReading::none;  // the words for infinity and for no number
+  if (!std::isfinite(number)) return NumberReading::none;  // "inf" and "nan" in any spelling
   *value = number;
   return NumberReading::number;
 }

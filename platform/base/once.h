@@ -10,8 +10,8 @@ namespace triglub {
 template <class Value>
 class Once {
  public:
-  // The value: make() the first time. Threads that ask meanwhile wait for it. What make() throws comes out, and the
-  // next who asks makes it anew. Valid as long as the object. Safe for concurrent use.
+  // The value: make() the first time. Threads that ask meanwhile wait for it. What make() throws is passed
+  // on, and the next call makes it anew. Valid as long as the object. Safe for concurrent use.
   template <class Make>
   const Value& get(const Make& make) const {
     std::call_once(is_made_, [&] { value_ = std::make_unique<const Value>(make()); });

@@ -13,7 +13,7 @@ template <class Key, class Value>
 class OnceMap {
  public:
   // The value of a key: make() the first time. Threads that ask for the same key meanwhile wait for it; those that ask
-  // for another do not, and make() may itself ask for another. What make() throws comes out, and the next who asks
+  // for another do not, and make() may itself ask for another. What make() throws is passed on, and the next call
   // makes it anew. Valid as long as the map. Safe for concurrent use.
   template <class Make>
   const Value& get(const Key& key, const Make& make) const {

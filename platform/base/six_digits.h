@@ -6,7 +6,7 @@
 
 namespace triglub {
 
-// Appends the number as a stream writes it that nobody has configured, with a decimal point in every locale.
+// Appends the number as an ostream with default settings writes it, with a decimal point in every locale.
 void append_six_digits(double number, std::string* text);
 
 }  // namespace triglub

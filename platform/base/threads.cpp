@@ -42,7 +42,7 @@ void run_side_by_side(std::size_t count, const std::function<void(std::size_t)>&
   try {
     while (helpers.size() + 1 < wanted) helpers.emplace_back(take_turns);
   } catch (const std::system_error&) {
-    // No more threads are to be had; those there are do the work.
+    // The system gives no more threads; those that run do the work.
   }
   take_turns();
   for (std::thread& helper : helpers) helper.join();

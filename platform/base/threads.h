@@ -11,15 +11,15 @@ namespace triglub {
 // How many threads may work side by side, the caller's included: what set_threads was told, 1 before.
 std::size_t thread_count();
 
-// Calls work(0) to work(count - 1), which must not throw, must not touch the same things and must not log (a helper
-// does not have the log sink of the thread that called), side by side as far as threads are to be had. Returns when
-// all have returned.
+// Calls work(0) to work(count - 1), in parallel as far as the system gives threads; returns when all have returned.
+// The calls must not throw, must not touch the same data and must not log (a helper thread does not have the log sink
+// of the caller).
 void run_side_by_side(std::size_t count, const std::function<void(std::size_t)>& work);
 
 // Whether work on that many records is worth the start of threads.
 bool are_worth_threads(std::size_t records);
 
-// A range of records in equal chunks, as many as there are threads and as are worth one.
+// A range of records in equal chunks: one for each thread, but none too small to be worth a thread.
 class Chunks {
  public:
   Chunks(std::uint32_t begin, std::uint32_t end);

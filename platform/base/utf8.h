@@ -7,7 +7,7 @@
 
 namespace triglub {
 
-// True for a byte that goes on with a character which another byte has begun.
+// True for a continuation byte, which begins no character.
 constexpr bool continues_character(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 // The number of bytes of the well-formed character at the start of `text`; 0 when there is none.

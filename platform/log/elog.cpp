@@ -4,6 +4,7 @@
 // lock, and the sink runs without it, so that it may log itself.
 #include "platform/elog.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
@@ -24,7 +25,7 @@ struct Sink {
   void* context = nullptr;
 };
 
-// The log's process-wide state: who speaks, and where to.
+// The log's process-wide state: the program's name and the sink.
 class Log {
  public:
   void set_program(std::string program) {
@@ -95,10 +96,32 @@ void report(ElogLevel level, const std::string& text) {
   elog_to_stderr(level, text.c_str());
 }
 
-void append_escaped(std::string& out, unsigned char byte) {
-  char buffer[8];
-  std::snprintf(buffer, sizeof buffer, "\\x%02x", byte);
-  out += buffer;
+void append_escaped(std::string& out, std::string_view bytes) {
+  for (const char byte : bytes) {
+    char buffer[8];
+    std::snprintf(buffer, sizeof buffer, "\\x%02x", static_cast<unsigned char>(byte));
+    out += buffer;
+  }
+}
+
+// Appends the first character of the text as a terminal may get it; returns the number of its bytes.
+std::size_t append_printable(std::string& out, std::string_view text) {
+  if (text[0] == '\n') {
+    out += "\n    ";  // indented, so that a line inside a text cannot pass for a message of its own
+    return 1;
+  }
+  if (text[0] == '\t') {
+    out += ' ';
+    return 1;
+  }
+  const std::size_t length = triglub::character_length(text);
+  const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
+  if (length == 0 || triglub::is_control(character)) {
+    append_escaped(out, character);
+  } else {
+    out += character;
+  }
+  return character.size();
 }
 
 }  // namespace
@@ -113,32 +136,7 @@ std::string elog_printable(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   while (text.ends_with('\n')) text.remove_suffix(1);  // the message ends its line itself
-  while (!text.empty()) {
-    if (text[0] == '\n') {
-      // Indented, so that a line inside a text cannot pass for a message of its own.
-      out += "\n    ";
-      text.remove_prefix(1);
-      continue;
-    }
-    if (text[0] == '\t') {
-      out += ' ';
-      text.remove_prefix(1);
-      continue;
-    }
-    const std::size_t length = triglub::character_length(text);
-    if (length == 0) {
-      append_escaped(out, static_cast<unsigned char>(text[0]));
-      text.remove_prefix(1);
-      continue;
-    }
-    const std::string_view character = text.substr(0, length);
-    if (triglub::is_control(character)) {
-      for (const char byte : character) append_escaped(out, static_cast<unsigned char>(byte));
-    } else {
-      out += character;
-    }
-    text.remove_prefix(length);
-  }
+  while (!text.empty()) text.remove_prefix(append_printable(out, text));
   return out;
 }
 

@@ -10,14 +10,14 @@
 
 namespace {
 
-enum Status : int { READ = 0, NOT_FOUND = -1, NOT_READABLE = -2, MALFORMED = -3 };
+enum Status : int { kRead = 0, kNotFound = -1, kNotReadable = -2, kMalformed = -3 };
 
 Status fail(const std::string& path, const triglub::FileReading& reading) {
   if (reading.fault == triglub::FileFault::too_large) {
     elog_complain(0, "%s: more than %zu bytes", path.c_str(), triglub::parfile::kMaxBytes);
-    return MALFORMED;
+    return kMalformed;
   }
-  return reading.error == ENOENT || reading.error == ENOTDIR ? NOT_FOUND : NOT_READABLE;
+  return reading.error == ENOENT || reading.error == ENOTDIR ? kNotFound : kNotReadable;
 }
 
 Status read(const std::string& path, Pf** pf) {
@@ -25,20 +25,20 @@ Status read(const std::string& path, Pf** pf) {
   // Another program may write a parameter file into a pipe.
   const auto reading = triglub::read_file(path, triglub::FileKind::any, triglub::parfile::kMaxBytes, &text);
   if (reading.fault != triglub::FileFault::none) return fail(path, reading);
-  if (pfparse(text, path.c_str(), pf) != 0) return MALFORMED;
+  if (pfparse(text, path.c_str(), pf) != 0) return kMalformed;
   (*pf)->path = path;
-  return READ;
+  return kRead;
 }
 
 }  // namespace
 
 int pfread(const char* name, Pf** pf) {
   *pf = nullptr;
-  if (name == nullptr) return NOT_FOUND;
+  if (name == nullptr) return kNotFound;
   for (const std::string& path : triglub::parfile::candidates(name)) {
     const Status status = read(path, pf);
     // A file that is there but of no use is a fault; another one of the same name would only hide it.
-    if (status != NOT_FOUND) return status;
+    if (status != kNotFound) return status;
   }
-  return NOT_FOUND;
+  return kNotFound;
 }

@@ -47,7 +47,7 @@ Date date_of(std::int64_t day) {
   const int year = year_of(day);
   const auto gone = static_cast<int>(day - year_start(year));
   const MonthStarts& starts = month_starts(year);
-  // No month is longer than 31 days, so the guess is right or one month early.
+  // No month is longer than 31 days, so the estimate is right or one month early.
   int month = gone / 31 + 1;
   if (start_of(starts, month + 1) <= gone) ++month;
   return {year, month, gone - start_of(starts, month) + 1, gone + 1};

@@ -1,7 +1,7 @@
 // The proleptic Gregorian calendar: day numbers (days since 1970-01-01) to dates and back.
 //
 // Everything rests on the day number of January 1, which is a plain count: 365 days a year, and one more for every
-// leap year gone by. The way back guesses the year from the mean length of a year and corrects the guess.
+// leap year gone by. The way back estimates the year from the mean length of a year and corrects the estimate.
 #ifndef TRIGLUB_TIME_CALENDAR_H
 #define TRIGLUB_TIME_CALENDAR_H
 

@@ -53,10 +53,10 @@ bool take_apart(double seconds, bool milliseconds, Shown& shown) {
 
 // Each of these writes at `to` and returns the place behind what it wrote.
 
-template <int width>
+template <int kWidth>
 char* put_number(char* to, int number) {
-  for (int i = width; i-- > 0; number /= 10) to[i] = static_cast<char>('0' + number % 10);
-  return to + width;
+  for (int i = kWidth; i-- > 0; number /= 10) to[i] = static_cast<char>('0' + number % 10);
+  return to + kWidth;
 }
 
 char* put_date(char* to, const calendar::Date& date) {

@@ -1,3 +1,4 @@
+// Values and null texts as the engine answers them, at the texts that the classic interface gives.
 #include "dbhelper/db_value.h"
 
 #include "dbhelper.h"

@@ -1,3 +1,4 @@
+// Both directions keep to a decimal point, whatever locale the program has chosen.
 #include "dbhelper/decimal.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// The table is short and asked when a plan is made, not at each record: it is searched from its begin.
 #include "elements/keywords.h"
 
 #include <algorithm>

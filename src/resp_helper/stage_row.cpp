@@ -118,23 +118,8 @@ std::string decimation(double input_rate, int decimation_factor, double delay) {
 StageRow::StageRow(ConversionState& state, Dbptr db, const std::string& table)
     : state_(state), filename_(EMPTYFILENAME) {
   const StageFields& fields = fields_of(state, db);
-  StageMemory& memory = state.stages;
-  read_text(db, fields.iunits, memory.input_units);
-  read_text(db, fields.ounits, memory.output_units);
-  read_text(db, fields.gtype, memory.gain_type);
-  nominal_gain_ = read_real(db, fields.gnom, nominal_gain_);
-  decimation_factor_ = read_int(db, fields.decifac, decimation_factor_);
-  izero_ = read_int(db, fields.izero, izero_);
-  sample_rate_ = read_real(db, fields.samprate, sample_rate_);
-  calibration_frequency_ = read_real(db, fields.fc, calibration_frequency_);
-
-  input_units_ = memory.input_units.data();
-  if (input_units_ == "-") input_units_ = memory.latest_unit;
-  output_units_ = memory.output_units.data();
-  if (output_units_ == "-") output_units_ = input_units_;
-  memory.latest_unit = output_units_;
-  gain_type_ = memory.gain_type.data();
-
+  read_row(db, fields);
+  chain_units();
   if (!record_to_filename(db)) return;
   if (!load_response()) throw std::runtime_error("problems with response file \"" + filename_ + "\"");
   if (table == "stage") {
@@ -145,6 +130,27 @@ StageRow::StageRow(ConversionState& state, Dbptr db, const std::string& table)
   // The row states the rate that leaves the stage, the document the one that enters it. A rate that is not stated (-1)
   // is scaled as well, so that a negative rate in the document shows which row lacks it.
   if (decimation_factor_ != -1) sample_rate_ *= decimation_factor_;
+}
+
+void StageRow::read_row(Dbptr db, const StageFields& fields) {
+  read_text(db, fields.iunits, state_.stages.input_units);
+  read_text(db, fields.ounits, state_.stages.output_units);
+  read_text(db, fields.gtype, state_.stages.gain_type);
+  gain_type_ = state_.stages.gain_type.data();
+  nominal_gain_ = read_real(db, fields.gnom, nominal_gain_);
+  decimation_factor_ = read_int(db, fields.decifac, decimation_factor_);
+  izero_ = read_int(db, fields.izero, izero_);
+  sample_rate_ = read_real(db, fields.samprate, sample_rate_);
+  calibration_frequency_ = read_real(db, fields.fc, calibration_frequency_);
+}
+
+void StageRow::chain_units() {
+  StageMemory& memory = state_.stages;
+  input_units_ = memory.input_units.data();
+  if (input_units_ == "-") input_units_ = memory.latest_unit;
+  output_units_ = memory.output_units.data();
+  if (output_units_ == "-") output_units_ = input_units_;
+  memory.latest_unit = output_units_;
 }
 
 bool StageRow::record_to_filename(Dbptr db) {

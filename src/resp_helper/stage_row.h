@@ -33,6 +33,8 @@ class StageRow {
     const std::string* block = nullptr;
     std::string rest;
   };
+  void read_row(Dbptr db, const StageFields& fields);
+  void chain_units();
   StageText stage_text(int stage);
   const std::string* filter_block(const ResponseGroup& group) const;
 

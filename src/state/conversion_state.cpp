@@ -1,3 +1,4 @@
+// A state begins as a new process would; what it refers to may be its own or the exported variables.
 #include "state/conversion_state.h"
 
 #include "conversion.h"

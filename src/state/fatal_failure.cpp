@@ -1,3 +1,4 @@
+// In a file of its own, so that what only reports failures does not draw in what writes documents.
 #include "fatal_failure.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// Texts are filed by the place of their filter in memory; when they grow too many all go, and are made again as needed.
 #include "state/filter_texts.h"
 
 #include "resp_helper.h"
@@ -7,7 +8,7 @@ namespace triglub {
 namespace {
 
 // Archives have thousands of long filters. What is needed soon again is mostly what was made last.
-constexpr std::size_t MOST_BYTES = std::size_t{32} << 20;
+constexpr std::size_t kMostBytes = std::size_t{32} << 20;
 
 std::string filter_text(const ResponseGroup& group, const std::string& input_units, const std::string& output_units) {
   switch (group.type) {
@@ -27,7 +28,7 @@ const std::string& FilterTexts::of(const ResponseGroup& group, const std::string
   for (const Text& known : texts_[group.filter]) {
     if (known.input_units == input_units && known.output_units == output_units) return known.text;
   }
-  if (size_ > MOST_BYTES) {
+  if (size_ > kMostBytes) {
     texts_.clear();
     size_ = 0;
   }

@@ -1,3 +1,4 @@
+// The exported variables, and the one state that refers to them.
 #include "state/process_state.h"
 
 #include "db2stationxml.h"

@@ -1,3 +1,4 @@
+// Where a new process, or a document that must not depend on the one before, begins.
 #include "state/stage_memory.h"
 
 namespace triglub {

@@ -1,3 +1,4 @@
+// The distinct values of a field, and everything from the first to the last match of one of them.
 #include "writer/categories.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// One look at the runs of equal texts. Whatever could make the exact form take other records (texts that are patterns,
+// runs that do not lie together, numbers that are none) sends the caller to that form.
 #include "writer/category_runs.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Lines and attributes are sorted out once: what stands in the file stays a text, what the records give is bound.
 #include "writer/node_plan.h"
 
 #include "elements/keywords.h"

@@ -1,3 +1,5 @@
+// Text is gathered line by line and goes to the stream at each tag and before whatever may fail, so that a failure
+// leaves in the stream what came before it.
 #include "writer/node_writer.h"
 
 #include <algorithm>

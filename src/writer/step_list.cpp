@@ -1,3 +1,4 @@
+// The list only points to the texts, which live as long as the call.
 #include "writer/step_list.h"
 
 #include "platform/containers.h"

@@ -1,3 +1,4 @@
+// Tags and attributes are put together from pieces of known length, in one step of growth.
 #include "xml.h"
 
 #include <algorithm>

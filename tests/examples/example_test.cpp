@@ -27,11 +27,11 @@ using example::table_names;
 using example::text;
 using example::value;
 
-constexpr long OPEN = 9999999;  // later than any day
+constexpr long kOpen = 9999999;  // later than any day
 
 long end_day(const Row& row, const std::string& field) {
   const long end = day(row, field);
-  return end < 0 ? OPEN : end;
+  return end < 0 ? kOpen : end;
 }
 
 // A number as its table writes it. Sampling rates from 1000 up give up decimals to stay within their columns.

@@ -11,10 +11,10 @@ struct Day {
   const char* yearday;
   long days;  // since 1970-01-01
 };
-constexpr Day DAYS[] = {{"1999364", 10955}, {"1999365", 10956}, {"2000001", 10957}, {"2000060", 11016},
-                        {"2000061", 11017}, {"2000366", 11322}, {"2001001", 11323}};
+constexpr Day kDays[] = {{"1999364", 10955}, {"1999365", 10956}, {"2000001", 10957}, {"2000060", 11016},
+                         {"2000061", 11017}, {"2000366", 11322}, {"2001001", 11323}};
 
-// A validity range by the places of its borders in DAYS; -1 is open.
+// A validity range by the places of its borders in kDays; -1 is open.
 struct Epoch {
   int begin;
   int end;
@@ -69,7 +69,7 @@ class TableMaker {
   }
 
   Epoch random_epoch() {
-    const int days = static_cast<int>(std::size(DAYS));
+    const int days = static_cast<int>(std::size(kDays));
     if (random_.percent(3)) return {random_.below(days), random_.below(days)};  // at times reversed
     const int begin = random_.percent(8) ? -1 : random_.below(days);
     if (random_.percent(45)) return {begin, -1};
@@ -77,7 +77,7 @@ class TableMaker {
     return {begin, random_.percent(8) ? first : random_.between(first, days - 1)};
   }
 
-  std::string day_text(int day) { return day < 0 ? random_.pick({"-1", ""}) : DAYS[day].yearday; }
+  std::string day_text(int day) { return day < 0 ? random_.pick({"-1", ""}) : kDays[day].yearday; }
 
   std::string instant_text(int day, const char* null_text) {
     if (day < 0) return random_.percent(50) ? null_text : "";
@@ -86,7 +86,7 @@ class TableMaker {
   }
   static std::string instant_text_at(int day, double second) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.5f", static_cast<double>(DAYS[day].days) * 86400.0 + second);
+    std::snprintf(text, sizeof text, "%.5f", static_cast<double>(kDays[day].days) * 86400.0 + second);
     return text;
   }
   Row instants(const Epoch& epoch, Row row) {

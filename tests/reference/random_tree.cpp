@@ -4,40 +4,40 @@ namespace triglub_reference {
 
 namespace {
 
-constexpr int DEEPEST_NESTING = 9;
-constexpr std::size_t MOST_DEFINITIONS = 30;
+constexpr int kDeepestNesting = 9;
+constexpr std::size_t kMostDefinitions = 30;
 
-constexpr const char* CATEGORIES[] = {"snetsta.snet",
-                                      "snet",
-                                      "sitechan.sta",
-                                      "sta",
-                                      "sitechan.chan",
-                                      "chan",
-                                      "schanloc.loc",
-                                      "schanloc.fchan",
-                                      "stage.stageid",
-                                      "stageid",
-                                      "sitechan.ondate",
-                                      "sitechan.offdate",
-                                      "sensor.inid",
-                                      "instrument.inid",
-                                      "stage.ounits",
-                                      "network.commid",
-                                      "calibration.samprate",
-                                      "site.lat",
-                                      "snetsta.fsta",
-                                      "sensor.time",
-                                      "sensor.endtime",
-                                      "stage.gnom",
-                                      "statype",
-                                      "stage.decifac"};
-constexpr const char* NUMERIC_CATEGORIES[] = {
+constexpr const char* kCategories[] = {"snetsta.snet",
+                                       "snet",
+                                       "sitechan.sta",
+                                       "sta",
+                                       "sitechan.chan",
+                                       "chan",
+                                       "schanloc.loc",
+                                       "schanloc.fchan",
+                                       "stage.stageid",
+                                       "stageid",
+                                       "sitechan.ondate",
+                                       "sitechan.offdate",
+                                       "sensor.inid",
+                                       "instrument.inid",
+                                       "stage.ounits",
+                                       "network.commid",
+                                       "calibration.samprate",
+                                       "site.lat",
+                                       "snetsta.fsta",
+                                       "sensor.time",
+                                       "sensor.endtime",
+                                       "stage.gnom",
+                                       "statype",
+                                       "stage.decifac"};
+constexpr const char* kNumericCategories[] = {
     "stage.stageid", "sitechan.ondate", "sitechan.offdate", "sensor.inid",    "stage.decifac", "sitechan.chanid",
     "sensor.time",   "stage.samprate",  "instrument.inid",  "network.commid", "stage.izero"};
-constexpr const char* TEXT_FIELDS[] = {"snetsta.snet", "sitechan.sta",   "sta",          "chan",         "schanloc.loc",
+constexpr const char* kTextFields[] = {"snetsta.snet", "sitechan.sta",   "sta",          "chan",         "schanloc.loc",
                                        "fchan",        "netname",        "staname",      "site.statype", "descrip",
                                        "insname",      "sitechan.ctype", "stage.iunits", "stage.dfile",  "band"};
-constexpr const char* NUMBER_FIELDS[] = {"lat",
+constexpr const char* kNumberFields[] = {"lat",
                                          "site.lon",
                                          "elev",
                                          "edepth",
@@ -61,7 +61,7 @@ constexpr const char* NUMBER_FIELDS[] = {"lat",
                                          "calibration.fc",
                                          "stage.decifac",
                                          "dnorth"};
-constexpr const char* TIME_FIELDS[] = {"time", "endtime", "stage.time", "stage.endtime"};
+constexpr const char* kTimeFields[] = {"time", "endtime", "stage.time", "stage.endtime"};
 
 class TreeMaker {
  public:
@@ -151,7 +151,7 @@ class TreeMaker {
     const std::string name =
         random_.pick({"Latitude", "Description", "-", "SampleRate", "ns:Value", "AnElementWithALongName"});
     if (random_.percent(12))
-      return {fault() ? "No.Name" : name, any_flag(), "count", fault() ? "no.field" : random_.one_of(CATEGORIES)};
+      return {fault() ? "No.Name" : name, any_flag(), "count", fault() ? "no.field" : random_.one_of(kCategories)};
     Line line = value_line(name);
     if (fault()) line.name = "No.Name";
     return line;
@@ -185,17 +185,17 @@ class TreeMaker {
       return random_.pick({"ondate", "sitechan.offdate", "site.ondate", "site.offdate", "\"1970001\"", "\"2001366\"",
                            "\"2000366\"", "chanid", "ondate + 1"});
     }
-    return random_.one_of(NUMBER_FIELDS);
+    return random_.one_of(kNumberFields);
   }
 
   std::string text_value() {
-    if (random_.percent(60)) return random_.one_of(TEXT_FIELDS);
+    if (random_.percent(60)) return random_.one_of(kTextFields);
     if (random_.percent(50)) return "\"  a literal <text>  \"";
-    return std::string(random_.one_of(TEXT_FIELDS)) + " =~ " + random_.pick({"/AAK/", "/AAK|-/", "/A..|00/", "/BH./"});
+    return std::string(random_.one_of(kTextFields)) + " =~ " + random_.pick({"/AAK/", "/AAK|-/", "/A..|00/", "/BH./"});
   }
 
   std::string number_value() {
-    const std::string field = random_.percent(10) ? random_.one_of(TIME_FIELDS) : random_.one_of(NUMBER_FIELDS);
+    const std::string field = random_.percent(10) ? random_.one_of(kTimeFields) : random_.one_of(kNumberFields);
     if (random_.percent(50)) return field;
     if (random_.percent(8)) return random_.pick({"sta", "schanloc.loc", "\"12\"", "\"1e3\"", "sta + 1"});
     if (random_.percent(12)) return field + " =~ " + random_.pick({"/-1/", "/1|2|3/", "/...6/"});
@@ -207,9 +207,9 @@ class TreeMaker {
     if (random_.percent(45)) return {group, random_.percent(5) ? "x" : "-", "GROUP", ""};
     if (random_.percent(30)) {
       const bool odd = fault();  // texts that are not all numbers, or hold what a condition cannot
-      return {group, "-", "CATEGORIZED_BY_NUMBER", odd ? "schanloc.loc" : random_.one_of(NUMERIC_CATEGORIES)};
+      return {group, "-", "CATEGORIZED_BY_NUMBER", odd ? "schanloc.loc" : random_.one_of(kNumericCategories)};
     }
-    return {group, any_flag(), "CATEGORIZED_GROUP", fault() ? "calibration.units" : random_.one_of(CATEGORIES)};
+    return {group, any_flag(), "CATEGORIZED_GROUP", fault() ? "calibration.units" : random_.one_of(kCategories)};
   }
 
   void make_group(const std::string& name, const std::string& tag, int depth) {
@@ -220,7 +220,7 @@ class TreeMaker {
     for (int n = 0; n < lines; ++n) {
       add_values(definition.elements);
       if (random_.percent(12)) definition.elements.push_back({"stages", any_flag(), "STAGE", "stage"});
-      if (depth >= DEEPEST_NESTING || tree_.definitions.size() >= MOST_DEFINITIONS || !random_.percent(65)) continue;
+      if (depth >= kDeepestNesting || tree_.definitions.size() >= kMostDefinitions || !random_.percent(65)) continue;
       add_child(definition, tag, depth);
     }
   }
@@ -275,13 +275,13 @@ void add_subset(Random& random, Request& request) {
   if (random.percent(10)) request.subset["chan"] = random.pick({"/BH./", "/BHZ|LHZ/", "/BH/", "/.../"});
 }
 
-constexpr int FEW_FAULTS = 5;
+constexpr int kFewFaults = 5;
 
 }  // namespace
 
 Request random_request(Random& random) {
   Request request = request_over_random_tables(random);
-  request.tree = random.percent(50) ? random_tree(random, FEW_FAULTS) : random_document_tree(random, FEW_FAULTS);
+  request.tree = random.percent(50) ? random_tree(random, kFewFaults) : random_document_tree(random, kFewFaults);
   add_subset(random, request);
   if (random.percent(1)) request.subset["site.sta"] = "/AAK/";  // not in the view yet when the subsets run
   const unsigned int levels[] = {0x40, 0x40, 0x40, 0x40, 0x40, 0x40, 0x40, 0x08, 0x10, 0x20, 0x00, 0x48, 0x44};

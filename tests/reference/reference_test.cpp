@@ -43,7 +43,7 @@ std::string joined(const std::vector<std::string>& lines) {
 }
 
 bool same_end(const std::string& expected, const std::string& actual) {
-  return expected == actual || (expected == ANY_FATAL && actual.starts_with("fatal: "));
+  return expected == actual || (expected == kAnyFatal && actual.starts_with("fatal: "));
 }
 
 // True when the library did as the reference for each of the requests.

@@ -12,8 +12,8 @@ namespace triglub_reference {
 
 namespace {
 
-constexpr const char* OPEN_END = "2599-12-31T23:59:59.999";
-constexpr const char* BAD_DATE = "0000-00-00T00:00:00ERR";
+constexpr const char* kOpenEnd = "2599-12-31T23:59:59.999";
+constexpr const char* kBadDate = "0000-00-00T00:00:00ERR";
 
 // What an expression comes to. `text` is what it is as a text, `number` what it is as a number, if it is one.
 struct Value {
@@ -138,9 +138,9 @@ std::string epoch_value(const std::string& expression, const Record& record, std
   }
   if (!value.number) {
     log.push_back("warning: failure to evaluate " + expression);
-    return BAD_DATE;
+    return kBadDate;
   }
-  if (*value.number < 0.0) return OPEN_END;
+  if (*value.number < 0.0) return kOpenEnd;
   const long milliseconds = std::lround(*value.number * 1000.0);
   const long seconds = milliseconds / 1000;
   return date_text(seconds / 86400) + "T" + padded(seconds / 3600 % 24, 2) + ":" + padded(seconds / 60 % 60, 2) + ":" +
@@ -152,15 +152,15 @@ std::string yearday_value(const std::string& expression, const Record& record, s
   if (!value.number) {
     log.push_back((value.compiles ? "warning: failure to evaluate " : "warning: failure with eval_jday_expr ") +
                   expression);
-    return BAD_DATE;
+    return kBadDate;
   }
   const long yearday = static_cast<long>(*value.number);
   const int year = static_cast<int>(yearday / 1000);
   const long day = yearday % 1000;
-  if (year < 1970 || year > 9999 || day < 1 || day > (is_leap(year) ? 366 : 365)) return OPEN_END;
+  if (year < 1970 || year > 9999 || day < 1 || day > (is_leap(year) ? 366 : 365)) return kOpenEnd;
   long days = day - 1;
   for (int before = 1970; before < year; ++before) days += is_leap(before) ? 366 : 365;
-  if (days == 0) return OPEN_END;  // the epoch itself counts as no date
+  if (days == 0) return kOpenEnd;  // the epoch itself counts as no date
   return date_text(days) + "T00:00:00";
 }
 

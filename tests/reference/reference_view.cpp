@@ -20,7 +20,7 @@ enum : std::size_t { SITECHAN, SNETSTA, SCHANLOC, NETWORK, SITE, SENSOR, INSTRUM
 double number(const std::string& text) { return std::strtod(text.c_str(), nullptr); }
 
 std::optional<ViewField> field_of_table(std::size_t table, const std::string& name) {
-  for (const FlatField& field : flat_schema().at(VIEW_TABLES[table])) {
+  for (const FlatField& field : flat_schema().at(kViewTables[table])) {
     // Of all the numbers of these tables, integers and dates are the ones that are eight bytes wide.
     if (field.name == name)
       return ViewField{table, name, field.is_text, !field.is_text && field.width == 8, field.null_text};
@@ -93,7 +93,7 @@ bool overlap(const Range& a, const Range& b) {
 View join(const View& view, const Tables& tables, std::size_t table, bool outer,
           const std::function<bool(const Record&)>& condition) {
   View joined;
-  const auto found = tables.rows.find(VIEW_TABLES[table]);
+  const auto found = tables.rows.find(kViewTables[table]);
   for (const Record& record : view) {
     bool matched = false;
     Record pair = record;
@@ -151,7 +151,7 @@ View first_of_each_epoch(const View& view) {
 std::optional<ViewField> find_field(const std::string& name, std::size_t tables) {
   const std::size_t point = name.find('.');
   for (std::size_t table = 0; table < tables; ++table) {
-    if (point != std::string::npos && name.substr(0, point) != VIEW_TABLES[table]) continue;
+    if (point != std::string::npos && name.substr(0, point) != kViewTables[table]) continue;
     const std::string bare = point == std::string::npos ? name : name.substr(point + 1);
     if (auto field = field_of_table(table, bare)) return field;
   }

@@ -13,11 +13,11 @@
 namespace triglub_reference {
 
 // The tables of the view in the order in which they are joined.
-inline constexpr std::array<const char*, 9> VIEW_TABLES = {"sitechan", "snetsta",    "schanloc",    "network", "site",
+inline constexpr std::array<const char*, 9> kViewTables = {"sitechan", "snetsta",    "schanloc",    "network", "site",
                                                            "sensor",   "instrument", "calibration", "stage"};
 
 // The row of each table; null where there is none.
-using Record = std::array<const Row*, VIEW_TABLES.size()>;
+using Record = std::array<const Row*, kViewTables.size()>;
 using View = std::vector<Record>;
 
 // A field of the view: its table's place and its own name.
@@ -30,7 +30,7 @@ struct ViewField {
 };
 
 // The field that a bare or qualified name stands for in a view of the first `tables` tables.
-std::optional<ViewField> find_field(const std::string& name, std::size_t tables = VIEW_TABLES.size());
+std::optional<ViewField> find_field(const std::string& name, std::size_t tables = kViewTables.size());
 
 // The value as text: the null text for a null, else the digits of the file.
 std::string text_of(const Record& record, const ViewField& field);

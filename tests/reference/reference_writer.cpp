@@ -12,7 +12,7 @@ namespace triglub_reference {
 
 namespace {
 
-constexpr unsigned int DEEPEST = 15;
+constexpr unsigned int kDeepest = 15;
 
 // What ends the process.
 struct Fatal {
@@ -107,7 +107,7 @@ class Writer {
 
   // Fails when the tree is deeper than it may be.
   void walk(const std::string& group, unsigned int depth) const {
-    if (depth > DEEPEST) throw std::runtime_error("Exceeded maximum node depth");
+    if (depth > kDeepest) throw std::runtime_error("Exceeded maximum node depth");
     for (const Line& line : definition(group).elements) {
       if (!is_ignored(line) && (line.type == "GROUP" || is_categorized(line))) walk(line.name, depth + 1);
     }
@@ -115,7 +115,7 @@ class Writer {
 
   void write_node(const std::string& group, const Records& records) {
     if (records.empty()) return;
-    if (++state_.depth > DEEPEST) throw Fatal{"Exceeded maximum node level. Group recursion in parameter file?"};
+    if (++state_.depth > kDeepest) throw Fatal{"Exceeded maximum node level. Group recursion in parameter file?"};
     const Definition node = evaluated(definition(group), view_[records.front()]);
     std::string attributes;
     for (const Line& line : node.attributes) {
@@ -267,7 +267,7 @@ Outcome reference_conversion(const Request& request, ProcessState& state) {
   } catch (const Fatal& fatal) {
     outcome.end = "fatal: " + fatal.text;
   } catch (const MissingCache&) {
-    outcome.end = ANY_FATAL;
+    outcome.end = kAnyFatal;
   } catch (const std::runtime_error& e) {
     outcome.end = std::string("fatal: ") + e.what();
   } catch (const std::logic_error& e) {

@@ -23,7 +23,7 @@ struct ProcessState {
 };
 
 // The end of an outcome that only says that the process has to end; the words are the library's.
-inline constexpr const char* ANY_FATAL = "fatal: *";
+inline constexpr const char* kAnyFatal = "fatal: *";
 
 Outcome reference_conversion(const Request& request, ProcessState& state);
 

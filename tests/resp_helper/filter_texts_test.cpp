@@ -9,15 +9,15 @@ namespace {
 
 using triglub::FilterTexts;
 
-constexpr std::size_t MANY = 200000;  // coefficients: a block of some ten megabytes
+constexpr std::size_t kMany = 200000;  // coefficients: a block of some ten megabytes
 
 class KeptFilters : public testing::Test {
  protected:
   KeptFilters() {
     for (std::size_t i = 0; i < std::size(filters_); ++i) {
       filters_[i].samprate = 100.0;
-      filters_[i].numerators.assign(MANY, 0.25 * static_cast<double>(i + 1));
-      filters_[i].numerator_errors.assign(MANY, 0.0);
+      filters_[i].numerators.assign(kMany, 0.25 * static_cast<double>(i + 1));
+      filters_[i].numerator_errors.assign(kMany, 0.0);
       groups_[i].type = RESPONSE_FIR;
       groups_[i].filter = &filters_[i];
     }

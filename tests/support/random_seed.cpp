@@ -11,21 +11,21 @@ namespace triglub_test {
 
 namespace {
 
-constexpr const char* PROPERTY = "random_seed";
-constexpr int LARGEST_NUMBER = 99999;
+constexpr const char* kProperty = "random_seed";
+constexpr int kLargestNumber = 99999;
 
 int chosen_number() {
   const int asked_for = GTEST_FLAG_GET(random_seed);
   if (asked_for != 0) return asked_for;
   std::random_device device;
-  return std::uniform_int_distribution(1, LARGEST_NUMBER)(device);
+  return std::uniform_int_distribution(1, kLargestNumber)(device);
 }
 
 // GoogleTest empties the result when it repeats a test, so each repetition has a number of its own.
 std::optional<int> recorded_number(const testing::TestResult& result) {
   for (int i = 0; i < result.test_property_count(); ++i) {
     const testing::TestProperty& property = result.GetTestProperty(i);
-    if (property.key() == std::string_view(PROPERTY)) return std::stoi(property.value());
+    if (property.key() == std::string_view(kProperty)) return std::stoi(property.value());
   }
   return std::nullopt;
 }
@@ -33,7 +33,7 @@ std::optional<int> recorded_number(const testing::TestResult& result) {
 // Flushed at once: a test that crashes has told its seed.
 int told_number(const std::string& test) {
   const int number = chosen_number();
-  testing::Test::RecordProperty(PROPERTY, number);
+  testing::Test::RecordProperty(kProperty, number);
   std::cout << "seed " << number << "; replay with --gtest_random_seed=" << number << " --gtest_filter=" << test
             << std::endl;
   return number;

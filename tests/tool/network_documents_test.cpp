@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr const char* DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
 // A database, a network of it, and whether the library's own order of records keeps the network's station epochs
 // together. Where a station moved and kept its channels it does not; the command then puts the records in order first.
@@ -55,33 +55,33 @@ class NetworkDocument : public testing::TestWithParam<Case> {};
 TEST_P(NetworkDocument, IsWhatOneCallOfTheLibraryWritesWhereItsOrderKeepsEpochsTogether) {
   const Case& c = GetParam();
   if (!std::filesystem::exists(std::string(c.database) + ".site")) GTEST_SKIP() << "no database " << c.database;
-  const std::string library = DECLARATION + library_document(c);
+  const std::string library = kDeclaration + library_document(c);
   const std::string command = command_document(c);
   ASSERT_GT(command.size(), 1000u);
   EXPECT_EQ(library == command, c.in_order);
 }
 
-constexpr const char* EXAMPLE = TRIGLUB_SOURCE_DIR "/examples/observatory/observatory";
-constexpr const char* OBSERVATORIES = TRIGLUB_SOURCE_DIR "/../shared/data/observatories/observatories";
-constexpr const char* MOVED = TRIGLUB_SOURCE_DIR "/../shared/data/moved/moved";
+constexpr const char* kExample = TRIGLUB_SOURCE_DIR "/examples/observatory/observatory";
+constexpr const char* kObservatories = TRIGLUB_SOURCE_DIR "/../shared/data/observatories/observatories";
+constexpr const char* kMoved = TRIGLUB_SOURCE_DIR "/../shared/data/moved/moved";
 
 INSTANTIATE_TEST_SUITE_P(Example, NetworkDocument,
-                         testing::Values(Case{EXAMPLE, "9K", true}, Case{EXAMPLE, "XA", true},
-                                         Case{EXAMPLE, "XB", false}, Case{EXAMPLE, "XC", true}),
+                         testing::Values(Case{kExample, "9K", true}, Case{kExample, "XA", true},
+                                         Case{kExample, "XB", false}, Case{kExample, "XC", true}),
                          name_of);
 INSTANTIATE_TEST_SUITE_P(RealStations, NetworkDocument,
-                         testing::Values(Case{OBSERVATORIES, "CI", true}, Case{OBSERVATORIES, "G", true},
-                                         Case{OBSERVATORIES, "II", true}, Case{OBSERVATORIES, "NZ", true},
-                                         Case{OBSERVATORIES, "SL", true}, Case{MOVED, "CL", true},
-                                         Case{MOVED, "CO", true}, Case{MOVED, "G", true}, Case{MOVED, "IU", true}),
+                         testing::Values(Case{kObservatories, "CI", true}, Case{kObservatories, "G", true},
+                                         Case{kObservatories, "II", true}, Case{kObservatories, "NZ", true},
+                                         Case{kObservatories, "SL", true}, Case{kMoved, "CL", true},
+                                         Case{kMoved, "CO", true}, Case{kMoved, "G", true}, Case{kMoved, "IU", true}),
                          name_of);
 
 TEST(AllNetworks, StandInsideOneRootElement) {
-  const std::string all = triglub_test::run_shell("$TRIGLUB convert " + std::string(EXAMPLE) + " 2>/dev/null").output;
-  std::string expected = DECLARATION;
+  const std::string all = triglub_test::run_shell("$TRIGLUB convert " + std::string(kExample) + " 2>/dev/null").output;
+  std::string expected = kDeclaration;
   const std::string end = " </FDSNStationXML>\n";
   for (const char* network : {"9K", "XA", "XB", "XC"}) {
-    std::string one = command_document({EXAMPLE, network, true}).substr(std::string(DECLARATION).size());
+    std::string one = command_document({kExample, network, true}).substr(std::string(kDeclaration).size());
     ASSERT_TRUE(one.ends_with(end));
     one.resize(one.size() - end.size());
     // The root's tag and values once; of every later network only itself.

@@ -10,7 +10,7 @@ using triglub::tool::RepeatedTexts;
 
 TEST(RepeatedTexts, AreCopiedOnce) {
   RepeatedTexts texts;
-  const std::string text(RepeatedTexts::LEAST, 'a');
+  const std::string text(RepeatedTexts::kLeast, 'a');
   const std::string* copy = texts.copy_of(text);
   ASSERT_NE(copy, nullptr);
   EXPECT_EQ(*copy, text);
@@ -20,13 +20,13 @@ TEST(RepeatedTexts, AreCopiedOnce) {
 
 TEST(RepeatedTexts, AreNotShort) {
   RepeatedTexts texts;
-  EXPECT_EQ(texts.copy_of(std::string(RepeatedTexts::LEAST - 1, 'a')), nullptr);
+  EXPECT_EQ(texts.copy_of(std::string(RepeatedTexts::kLeast - 1, 'a')), nullptr);
 }
 
 // Memory that is given back is given out again, for another text.
 TEST(RepeatedTexts, AreNotTakenForOthersThatCameFromTheSamePlace) {
   RepeatedTexts texts;
-  std::string text(RepeatedTexts::LEAST + 10, 'a');
+  std::string text(RepeatedTexts::kLeast + 10, 'a');
   const std::string before = text;
   const std::string* copy = texts.copy_of(text);
   text.back() = 'b';
@@ -37,9 +37,9 @@ TEST(RepeatedTexts, AreNotTakenForOthersThatCameFromTheSamePlace) {
 
 TEST(RepeatedTexts, AreAsManyAsThereIsRoomFor) {
   RepeatedTexts texts;
-  const std::string half(RepeatedTexts::ROOM / 2, 'a');
-  const std::string rest(RepeatedTexts::ROOM / 2 - RepeatedTexts::LEAST + 1, 'b');
-  const std::string least(RepeatedTexts::LEAST, 'c');
+  const std::string half(RepeatedTexts::kRoom / 2, 'a');
+  const std::string rest(RepeatedTexts::kRoom / 2 - RepeatedTexts::kLeast + 1, 'b');
+  const std::string least(RepeatedTexts::kLeast, 'c');
   const std::string* copy = texts.copy_of(half);
   ASSERT_NE(copy, nullptr);
   EXPECT_NE(texts.copy_of(rest), nullptr);

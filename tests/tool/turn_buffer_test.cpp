@@ -19,10 +19,10 @@
 namespace {
 
 using namespace std::chrono_literals;
+using triglub::tool::Sequencer;
 using triglub::tool::TurnBuffer;
-using triglub::tool::Turns;
 
-constexpr std::size_t MANY_CHUNKS = 8 * TurnBuffer::CHUNK;
+constexpr std::size_t kManyChunks = 8 * TurnBuffer::kChunk;
 
 class TurnBufferThreads : public testing::Test {
  protected:
@@ -32,14 +32,14 @@ class TurnBufferThreads : public testing::Test {
   ~TurnBufferThreads() override {
     close(descriptor_);
     std::filesystem::remove(path_);
-    Turns::release(turns_);
+    Sequencer::release(sequencer_);
   }
 
   std::string written() const { return triglub_test::file_text(path_); }
 
   std::string path_;
   int descriptor_;
-  Turns& turns_ = Turns::make();
+  Sequencer& sequencer_ = Sequencer::make();
 };
 
 void put(TurnBuffer& buffer, std::size_t piece, const std::string& text) {
@@ -49,8 +49,8 @@ void put(TurnBuffer& buffer, std::size_t piece, const std::string& text) {
 }
 
 TEST_F(TurnBufferThreads, HoldPiecesUntilTheirTurnHasCome) {
-  TurnBuffer fast(descriptor_, "a file", MANY_CHUNKS, turns_);
-  TurnBuffer slow(descriptor_, "a file", MANY_CHUNKS, turns_);
+  TurnBuffer fast(descriptor_, "a file", kManyChunks, sequencer_);
+  TurnBuffer slow(descriptor_, "a file", kManyChunks, sequencer_);
   put(fast, 1, "[1]");
   put(fast, 3, "[3]");
   EXPECT_EQ(written(), "");
@@ -62,39 +62,39 @@ TEST_F(TurnBufferThreads, HoldPiecesUntilTheirTurnHasCome) {
   EXPECT_EQ(written(), "[0][1][2]");
   fast.finish();
   EXPECT_EQ(written(), "[0][1][2][3][4]");
-  EXPECT_TRUE(turns_.is_turn_of(5));
+  EXPECT_TRUE(sequencer_.is_turn_of(5));
 }
 
 // A reader should not wait for the whole piece.
 TEST_F(TurnBufferThreads, WriteThePieceThatHasItsTurnChunkByChunk) {
-  TurnBuffer buffer(descriptor_, "a file", MANY_CHUNKS, turns_);
+  TurnBuffer buffer(descriptor_, "a file", kManyChunks, sequencer_);
   std::ostream out(&buffer);
   buffer.begin(0);
   const std::string text(1024, 'a');
-  for (std::size_t i = 0; i <= TurnBuffer::CHUNK; i += text.size()) out << text;
-  EXPECT_EQ(written().size(), TurnBuffer::CHUNK);
-  const std::string repeated(TurnBuffer::CHUNK, 'c');
+  for (std::size_t i = 0; i <= TurnBuffer::kChunk; i += text.size()) out << text;
+  EXPECT_EQ(written().size(), TurnBuffer::kChunk);
+  const std::string repeated(TurnBuffer::kChunk, 'c');
   out << repeated;
-  EXPECT_EQ(written().size(), 2 * TurnBuffer::CHUNK);
-  EXPECT_TRUE(turns_.is_turn_of(0));
+  EXPECT_EQ(written().size(), 2 * TurnBuffer::kChunk);
+  EXPECT_TRUE(sequencer_.is_turn_of(0));
   buffer.end();
-  EXPECT_TRUE(turns_.is_turn_of(1));
+  EXPECT_TRUE(sequencer_.is_turn_of(1));
 }
 
 // Runs it beside the test and passes the turn on after a while, if it has not ended before; true when it has.
 template <class Work>
-bool ends_before_its_turn(Turns& turns, std::chrono::milliseconds patience, Work work) {
+bool ends_before_its_turn(Sequencer& sequencer, std::chrono::milliseconds patience, Work work) {
   const std::future<void> end = std::async(std::launch::async, work);
   const bool has_ended = end.wait_for(patience) == std::future_status::ready;
-  turns.pass_on();
+  sequencer.pass_on();
   return has_ended;
 }
 
 TEST_F(TurnBufferThreads, HoldOneOfTextsThatRepeat) {
-  TurnBuffer buffer(descriptor_, "a file", TurnBuffer::CHUNK, turns_);
+  TurnBuffer buffer(descriptor_, "a file", TurnBuffer::kChunk, sequencer_);
   const std::string text(4096, 'a');
   std::string expected;
-  EXPECT_TRUE(ends_before_its_turn(turns_, 20s, [&] {
+  EXPECT_TRUE(ends_before_its_turn(sequencer_, 20s, [&] {
     buffer.begin(1);
     std::ostream out(&buffer);
     for (int i = 0; i < 3000; ++i) {  // many times what there is room for
@@ -109,23 +109,23 @@ TEST_F(TurnBufferThreads, HoldOneOfTextsThatRepeat) {
 }
 
 TEST_F(TurnBufferThreads, HoldAsManyChunksAsThereIsRoomFor) {
-  TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::CHUNK, turns_);
+  TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::kChunk, sequencer_);
   const std::string text(1024, 'a');  // too short to be held once
-  EXPECT_TRUE(ends_before_its_turn(turns_, 20s, [&] {
+  EXPECT_TRUE(ends_before_its_turn(sequencer_, 20s, [&] {
     buffer.begin(1);
     std::ostream out(&buffer);
-    for (std::size_t i = 0; i < 2 * TurnBuffer::CHUNK; i += text.size()) out << text;
+    for (std::size_t i = 0; i < 2 * TurnBuffer::kChunk; i += text.size()) out << text;
     buffer.end();
     put(buffer, 2, text);
   }));
   EXPECT_EQ(written(), "");
   buffer.finish();
-  EXPECT_EQ(written().size(), 2 * TurnBuffer::CHUNK + text.size());
+  EXPECT_EQ(written().size(), 2 * TurnBuffer::kChunk + text.size());
 }
 
 TEST_F(TurnBufferThreads, WaitWhenThereIsNoRoomForMore) {
-  TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::CHUNK, turns_);
-  EXPECT_FALSE(ends_before_its_turn(turns_, 100ms, [&] {
+  TurnBuffer buffer(descriptor_, "a file", 3 * TurnBuffer::kChunk, sequencer_);
+  EXPECT_FALSE(ends_before_its_turn(sequencer_, 100ms, [&] {
     for (std::size_t piece = 1; piece < 5; ++piece) put(buffer, piece, "[" + std::to_string(piece) + "]");
   }));
   EXPECT_EQ(written(), "[1][2][3][4]");  // the others have their turns right after
@@ -135,7 +135,7 @@ using Texts = std::vector<std::string>;
 
 // One letter many times, in many sizes.
 Texts letters() {
-  Texts texts = {std::string(TurnBuffer::CHUNK + 1, 'z')};
+  Texts texts = {std::string(TurnBuffer::kChunk + 1, 'z')};
   for (int i = 0; i < 8; ++i) texts.emplace_back(std::size_t{1} << (6 + i), static_cast<char>('a' + i));
   return texts;
 }
@@ -158,15 +158,15 @@ std::string write_at_random(std::uint64_t seed, Texts& texts, std::ostream& out)
 
 // By as many threads as there are buffers. Who writes a piece is chance, what stands in it is not.
 TEST_F(TurnBufferThreads, WriteRandomTextsInOrder) {
-  constexpr std::size_t PIECES = 60;
+  constexpr std::size_t kPieces = 60;
   const std::uint64_t seed = triglub_test::random_seed();
-  Texts expected(PIECES);
+  Texts expected(kPieces);
   const auto work = [&](std::size_t capacity) {
     const Texts unchanged = letters();
     Texts texts = unchanged;
-    TurnBuffer buffer(descriptor_, "a file", capacity, turns_);
+    TurnBuffer buffer(descriptor_, "a file", capacity, sequencer_);
     std::ostream out(&buffer);
-    for (std::size_t piece = turns_.take(); piece < PIECES; piece = turns_.take()) {
+    for (std::size_t piece = sequencer_.take(); piece < kPieces; piece = sequencer_.take()) {
       texts = unchanged;  // where they are
       buffer.begin(piece);
       expected[piece] = write_at_random(seed + piece, texts, out);
@@ -176,7 +176,7 @@ TEST_F(TurnBufferThreads, WriteRandomTextsInOrder) {
   };
   {
     std::vector<std::jthread> threads;
-    for (const std::size_t capacity : {std::size_t{0}, 3 * TurnBuffer::CHUNK, 64 * TurnBuffer::CHUNK}) {
+    for (const std::size_t capacity : {std::size_t{0}, 3 * TurnBuffer::kChunk, 64 * TurnBuffer::kChunk}) {
       threads.emplace_back(work, capacity);
     }
   }

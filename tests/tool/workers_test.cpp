@@ -48,15 +48,15 @@ class Workers : public testing::Test {
 };
 
 TEST_F(Workers, WriteTheSameDocumentWhateverTheirNumber) {
-  constexpr std::size_t PIECES = 12;
+  constexpr std::size_t kPieces = 12;
   std::string expected = "head\n";
-  for (std::size_t piece = 0; piece < PIECES; ++piece) expected += text_of(piece);
+  for (std::size_t piece = 0; piece < kPieces; ++piece) expected += text_of(piece);
   expected += "foot\n";
   for (const unsigned int jobs : {1U, 2U, 3U, 16U}) {
     SCOPED_TRACE(jobs);
     const auto output = Output::open(path());
     output->stream() << "head\n";
-    write_in_order(*output, PIECES, jobs, write_piece);
+    write_in_order(*output, kPieces, jobs, write_piece);
     output->stream() << "foot\n";
     output->commit();
     EXPECT_EQ(file_text(path()), expected);

@@ -1,5 +1,5 @@
-// From handles to sessions, views, fields and records, and back. A handle that names nothing gives null. What is asked
-// for every value that is read can be inlined.
+// From handles to sessions, views, fields and records, and back. A handle that names nothing gives null. What runs for
+// every value that is read is inline.
 #ifndef TRIGLUB_ENGINE_CLASSIC_HANDLE_H
 #define TRIGLUB_ENGINE_CLASSIC_HANDLE_H
 

@@ -8,7 +8,7 @@ std::string row_place(Dbptr db) {
   const View* view = view_of(db);
   if (view == nullptr || !has_record(*view, db)) return "";
   const std::uint32_t row = view->row(0, static_cast<std::uint32_t>(db.record));
-  return row == NO_ROW ? "" : view->tables().front().table->place_of(row);
+  return row == kNoRow ? "" : view->tables().front().table->place_of(row);
 }
 
 }  // namespace triglub

@@ -1,4 +1,4 @@
-// dbprocess: the steps one after the other, the unknown ones by the caller's handler. Handles are resolved anew at each
+// dbprocess: applies the steps in turn, unknown ones through the caller's handler. Handles are resolved anew at each
 // step, as a handler may do anything to the database.
 #include <string>
 
@@ -22,7 +22,7 @@ void trace(const Step& step, const View& view) {
   elog_debug(0, "dbprocess: %s: %ld records", step.text.c_str(), static_cast<long>(view.record_count()));
 }
 
-// A list on its way: the view that the steps so far made.
+// A step list in progress: the view that the steps so far have made.
 class Process {
  public:
   Process(Dbptr db, DbprocessHandler handler) : db_(db), handler_(handler) {}

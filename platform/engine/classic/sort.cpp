@@ -1,4 +1,4 @@
-// dbsort.
+// dbsort: a list of field names and flags become the arguments of sort_view.
 #include "engine/operations/sort.h"
 
 #include "engine/classic/handle.h"

@@ -1,4 +1,4 @@
-// dbsubset.
+// dbsubset: the condition as text, the result a view of the session.
 #include "engine/operations/subset.h"
 
 #include "engine/classic/handle.h"

@@ -4,7 +4,7 @@
 
 namespace triglub {
 
-static_assert(NO_ROW == NO_BASE_ROW);
+static_assert(kNoRow == NO_BASE_ROW);
 
 Dbptr view_of_records(Dbptr view, const std::vector<std::uint32_t>& records, const char* name) {
   const View* from = view_of(view);

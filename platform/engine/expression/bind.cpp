@@ -125,7 +125,7 @@ class Binder {
                                            std::to_string(index + 1) + " of " + std::string(function.name)};
   }
 
-  // What the parameter wants and the argument is not; null when it will do.
+  // What the parameter expects; null when the argument is that.
   static const char* missing(char parameter, const Node& argument) {
     switch (parameter) {
       case 'n':

@@ -44,7 +44,7 @@ class CompiledExpression final : public Compiled {
   std::string source_;  // literals and patterns are views of it
   Program program_;
   std::vector<std::unique_ptr<Matcher>> matchers_;
-  int bare_field_ = NO_FIELD;  // when the expression is no more than that
+  int bare_field_ = kNoField;  // when the expression is no more than that
   std::optional<FieldMatch> field_match_;
 };
 
@@ -82,7 +82,7 @@ bool CompiledExpression::real(const Record& record, Scratch* scratch, double* re
 }
 
 bool CompiledExpression::text(const Record& record, Scratch* scratch, std::string* result) const {
-  if (bare_field_ != NO_FIELD) {
+  if (bare_field_ != kNoField) {
     result->assign(record.text(bare_field_));
     return true;
   }
@@ -131,8 +131,8 @@ std::size_t first_malformed(std::string_view text) {
 
 void check(std::string_view text, int type) {
   if (!is_result_type(type)) throw CompileError{0, "expected a result type, not " + std::to_string(type)};
-  if (text.size() > MAX_LENGTH) {
-    throw CompileError{MAX_LENGTH, "expected at most " + std::to_string(MAX_LENGTH) + " bytes"};
+  if (text.size() > kMaxLength) {
+    throw CompileError{kMaxLength, "expected at most " + std::to_string(kMaxLength) + " bytes"};
   }
   if (!is_utf8(text)) throw CompileError{first_malformed(text), "expected UTF-8"};
 }

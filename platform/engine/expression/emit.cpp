@@ -43,17 +43,17 @@ Op arithmetic(Operator oper, Kind kind) {
 std::uint8_t outcomes_of(Operator oper) {
   switch (oper) {
     case Operator::less:
-      return LESS;
+      return kLess;
     case Operator::less_equal:
-      return LESS | EQUAL;
+      return kLess | kEqual;
     case Operator::greater:
-      return GREATER;
+      return kGreater;
     case Operator::greater_equal:
-      return GREATER | EQUAL;
+      return kGreater | kEqual;
     case Operator::equal:
-      return EQUAL;
+      return kEqual;
     default:
-      return LESS | GREATER | UNORDERED;  // a number that is none differs from all
+      return kLess | kGreater | kUnordered;  // NaN differs from every number
   }
 }
 
@@ -97,7 +97,7 @@ class Emitter {
   void land(std::size_t jump) { program_.code[jump].target = static_cast<std::uint32_t>(program_.code.size()); }
 
   // The field that the node is by itself.
-  static int bare_field(const Node& node) { return node.type == NodeType::field ? node.field : NO_FIELD; }
+  static int bare_field(const Node& node) { return node.type == NodeType::field ? node.field : kNoField; }
   static bool is_chain(const Node& node) { return node.type == NodeType::binary || node.type == NodeType::match; }
   // 1 or 0 already.
   static bool is_truth(const Node& node) {
@@ -183,7 +183,7 @@ void Emitter::emit_conditional(const Node& node) {
   emit(node.a, Want::truth);
   const std::size_t when_false = add({.op = Op::jump_if_false}, 1, 0);
   emit(node.b, side);
-  const std::size_t done = add({.op = Op::jump}, 1, 0);  // its value stays, and stands where the other's would
+  const std::size_t done = add({.op = Op::jump}, 1, 0);  // the value stays, in the place of the other branch's
   land(when_false);
   emit(node.c, side);
   land(done);

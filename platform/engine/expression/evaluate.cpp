@@ -1,4 +1,4 @@
-// One instruction after the other on a stack of values; a run ends early where a value cannot be had.
+// Runs one instruction after the other on a stack of values; a run ends early where there is no value.
 #include "engine/expression/evaluate.h"
 
 #include <cmath>
@@ -12,14 +12,14 @@ namespace {
 
 template <typename T>
 Outcome outcome(const T& a, const T& b) {
-  if (a < b) return LESS;
-  if (a == b) return EQUAL;
-  return a > b ? GREATER : UNORDERED;
+  if (a < b) return kLess;
+  if (a == b) return kEqual;
+  return a > b ? kGreater : kUnordered;
 }
 
 Outcome mirrored(Outcome outcome) {
-  if (outcome == LESS) return GREATER;
-  return outcome == GREATER ? LESS : outcome;
+  if (outcome == kLess) return kGreater;
+  return outcome == kGreater ? kLess : outcome;
 }
 
 Value truth(Outcome outcome, const Instruction& comparison) {
@@ -34,7 +34,7 @@ bool remainder_of(std::int64_t a, std::int64_t b, std::int64_t* result) {
 }
 
 std::string_view number_text(const Instruction& instruction, const Record& record, Value number, NumberBuffer* buffer) {
-  if (instruction.field != NO_FIELD) return record.text(instruction.field);
+  if (instruction.field != kNoField) return record.text(instruction.field);
   return instruction.kind == Kind::integer ? text_of(number.integer, buffer) : text_of(number.real, buffer);
 }
 
@@ -175,7 +175,7 @@ bool Evaluation::compute_integers(const Instruction& instruction) {
   }
 }
 
-// A result that is no finite number is none: it divides by zero or lies beyond the range of reals.
+// A result that is not finite counts as a failure: a division by zero, or a number beyond the range of reals.
 bool Evaluation::compute_reals(const Instruction& instruction) {
   const double right = pop().real;
   double& left = top().real;

@@ -13,7 +13,7 @@ namespace triglub::expression {
 // One run of a program at one record. What it answers lives as long as it does.
 class Evaluation {
  public:
-  // `scratch`: program.scratch_size texts, whose memory serves one evaluation after the other.
+  // `scratch`: program.scratch_size texts; their memory is reused by later evaluations.
   Evaluation(const Program& program, const Record& record, std::string* scratch)
       : program_(program), record_(record), scratch_(scratch), stack_(program.stack_size) {}
 

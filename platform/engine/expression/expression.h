@@ -8,7 +8,7 @@
 //     if (compiled->integer(record, &scratch, &yes) && yes != 0) ...
 //
 // lex.cpp turns text into tokens, parse.cpp tokens into a tree, bind.cpp names into fields and kinds, emit.cpp the tree
-// into a program, evaluate.cpp runs the program. Input from strangers runs on a budget: MAX_NESTING levels, MAX_LENGTH
+// into a program, evaluate.cpp runs the program. Input from strangers runs on a budget: kMaxNesting levels, kMaxLength
 // bytes, RE2's own memory limit.
 //
 // A compiled form does not change: threads may evaluate it at the same time, each with a scratch of its own.
@@ -24,8 +24,8 @@
 
 namespace triglub::expression {
 
-inline constexpr int MAX_NESTING = 200;  // parentheses, call arguments, ?: and prefix operators
-inline constexpr std::size_t MAX_LENGTH = std::size_t{64} * 1024;  // bytes of one expression
+inline constexpr int kMaxNesting = 200;  // parentheses, call arguments, ?: and prefix operators
+inline constexpr std::size_t kMaxLength = std::size_t{64} * 1024;  // bytes of one expression
 
 enum class Kind : std::uint8_t { integer, real, text };
 
@@ -68,8 +68,8 @@ class Matcher {
   virtual const std::string* literal() const = 0;         // the one text that matches, or null when it is no literal
 };
 
-// Memory for the texts that arise during an evaluation. It serves one evaluation after the other, of any expressions,
-// and what it once took it keeps; one thread at a time.
+// Memory for the texts that are made during an evaluation. It is reused by later evaluations, of any expressions, and
+// never shrinks; one thread at a time.
 class Scratch {
  public:
   // REQUIRES: no evaluation is under way.

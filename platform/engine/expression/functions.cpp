@@ -11,8 +11,8 @@ namespace {
 
 using Arguments = std::span<const Value>;
 
-// A result that is no finite number is none: the argument lies outside the function's domain, or the result beyond the
-// range of reals.
+// A result that is not finite counts as a failure: the argument lies outside the function's domain, or the result
+// beyond the range of reals.
 bool finite(double number, Value* result) {
   *result = Value::of(number);
   return std::isfinite(number);

@@ -26,7 +26,7 @@ namespace triglub::expression {
 // The longest text that a function makes, in bytes: calls within calls could double a text two hundred times.
 inline constexpr std::size_t kMaxText = std::size_t{1024} * 1024;
 
-// False when there is no result. A text result stands in *scratch (empty at first), in an argument, or for ever.
+// False when there is no result. A text result lies in *scratch (empty at first), in an argument or in static memory.
 using Implementation = bool (*)(std::span<const Value> arguments, std::string* scratch, Value* result);
 
 enum class Form : std::uint8_t {

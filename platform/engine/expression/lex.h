@@ -26,7 +26,7 @@ class Lexer {
   // The text must outlive the lexer and its tokens.
   explicit Lexer(std::string_view text) : text_(text) {}
 
-  // The next token; throws CompileError at what is none.
+  // The next token; throws CompileError where there is none.
   Token next();
 
   // The regular expression that must come next, as written between its slashes.

@@ -17,7 +17,7 @@ std::size_t digits_at(std::string_view text, std::size_t at) {
   return n;
 }
 
-// The length of the exponent at `at`, 0 when what stands there is none.
+// The length of the exponent at `at`, 0 when there is none.
 std::size_t exponent_at(std::string_view text, std::size_t at) {
   if (at >= text.size() || (text[at] != 'e' && text[at] != 'E')) return 0;
   const bool has_sign = at + 1 < text.size() && (text[at + 1] == '+' || text[at + 1] == '-');

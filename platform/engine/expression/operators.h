@@ -28,8 +28,8 @@ enum class Operator : std::uint8_t {
   logical_or,
 };
 
-inline constexpr int PREFIX = 0;  // the level of what stands before one operand only
-inline constexpr int LOOSEST = 1;
+inline constexpr int kPrefix = 0;  // the level of what stands before one operand only
+inline constexpr int kLoosest = 1;
 
 struct OperatorEntry {
   std::string_view symbol;
@@ -37,9 +37,9 @@ struct OperatorEntry {
 };
 
 // By the number of the operator.
-inline constexpr std::array<OperatorEntry, 17> OPERATORS = {{
-    {"-", PREFIX},
-    {"!", PREFIX},
+inline constexpr std::array<OperatorEntry, 17> kOperators = {{
+    {"-", kPrefix},
+    {"!", kPrefix},
     {"*", 7},
     {"/", 7},
     {"%", 7},
@@ -54,10 +54,10 @@ inline constexpr std::array<OperatorEntry, 17> OPERATORS = {{
     {"=~", 3},
     {"!~", 3},
     {"&&", 2},
-    {"||", LOOSEST},
+    {"||", kLoosest},
 }};
 
-constexpr const OperatorEntry& entry_of(Operator oper) { return OPERATORS[static_cast<std::size_t>(oper)]; }
+constexpr const OperatorEntry& entry_of(Operator oper) { return kOperators[static_cast<std::size_t>(oper)]; }
 
 constexpr bool is_logical(Operator oper) { return oper == Operator::logical_and || oper == Operator::logical_or; }
 constexpr bool is_match(Operator oper) { return oper == Operator::match || oper == Operator::no_match; }

@@ -1,5 +1,5 @@
-// Precedence climbing: operators of one level chain to the left in a loop, so that only what counts as a level of
-// nesting (parentheses, arguments, ?: and prefix operators) lets the parser recurse without bound of its own.
+// Precedence climbing: operators of one level chain to the left in a loop, so that the depth of recursion is bounded by
+// the levels of nesting (parentheses, arguments, ?: and prefix operators), which are limited.
 #include "engine/expression/parse.h"
 
 #include <string>
@@ -27,8 +27,8 @@ class Parser {
   class Level {
    public:
     Level(int* levels, std::size_t place) : levels_(levels) {
-      if (*levels_ == MAX_NESTING) {
-        throw CompileError{place, "expected at most " + std::to_string(MAX_NESTING) + " levels of nesting"};
+      if (*levels_ == kMaxNesting) {
+        throw CompileError{place, "expected at most " + std::to_string(kMaxNesting) + " levels of nesting"};
       }
       ++*levels_;
     }
@@ -70,7 +70,7 @@ class Parser {
 };
 
 NodeIndex Parser::conditional() {
-  const NodeIndex condition = binary(LOOSEST);
+  const NodeIndex condition = binary(kLoosest);
   if (token_.type != TokenType::question) return condition;
   const Level level(&levels_, token_.begin);
   advance();

@@ -62,16 +62,16 @@ enum class Op : std::uint8_t {
 };
 
 // Outcomes of a comparison, to be combined: a relation holds when its outcomes include the one at hand.
-enum Outcome : std::uint8_t { LESS = 1, EQUAL = 2, GREATER = 4, UNORDERED = 8 };
+enum Outcome : std::uint8_t { kLess = 1, kEqual = 2, kGreater = 4, kUnordered = 8 };
 
-inline constexpr int NO_FIELD = -1;
+inline constexpr int kNoField = -1;
 
 struct Instruction {
   Op op{};
   std::uint8_t outcomes = 0;  // of a comparison
   bool is_negated = false;    // of a match
   Kind kind{};                // of the number in a comparison with a text; of the argument of format_any
-  int field = NO_FIELD;       // to push; the bare field that a number is, when its text may be needed
+  int field = kNoField;       // to push; the bare field that a number is, when its text may be needed
   std::uint32_t count = 0;    // arguments of a call
   std::uint32_t scratch = 0;  // where a new text may stand
   std::uint32_t target = 0;   // of a jump

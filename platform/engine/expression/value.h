@@ -1,4 +1,4 @@
-// A value on the way through an evaluation. Its kind was settled when the expression was bound and is not kept with it.
+// A value during an evaluation. Its kind was settled when the expression was bound and is not kept with it.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_VALUE_H
 #define TRIGLUB_ENGINE_EXPRESSION_VALUE_H
 

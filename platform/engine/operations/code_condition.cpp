@@ -1,4 +1,4 @@
-// A pattern costs far more than the look at a code, and a column has far fewer texts than rows.
+// Matching a pattern costs far more than looking up a code, and a column has far fewer texts than rows.
 #include "engine/operations/code_condition.h"
 
 #include "platform/text.h"

@@ -16,7 +16,7 @@ namespace triglub {
 // then every record is decided by its text's code.
 class CodeCondition {
  public:
-  // `expression` must have a field_match(); what is found out is kept in its memo. Both must outlive the condition.
+  // `expression` must have a field_match(); answers are kept in its memo. Both must outlive the condition.
   CodeCondition(const View& view, Expression& expression);
 
   bool is_true(std::uint32_t record) { return decide(codes_[record]); }

@@ -1,4 +1,4 @@
-// The value of an expression at a record. Who goes through many records keeps a ViewRecord and moves it, as subset and
+// The value of an expression at one record. To go through many records, keep a ViewRecord and move it, as subset and
 // find do.
 #ifndef TRIGLUB_ENGINE_OPERATIONS_EVALUATE_H
 #define TRIGLUB_ENGINE_OPERATIONS_EVALUATE_H

@@ -8,12 +8,12 @@
 #include "engine/expression/expression.h"
 #include "engine/view/view.h"
 
-// The compiled form could be shared; the memory beside it makes the whole one thread's at a time.
+// For one thread at a time: the compiled form could be shared, scratch and memo could not.
 struct Expression {
   std::unique_ptr<const triglub::expression::Compiled> compiled;
   int type = 0;  // dbINTEGER ... dbSTRING
   triglub::expression::Scratch scratch;
-  // What is known of the condition `FIELD =~ /pattern/`: by text code, 0 not asked yet, 1 no, 2 yes.
+  // The answers of the condition `FIELD =~ /pattern/` so far, by text code: 0 not asked yet, 1 no, 2 yes.
   std::vector<char> memo;
 };
 

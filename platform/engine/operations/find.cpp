@@ -1,7 +1,7 @@
 // The nearest record at which a condition holds. FIELD =~ /pattern/ is decided by the field's distinct texts: the
 // records near the start are looked at one by one, and when none of them matches, the field's runs tell where the next
-// one is. So a search costs no more than the distance to its result, nor more than a few steps for each distinct text;
-// a pattern that only one text matches is looked up.
+// match is. So a search costs no more than the distance to its result, and no more than a few steps for each distinct
+// text; the text of a pattern without special characters is looked up.
 #include "engine/operations/find.h"
 
 #include <algorithm>

@@ -49,7 +49,7 @@ class WordSource {
     switch (storage_) {
       case Storage::text: {
         *word = (*codes_)[view_codes_[view_.row(field.table, record)]];
-        return *word != NO_CODE;
+        return *word != kNoCode;
       }
       case Storage::integer: {
         const std::int64_t value = view_.integer(field, record);
@@ -135,7 +135,7 @@ class Joiner {
   void look_up_candidates() {
     candidates_.clear();
     candidate_ranges_.clear();
-    for (JoinIndex::Rows found = rows_of_words(); found.row() != NO_ROW; found.move_on()) {
+    for (JoinIndex::Rows found = rows_of_words(); found.row() != kNoRow; found.move_on()) {
       candidates_.push_back(found.row());
       for (const RangePair& pair : plan_.ranges) candidate_ranges_.push_back(table_range(pair, found.row()));
     }
@@ -158,8 +158,8 @@ class Joiner {
     words_.front() = sources_.front().null_word(table_);
     JoinIndex::Rows null = rows_of_words();
     if (same.row() == null.row()) null = {};  // neither, or a value that is the table's null
-    while (same.row() != NO_ROW || null.row() != NO_ROW) {
-      JoinIndex::Rows& next = same.row() < null.row() ? same : null;  // NO_ROW comes after every row
+    while (same.row() != kNoRow || null.row() != kNoRow) {
+      JoinIndex::Rows& next = same.row() < null.row() ? same : null;  // kNoRow comes after every row
       test(record, next.row(), rows);
       next.move_on();
     }
@@ -206,14 +206,14 @@ class Joiner {
   const Table& table_;
   const JoinPlan& plan_;
   std::vector<WordSource> sources_;    // one an equal pair
-  std::vector<std::size_t> strict_;    // the sources whose fields always restrict
-  std::vector<std::size_t> tolerant_;  // those of the other fields
-  std::vector<JoinColumn> columns_;    // their columns
-  bool by_tolerant_field_ = false;     // there are none, and the index is over the first null-tolerant field
-  const JoinIndex* index_ = nullptr;   // over the columns
-  std::uint32_t next_run_ = 0;         // where the next key's rows may be
+  std::vector<std::size_t> strict_;    // the sources whose nulls are values like any other
+  std::vector<std::size_t> tolerant_;  // the sources of the null-tolerant fields
+  std::vector<JoinColumn> columns_;    // of the index
+  bool by_tolerant_field_ = false;     // none is strict: the index is over the first null-tolerant field
+  const JoinIndex* index_ = nullptr;
+  std::uint32_t next_run_ = 0;  // where the next key's rows may be
   std::vector<JoinWord> words_;
-  bool are_words_known_ = false;  // words_ are a record's, and these two are theirs:
+  bool are_words_known_ = false;  // words_ are a record's; the next two are what they select:
   std::vector<std::uint32_t> candidates_;
   std::vector<Range> candidate_ranges_;  // one a candidate and range pair
   std::vector<Range> view_ranges_;       // of the present record
@@ -239,7 +239,7 @@ class RecordsOfRows {
     for (std::uint32_t r = 0; r < view.record_count(); ++r) records_[next[view.row(0, r)]++] = r;
   }
 
-  // Puts the rows from `from` on into the view's order, each as often as the view has it. `found` is room to work in.
+  // Puts the rows from `from` on into the view's order, each as often as the view has it. `found` is scratch memory.
   void arrange(std::vector<std::uint32_t>* rows, std::size_t from, std::vector<std::uint32_t>* found) const {
     if (is_base_) return;
     found->clear();
@@ -260,19 +260,19 @@ class RecordsOfRows {
 };
 
 // The matches of the records from `begin` to before `end`; at most one more than a view can have. They are given
-// `room`. The joiner is the caller's own: threads that wrote to neighbouring ones would take the cache lines from each
-// other.
+// `room`. Each caller has a joiner of its own, copied here: threads that wrote to neighbouring ones would share cache
+// lines.
 Pairs match_records(Joiner joiner, const RecordsOfRows& second, bool outer, std::uint32_t begin, std::uint32_t end,
                     std::size_t room) {
   Pairs pairs;
   pairs.records.reserve(room);
   pairs.rows.reserve(room);
   std::vector<std::uint32_t> found;
-  for (std::uint32_t record = begin; record < end && pairs.rows.size() <= MAX_ROWS; ++record) {
+  for (std::uint32_t record = begin; record < end && pairs.rows.size() <= kMaxRows; ++record) {
     const std::size_t before = pairs.rows.size();
     joiner.match(record, &pairs.rows);
     second.arrange(&pairs.rows, before, &found);
-    if (outer && pairs.rows.size() == before) pairs.rows.push_back(NO_ROW);
+    if (outer && pairs.rows.size() == before) pairs.rows.push_back(kNoRow);
     pairs.records.resize(pairs.rows.size(), record);
   }
   return pairs;
@@ -304,7 +304,7 @@ std::optional<Pairs> matching_pairs(const View& view, const View& other, const J
     found[i] = match_records(joiner, second, outer, begin, end, room);
   });
   Pairs all = put_together(std::move(found));
-  if (all.rows.size() > MAX_ROWS) return std::nullopt;
+  if (all.rows.size() > kMaxRows) return std::nullopt;
   return all;
 }
 

@@ -1,6 +1,6 @@
 // A natural join compares every field of the table's keys that the view has too. A field of a primary or alternate key
-// always restricts. A field of a foreign key that is null on either side does not: the row just does not say what it
-// belongs to.
+// always restricts. A field of a foreign key is null-tolerant: a null on either side does not restrict, as the row then
+// does not say what it belongs to.
 #include "engine/operations/join_plan.h"
 
 #include <algorithm>

@@ -15,7 +15,7 @@ namespace triglub {
 struct EqualPair {
   ViewField view_field;
   std::size_t table_field;
-  bool is_null_tolerant;  // does not restrict where either side is null
+  bool is_null_tolerant;  // a null on either side is equal to anything
 };
 
 // A range of the view and one of the table that are to overlap.

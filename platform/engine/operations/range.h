@@ -1,4 +1,4 @@
-// Ranges of validity and when two of them meet.
+// Ranges of validity, and when two of them overlap.
 #ifndef TRIGLUB_ENGINE_OPERATIONS_RANGE_H
 #define TRIGLUB_ENGINE_OPERATIONS_RANGE_H
 
@@ -14,7 +14,7 @@ struct Range {
 
 // True when the two overlap. Ranges are half-open, so one that ends when the other begins does not touch it. A range of
 // length zero is a point and belongs to the range that begins at it or holds it. A range whose end lies before its
-// begin meets nothing.
+// begin overlaps nothing.
 inline bool overlap(const Range& a, const Range& b) {
   const auto holds = [](const Range& range, double point) { return range.begin <= point && point < range.end; };
   if (a.end < a.begin || b.end < b.begin) return false;

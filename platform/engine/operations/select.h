@@ -11,8 +11,8 @@
 
 namespace triglub {
 
-// The tables of a view at chosen records. All of its records in their order, as a sort of what is sorted gives them or
-// a join in which each finds one partner, share its row numbers.
+// The tables of a view at chosen records. When these are all its records in their order (a view sorted already,
+// a join with one match for each record), the result shares its row numbers.
 // REQUIRES: the records are the view's.
 std::vector<ViewTable> tables_of_records(const View& view, const std::vector<std::uint32_t>& records);
 

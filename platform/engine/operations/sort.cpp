@@ -1,20 +1,18 @@
 // Stable sort of a view's records by the values of some fields, compared by type.
 //
 // The plain form of it all is std::stable_sort of the record numbers with compare(): every way below gives the same
-// order. Each key of a record is one 64-bit word whose unsigned order is the value's: a text's rank among its column's
-// texts, an integer with its sign bit turned, a double with its sign bit turned or, when negative, all its bits.
+// order. Each key of a record is one 64-bit key word whose unsigned order is the value's: a text's rank among its
+// column's texts, an integer with its sign bit flipped, a double with its sign bit or, when negative, all bits flipped.
 //
 //   records_in_order   A view that is in order already, as most are, costs one comparison of each record with the one
-//                      before it and no sort. With it goes the choice of the first of equal records.
-//   SortWords          Otherwise all words are worked out once, n of them and not n log n, and lie record by record.
-//   PackedRecords      SortWords of codes and dates have few bits that differ. Where those of all keys and the record
-//   number
-//                      fit into 64, a record is one number: the keys as distances from the least word of each, the
-//                      first key highest, the record number lowest. Comparing two records is comparing two numbers,
-//                      without a look into memory elsewhere, and as no two are equal std::sort, which need not be
-//                      stable, keeps equal records in their order. With fewer key bits than record bits counting is
-//                      faster still.
-//   sort_by_words      What does not fit is sorted stably by the words of each record.
+//                      before it and no sort. It also picks the first of equal records.
+//   KeyWords           Otherwise all key words are worked out once, n of them and not n log n, record by record.
+//   PackedRecords      The key words of codes and dates have few bits that differ. Where those of all keys and the
+//                      record number fit into 64, a record is one number: the keys as distances from the least word of
+//                      each, the first key highest, the record number lowest. Comparing two records is comparing two
+//                      numbers that lie at hand, and as no two are equal, std::sort, which need not be stable, keeps
+//                      equal records in their order. With no more key bits than record bits counting is faster still.
+//   sort_by_key_words  What does not fit is sorted stably by the key words of each record.
 #include "engine/operations/sort.h"
 
 #include <algorithm>
@@ -111,9 +109,9 @@ std::optional<std::vector<std::uint32_t>> records_in_order(const SortKeys& keys,
   return order;
 }
 
-// The words of all keys of all records, record by record.
-struct SortWords {
-  SortWords(const SortKeys& keys, std::uint32_t records)
+// The key words of all records, record by record.
+struct KeyWords {
+  KeyWords(const SortKeys& keys, std::uint32_t records)
       : width(keys.size()), records(records), all(std::size_t{records} * width) {
     const Chunks chunks(0, records);
     run_side_by_side(chunks.size(), [&](std::size_t i) {
@@ -129,11 +127,10 @@ struct SortWords {
   std::vector<std::uint64_t> all;
 };
 
-// All words of a record and its number in one word, where they are small enough: codes and dates are. Nothing to look
-// up when two records are compared, and no two are equal.
+// The key words of a record and its number in one 64-bit number, where they fit.
 class PackedRecords {
  public:
-  explicit PackedRecords(const SortWords& words)
+  explicit PackedRecords(const KeyWords& words)
       : words_(words), record_bits_(static_cast<int>(std::bit_width(words.records))) {
     for (std::size_t k = 0; k < words.width; ++k) {
       const auto [least, most] = range_of(k);
@@ -182,14 +179,14 @@ class PackedRecords {
     for (std::uint32_t r = 0; r < words_.records; ++r) (*order)[next[packed_keys(r)]++] = r;
   }
 
-  const SortWords& words_;
+  const KeyWords& words_;
   int record_bits_;
   std::vector<std::uint64_t> least_;  // by key
   std::vector<int> key_bits_;         // by key
   int all_key_bits_ = 0;
 };
 
-void sort_by_words(const SortWords& words, std::vector<std::uint32_t>* order) {
+void sort_by_key_words(const KeyWords& words, std::vector<std::uint32_t>* order) {
   std::stable_sort(order->begin(), order->end(), [&](std::uint32_t a, std::uint32_t b) {
     const auto left = words.all.begin() + static_cast<std::ptrdiff_t>(a * words.width);
     const auto right = words.all.begin() + static_cast<std::ptrdiff_t>(b * words.width);
@@ -201,12 +198,12 @@ void sort_by_words(const SortWords& words, std::vector<std::uint32_t>* order) {
 std::vector<std::uint32_t> sorted_records(const SortKeys& keys, std::uint32_t records) {
   std::vector<std::uint32_t> order(records);
   std::iota(order.begin(), order.end(), 0);
-  const SortWords words(keys, records);
+  const KeyWords words(keys, records);
   const PackedRecords packed(words);
   if (packed.fit()) {
     packed.sort(&order);
   } else {
-    sort_by_words(words, &order);
+    sort_by_key_words(words, &order);
   }
   return order;
 }

@@ -1,4 +1,8 @@
 // A view in the order of some of its fields.
+//
+// It is fast because a view that is in order already is not sorted, and because the keys of a record are worked out
+// once, packed into one integer where they fit. The order is that of the plain form, std::stable_sort of the records by
+// their values.
 #ifndef TRIGLUB_ENGINE_OPERATIONS_SORT_H
 #define TRIGLUB_ENGINE_OPERATIONS_SORT_H
 

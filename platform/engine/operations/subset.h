@@ -9,8 +9,8 @@
 namespace triglub {
 
 // Null after a complaint when the condition does not compile. A record at which it fails to evaluate is not taken.
-// `is_kept`: the view stays, so that it is worth while to have it find the runs of a field's texts, which further
-// conditions on the field use too.
+// `is_kept`: the view stays, so it is worth having it find the runs of a field's texts: later conditions on the field
+// use them too.
 std::unique_ptr<const View> subset_view(const View& view, const char* condition, bool is_kept);
 
 }  // namespace triglub

@@ -25,7 +25,7 @@ void append_run(const TextRun& run, std::vector<TextRun>* runs) {
   }
 }
 
-// Tells of rows of one table whether a field has the same text in both, as far as that is known without the texts.
+// Whether a field has the same text in two rows of a table, as far as that is known without looking at the texts.
 class SameText {
  public:
   SameText(const View& view, const ViewField& field) {
@@ -34,7 +34,7 @@ class SameText {
 
   bool operator()(std::uint32_t a, std::uint32_t b) const {
     if (a == b) return true;
-    return codes_ != nullptr && a != NO_ROW && b != NO_ROW && (*codes_)[a] == (*codes_)[b];
+    return codes_ != nullptr && a != kNoRow && b != kNoRow && (*codes_)[a] == (*codes_)[b];
   }
 
  private:
@@ -61,7 +61,7 @@ void text_runs(const View& view, const ViewField& field, std::uint64_t begin, st
   runs->clear();
   const auto last = static_cast<std::uint32_t>(std::min<std::uint64_t>(end, view.record_count()));
   const Chunks chunks(static_cast<std::uint32_t>(std::min<std::uint64_t>(begin, last)), last);
-  // Category after category asks for a few records: these go where there is memory already.
+  // Callers ask for a few records again and again: the first chunk, then the only one, reuses the memory of *runs.
   std::vector<std::vector<TextRun>> found(chunks.size() - 1);
   const auto runs_of_chunk = [&](std::size_t i) { return i == 0 ? runs : &found[i - 1]; };
   run_side_by_side(chunks.size(), [&](std::size_t i) {

@@ -11,7 +11,7 @@
 namespace triglub {
 
 // The runs of equal texts of the field among the records from `begin` to before `end` (cut at the end of the view), in
-// record order: neighbours differ. `*runs` loses what it held.
+// record order: neighbours differ. They replace what *runs held.
 void text_runs(const View& view, const ViewField& field, std::uint64_t begin, std::uint64_t end,
                std::vector<TextRun>* runs);
 

@@ -40,6 +40,23 @@ bool is_type(std::string_view word) {
   return word.size() == 1 && std::string_view("tired").find(word) != std::string_view::npos;
 }
 
+// Reads the null of a number from its text; returns what is wrong with it, empty when nothing is.
+std::string parse_null(FieldSchema* field) {
+  if (field->storage() == Storage::integer && !parse_integer(field->null_text, &field->null_integer)) {
+    return "the null of an integer or date must be an integer";
+  }
+  if (field->storage() == Storage::real && !parse_real(field->null_text, &field->null_real)) {
+    return "the null of a real or time must be a number";
+  }
+  return "";
+}
+
+std::string detail_of(const FieldSchema& field) {
+  const std::string unit = field.unit == "-" ? "" : ", " + field.unit;
+  return static_cast<char>(field.type) + std::to_string(field.width) + unit + ", null " + field.null_text + ": " +
+         field.description;
+}
+
 // Reads one field line; returns what is wrong with it, empty when nothing is.
 std::string parse_field(std::string_view line, FieldSchema* field) {
   std::string_view rest = line;
@@ -56,16 +73,8 @@ std::string parse_field(std::string_view line, FieldSchema* field) {
   std::int64_t bytes = 0;
   if (!parse_integer(width, &bytes) || bytes < 1 || bytes > kMaxFieldWidth) return "the width must be 1 to 1000";
   field->width = static_cast<int>(bytes);
-  if (field->storage() == Storage::integer && !parse_integer(field->null_text, &field->null_integer)) {
-    return "the null of an integer or date must be an integer";
-  }
-  if (field->storage() == Storage::real && !parse_real(field->null_text, &field->null_real)) {
-    return "the null of a real or time must be a number";
-  }
-  const std::string unit = field->unit == "-" ? "" : ", " + field->unit;
-  field->detail = std::string(type) + std::to_string(field->width) + unit + ", null " + field->null_text + ": " +
-                  field->description;
-  return "";
+  field->detail = detail_of(*field);
+  return parse_null(field);
 }
 
 // What is wrong with one field of a table's keys; empty when nothing is.

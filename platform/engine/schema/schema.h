@@ -38,7 +38,8 @@ struct FieldSchema {
   int type_code() const;  // dbINTEGER ... dbSTRING
 };
 
-// True when two fields can be the begin and the end of a range of validity: both dates, or both numbers that are none.
+// True when two fields can be the begin and the end of a range of validity: both dates, or both numbers of another
+// type.
 bool can_be_range(const FieldSchema& begin, const FieldSchema& end);
 
 // One field of a key, or the two of a range of validity.

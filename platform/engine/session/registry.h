@@ -24,19 +24,19 @@ class Registry {
 
   // Takes a session in; its number, from 0, which is not used again.
   std::int64_t add(std::unique_ptr<Session> session);
-  // The session, as long as nobody removes it; null for a number of none.
+  // The session, as long as nobody removes it; null for an unknown number.
   Session* find(std::int64_t number) const {
     const Slot* slot = slot_of(number);
     return slot == nullptr ? nullptr : slot->load(std::memory_order_acquire);
   }
-  // Ends a session. False for a number of none.
+  // Ends a session. False for an unknown number.
   bool remove(std::int64_t number);
 
  private:
   using Slot = std::atomic<Session*>;  // null: removed, or not given out yet
 
-  // Block b holds 2^b slots, for the numbers from 2^b - 1. Blocks stay where they are, so that a reader is never in the
-  // way of one who adds.
+  // Block b holds 2^b slots, for the numbers from 2^b - 1. Blocks never move, so that finding and adding do not
+  // disturb each other.
   static constexpr std::size_t kBlocks = 48;
 
   // Null where there is no block yet.
@@ -49,7 +49,7 @@ class Registry {
   }
 
   std::array<std::atomic<Slot*>, kBlocks> blocks_{};
-  std::mutex mutex_;  // of those who add
+  std::mutex mutex_;  // taken by add
   std::int64_t next_ = 0;
 };
 

@@ -31,9 +31,9 @@ class Session {
   // The number of a table of the schema, loaded if need be, or of a named view; dbINVALID when there is none or it
   // refuses to load.
   std::int64_t find_view(std::string_view name);
-  // Keeps a view under the next number; a name (null or "": none) that is taken moves to it, but for a table's.
+  // Keeps a view under the next number; a name (null or "": none) that is in use moves to it, unless it is a table's.
   std::int64_t add_view(std::unique_ptr<const View> view, const char* name);
-  // Null for a number of no view.
+  // Null for an unknown number.
   const View* view(std::int64_t number) const {
     if (number < 0 || static_cast<std::size_t>(number) >= slots_.size()) return nullptr;
     return slots_[static_cast<std::size_t>(number)].view.get();

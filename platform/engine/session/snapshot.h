@@ -1,7 +1,7 @@
 // What is loaded of a source: its tables, and what they come to know of themselves.
 //
 // A snapshot is shared by any number of sessions and threads. It does not change: a table that was not asked for yet
-// is loaded by whoever asks first, and is the same for all from then on.
+// is loaded at the first request, and is the same for all from then on.
 #ifndef TRIGLUB_ENGINE_SESSION_SNAPSHOT_H
 #define TRIGLUB_ENGINE_SESSION_SNAPSHOT_H
 
@@ -22,8 +22,8 @@ class Snapshot {
   const Source& source() const { return *source_; }
   const Schema& schema() const { return *source_->schema(); }
 
-  // The table of that number in the schema, as a view of itself. Null when it refuses to load: whoever asked first has
-  // had the complaints, and they are not made again. The view must not outlive the snapshot.
+  // The table of that number in the schema, as a view of itself. Null when it refuses to load: the first
+  // request has had the complaints, and they are not made again. The view must not outlive the snapshot.
   std::shared_ptr<const View> table(std::size_t index) const;
 
  private:

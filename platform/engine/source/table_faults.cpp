@@ -1,3 +1,4 @@
+// Counts every fault and words the complaints.
 #include "engine/source/table_faults.h"
 
 #include "platform/elog.h"

@@ -7,7 +7,7 @@
 
 namespace triglub {
 
-// The first 20 are told one by one, the others counted: who mends a file begins with the first.
+// The first 20 are reported one by one, the others counted: a file is mended from the first fault on.
 class TableFaults {
  public:
   // `table` is the table's name, `place` where it is.

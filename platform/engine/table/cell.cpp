@@ -1,3 +1,4 @@
+// Reads the numbers of cells, and works out what was expected only once one has a fault.
 #include "engine/table/cell.h"
 
 #include <algorithm>
@@ -52,8 +53,7 @@ bool has_value(const FieldSchema& field, std::string_view cell) {
 
 }  // namespace
 
-// Cells at fixed widths are padded with blanks only, of which eight at a time are quicker to drop than white space at
-// large.
+// Cells of fixed width are padded with blanks only, and blanks are dropped fastest eight at a time.
 std::string_view without_trailing_blanks(std::string_view text) {
   constexpr std::string_view kBlanks = "        ";
   while (text.size() >= kBlanks.size() &&

@@ -13,7 +13,7 @@ namespace triglub {
 // The code of the null text in the dictionary of every column.
 inline constexpr std::uint32_t kNullCode = 0;
 // No code: the dictionary does not have the text.
-inline constexpr std::uint32_t NO_CODE = 0xFFFFFFFFu;
+inline constexpr std::uint32_t kNoCode = 0xFFFFFFFFu;
 
 // One of the vectors is filled, as the field's storage says. A null is held as the field's null value.
 struct Column {
@@ -35,7 +35,7 @@ struct TextCodes {
   const std::vector<std::uint32_t>* codes;  // by row
 
   // An absent row reads as null.
-  std::uint32_t operator[](std::uint32_t row) const { return row == NO_ROW ? kNullCode : (*codes)[row]; }
+  std::uint32_t operator[](std::uint32_t row) const { return row == kNoRow ? kNullCode : (*codes)[row]; }
 };
 
 }  // namespace triglub

@@ -1,3 +1,4 @@
+// Parses cells into the vector of the field's storage; texts are interned, null first, so that null has kNullCode.
 #include "engine/table/column_builder.h"
 
 #include "engine/table/cell.h"
@@ -76,10 +77,10 @@ Column column_of_rows(const FieldSchema& field, const Column& column, const std:
   kept.reals = chosen(column.reals, rows);
   kept.codes = chosen(column.codes, rows);
   if (field.storage() != Storage::text) return kept;
-  std::vector<std::uint32_t> codes(column.dictionary.size(), NO_CODE);
+  std::vector<std::uint32_t> codes(column.dictionary.size(), kNoCode);
   codes[kNullCode] = kept.dictionary.intern(field.null_text);
   for (std::uint32_t& code : kept.codes) {
-    if (codes[code] == NO_CODE) codes[code] = kept.dictionary.intern(column.dictionary[code]);
+    if (codes[code] == kNoCode) codes[code] = kept.dictionary.intern(column.dictionary[code]);
     code = codes[code];
   }
   return kept;

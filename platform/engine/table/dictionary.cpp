@@ -1,3 +1,4 @@
+// Open addressing with linear probing; the bytes of the texts are copied into blocks that never move.
 #include "engine/table/dictionary.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Rows of equal neighbours are gathered into runs; a hash table leads to the first run of each key, and each run to the
+// next one of its key. Finding and hashing runs is shared by threads, filling the table is not.
 #include "engine/table/join_index.h"
 
 #include <bit>
@@ -56,7 +58,7 @@ std::size_t JoinIndex::slot_of(const Table& table, const std::vector<JoinColumn>
                                std::uint32_t hash) const {
   const std::size_t mask = heads_.size() - 1;
   std::size_t slot = hash & mask;
-  while (heads_[slot].run != NO_ROW) {
+  while (heads_[slot].run != kNoRow) {
     if (heads_[slot].hash == hash && same_key(table, columns, runs_[heads_[slot].run].begin, words)) break;
     slot = (slot + 1) & mask;
   }
@@ -71,7 +73,7 @@ std::vector<JoinIndex::Run> JoinIndex::runs_between(const Table& table, const st
     if (row > begin && same_key(table, columns, row, words.data())) continue;
     if (row > begin) runs.back().end = row;
     load_words(table, columns, row, words.data());
-    runs.push_back({row, end, NO_ROW});
+    runs.push_back({row, end, kNoRow});
   }
   return runs;
 }
@@ -93,7 +95,7 @@ void JoinIndex::find_runs(const Table& table, const std::vector<JoinColumn>& col
 
 // From the last run back, so that each chain runs in table order with its head put in front.
 void JoinIndex::hash_runs(const Table& table, const std::vector<JoinColumn>& columns) {
-  constexpr std::uint32_t AHEAD = 16;  // slots lie anywhere in memory: each is called for some turns before its own
+  constexpr std::uint32_t kAhead = 16;  // slots lie anywhere in memory: each is prefetched that many runs ahead
   std::vector<std::uint32_t> hashes(runs_.size());
   const Chunks chunks(0, static_cast<std::uint32_t>(runs_.size()));
   run_side_by_side(chunks.size(), [&](std::size_t i) {
@@ -107,10 +109,10 @@ void JoinIndex::hash_runs(const Table& table, const std::vector<JoinColumn>& col
   heads_.assign(std::bit_ceil(runs_.size() * 2 + 1), Head());
   std::vector<JoinWord> words(columns.size());
   for (auto run = static_cast<std::uint32_t>(runs_.size()); run-- > 0;) {
-    if (run >= AHEAD) __builtin_prefetch(&heads_[hashes[run - AHEAD] & (heads_.size() - 1)], 1);
+    if (run >= kAhead) __builtin_prefetch(&heads_[hashes[run - kAhead] & (heads_.size() - 1)], 1);
     load_words(table, columns, runs_[run].begin, words.data());
     Head& head = heads_[slot_of(table, columns, words.data(), hashes[run])];
-    if (head.run != NO_ROW) are_keys_together_ = false;
+    if (head.run != kNoRow) are_keys_together_ = false;
     runs_[run].next = head.run;
     head = {hashes[run], run};
   }
@@ -124,14 +126,14 @@ JoinIndex::JoinIndex(const Table& table, const std::vector<JoinColumn>& columns)
 JoinIndex::Rows JoinIndex::find(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words,
                                 std::uint32_t* next_run) const {
   std::uint32_t run = *next_run;
-  const bool is_guessed = are_keys_together_ && run < runs_.size() && same_key(table, columns, runs_[run].begin, words);
-  if (!is_guessed) run = heads_[slot_of(table, columns, words, hash_of(words, columns.size()))].run;
-  if (run != NO_ROW) *next_run = run + 1;
+  const bool is_hinted = are_keys_together_ && run < runs_.size() && same_key(table, columns, runs_[run].begin, words);
+  if (!is_hinted) run = heads_[slot_of(table, columns, words, hash_of(words, columns.size()))].run;
+  if (run != kNoRow) *next_run = run + 1;
   return {*this, run};
 }
 
 JoinIndex::Rows::Rows(const JoinIndex& index, std::uint32_t run)
-    : index_(&index), run_(run), row_(run == NO_ROW ? NO_ROW : index.runs_[run].begin) {}
+    : index_(&index), run_(run), row_(run == kNoRow ? kNoRow : index.runs_[run].begin) {}
 
 void JoinIndex::Rows::move_on() {
   if (++row_ < index_->runs_[run_].end) return;

@@ -36,7 +36,7 @@ class JoinIndex {
   class Rows {
    public:
     Rows() = default;
-    std::uint32_t row() const { return row_; }  // NO_ROW at the end
+    std::uint32_t row() const { return row_; }  // kNoRow at the end
     void move_on();
 
    private:
@@ -44,11 +44,11 @@ class JoinIndex {
     Rows(const JoinIndex& index, std::uint32_t run);
 
     const JoinIndex* index_ = nullptr;
-    std::uint32_t run_ = NO_ROW;
-    std::uint32_t row_ = NO_ROW;
+    std::uint32_t run_ = kNoRow;
+    std::uint32_t row_ = kNoRow;
   };
-  // `words` holds one word a column. `*next_run` is a guess at the run, any number, and becomes the guess for the keys
-  // that come after: who asks for keys in table order is answered without the hash.
+  // `words` holds one word a column. `*next_run` is a hint at the run, any number, and is set to the hint for the
+  // next call: keys asked for in table order are found without the hash.
   // REQUIRES: table and columns are those that the index was built of.
   Rows find(const Table& table, const std::vector<JoinColumn>& columns, const JoinWord* words,
             std::uint32_t* next_run) const;
@@ -57,13 +57,13 @@ class JoinIndex {
   struct Run {
     std::uint32_t begin;
     std::uint32_t end;
-    std::uint32_t next;  // the next run of the same key, NO_ROW for none
+    std::uint32_t next;  // the next run of the same key, kNoRow for none
   };
 
   // The first run of a key, with the key's hash, so that runs of other keys need no look.
   struct Head {
     std::uint32_t hash = 0;
-    std::uint32_t run = NO_ROW;  // NO_ROW: a free slot
+    std::uint32_t run = kNoRow;  // kNoRow: a free slot
   };
 
   static std::vector<Run> runs_between(const Table& table, const std::vector<JoinColumn>& columns, std::uint32_t begin,

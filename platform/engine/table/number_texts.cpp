@@ -1,4 +1,4 @@
-// Texts that are made are made a column at a time and kept by the table, so that they stay as long as it does.
+// Texts are made a column at a time and kept by the table, so that they live as long as it does.
 #include "engine/table/number_texts.h"
 
 #include <optional>

@@ -1,4 +1,4 @@
-// How the texts of a table's numbers are had: a source that holds its numbers as texts gives those, for any other they
+// Where the texts of a table's numbers come from: a source that holds numbers as texts gives those, for any other they
 // are made.
 #ifndef TRIGLUB_ENGINE_TABLE_NUMBER_TEXTS_H
 #define TRIGLUB_ENGINE_TABLE_NUMBER_TEXTS_H
@@ -23,8 +23,8 @@ class NumberTexts {
   NumberTexts(const NumberTexts&) = delete;
   NumberTexts& operator=(const NumberTexts&) = delete;
 
-  // The text of a number that is not null, without blanks around it. Valid as long as the table, which asks this of its
-  // own.
+  // The text of a number that is not null, without blanks around it. Valid as long as the table.
+  // REQUIRES: the table is the one that has these texts.
   virtual std::string_view text(const Table& table, std::size_t field, std::uint32_t row) const = 0;
   // The texts of a whole column of numbers; nulls have kNullCode.
   virtual CodedTexts texts(const Table& table, std::size_t field) const = 0;

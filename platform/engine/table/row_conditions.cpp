@@ -1,11 +1,12 @@
+// Starts from all rows and takes away those that miss a condition; text fields are decided by code.
 #include "engine/table/row_conditions.h"
 
 #include <algorithm>
 #include <numeric>
 
 #include "engine/table/table.h"
-#include "platform/elog.h"
 #include "platform/database.h"
+#include "platform/elog.h"
 #include "platform/text.h"
 
 namespace triglub {

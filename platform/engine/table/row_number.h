@@ -7,9 +7,9 @@
 namespace triglub {
 
 // Rows that a table can have, and records that a view can.
-inline constexpr std::uint32_t MAX_ROWS = 1u << 31;
+inline constexpr std::uint32_t kMaxRows = 1u << 31;
 // The number of a row that is absent: an outer join found none. It comes after that of every row.
-inline constexpr std::uint32_t NO_ROW = 0xFFFFFFFFu;
+inline constexpr std::uint32_t kNoRow = 0xFFFFFFFFu;
 
 }  // namespace triglub
 

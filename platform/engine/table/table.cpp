@@ -1,3 +1,4 @@
+// Holds the columns, and makes ranks, indexes and mappings when they are first asked for.
 #include "engine/table/table.h"
 
 #include "engine/table/column_builder.h"
@@ -13,8 +14,8 @@ std::vector<std::uint32_t> map_codes(const Dictionary& from, const Dictionary& t
   std::uint32_t next = 0;  // tables in one order have their texts in one order
   for (std::uint32_t code = 0; code < from.size(); ++code) {
     const bool is_next = next < to.size() && to[next] == from[code];
-    codes.push_back(is_next ? next : to.find(from[code]).value_or(NO_CODE));
-    if (codes.back() != NO_CODE) next = codes.back() + 1;
+    codes.push_back(is_next ? next : to.find(from[code]).value_or(kNoCode));
+    if (codes.back() != kNoCode) next = codes.back() + 1;
   }
   return codes;
 }

@@ -32,7 +32,7 @@ struct TableContents {
   RowPlaces places;
 };
 
-// A table does not change: what is made of its values when it is first asked for is made once. All members are safe for
+// A table does not change; what is derived from its values is made once, at the first request. All members are safe for
 // concurrent use.
 class Table {
  public:
@@ -77,7 +77,7 @@ class Table {
   // By code of a text column: the place of each text in ascending byte order.
   const std::vector<std::uint32_t>& text_ranks(std::size_t field) const;
   const JoinIndex& join_index(const std::vector<JoinColumn>& columns) const;
-  // By code of another column's dictionary: the code of the same text in a text column of this table, NO_CODE where it
+  // By code of another column's dictionary: the code of the same text in a text column of this table, kNoCode where it
   // does not have the text. `from` must live as long as the table.
   const std::vector<std::uint32_t>& dictionary_mapping(const Dictionary& from, std::size_t field) const;
 

@@ -1,3 +1,4 @@
+// Parts of a table are put together column by column, side by side; conditions are applied to the finished table.
 #include "engine/table/table_builder.h"
 
 #include "base/threads.h"

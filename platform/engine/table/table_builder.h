@@ -23,7 +23,7 @@ namespace triglub {
 class TableBuilder {
  public:
   // The schema must outlive the builder and the table.
-  explicit TableBuilder(const TableSchema& schema, std::uint32_t max_rows = MAX_ROWS);
+  explicit TableBuilder(const TableSchema& schema, std::uint32_t max_rows = kMaxRows);
 
   const TableSchema& schema() const { return *schema_; }
   std::uint64_t row_count() const { return row_count_; }

@@ -21,7 +21,7 @@ namespace triglub {
 
 using RowNumbers = std::shared_ptr<const std::vector<std::uint32_t>>;
 
-// One base table of a view and the row behind each record; NO_ROW where an outer join found none.
+// One base table of a view and the row behind each record; kNoRow where an outer join found none.
 struct ViewTable {
   const Table* table = nullptr;
   RowNumbers rows;  // null: record i is row i
@@ -60,19 +60,19 @@ class View final : public expression::FieldNames {
   // Values by record; an absent row reads as null.
   std::int64_t integer(const ViewField& field, std::uint32_t record) const {
     const std::uint32_t row = this->row(field.table, record);
-    return row == NO_ROW ? schema_of(field).null_integer : table_of(field).integer(field.field, row);
+    return row == kNoRow ? schema_of(field).null_integer : table_of(field).integer(field.field, row);
   }
   double real(const ViewField& field, std::uint32_t record) const {
     const std::uint32_t row = this->row(field.table, record);
-    return row == NO_ROW ? schema_of(field).null_real : table_of(field).real(field.field, row);
+    return row == kNoRow ? schema_of(field).null_real : table_of(field).real(field.field, row);
   }
   std::string_view text(const ViewField& field, std::uint32_t record) const {
     const std::uint32_t row = this->row(field.table, record);
-    return row == NO_ROW ? std::string_view(schema_of(field).null_text) : table_of(field).text(field.field, row);
+    return row == kNoRow ? std::string_view(schema_of(field).null_text) : table_of(field).text(field.field, row);
   }
   bool is_null(const ViewField& field, std::uint32_t record) const {
     const std::uint32_t row = this->row(field.table, record);
-    return row == NO_ROW || table_of(field).is_null(field.field, row);
+    return row == kNoRow || table_of(field).is_null(field.field, row);
   }
   // A number of either storage.
   double number(const ViewField& field, std::uint32_t record) const {

@@ -27,9 +27,9 @@
 // for another thread. Different sessions may be used at the same time, also those of one database; every handle and
 // every Expression is used only with the session that it came from. Inside the engine, const means safe to share.
 //
-// Failures are reported through the error log (elog_complain) unless an operation says otherwise, and seen as a negative
-// status or a handle member equal to dbINVALID. An operation that is handed an invalid handle gives an invalid one
-// without a word: what made it so has been reported.
+// Failures are reported through the error log (elog_complain) unless an operation says otherwise, and seen as a
+// negative status or a handle member equal to dbINVALID. An operation that is handed an invalid handle gives an invalid
+// one without a word: what made it so has been reported.
 #ifndef TRIGLUB_PLATFORM_DATABASE_H
 #define TRIGLUB_PLATFORM_DATABASE_H
 

@@ -16,8 +16,8 @@
 namespace triglub {
 namespace {
 
-constexpr std::int64_t MAX = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t MIN = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
 
 TEST(ParseInteger, ReadsDecimalIntegers) {
   struct Case {
@@ -32,8 +32,8 @@ TEST(ParseInteger, ReadsDecimalIntegers) {
                                                      {"-7", -7},
                                                      {"007", 7},
                                                      {"99999999", 99999999},
-                                                     {"9223372036854775807", MAX},
-                                                     {"-9223372036854775808", MIN},
+                                                     {"9223372036854775807", kMax},
+                                                     {"-9223372036854775808", kMin},
                                                      {"000000000000000000000000000012", 12}}) {
     std::int64_t number = 123;
     EXPECT_TRUE(parse_integer(text, &number)) << text;

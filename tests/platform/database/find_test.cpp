@@ -63,14 +63,14 @@ TEST_F(Find, SearchesBackwardFromBeforeTheRecord) {
 }
 
 TEST_F(Find, StartsAtAnEndFromBeyondIt) {
-  constexpr std::int64_t MAX = std::numeric_limits<std::int64_t>::max();
-  constexpr std::int64_t MIN = std::numeric_limits<std::int64_t>::min();
+  constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+  constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
   for (const char* condition : {"sta =~ /A/", "sta == 'A'"}) {
-    for (const std::int64_t before : {std::int64_t{-1}, std::int64_t{-2}, dbALL, dbINVALID, MIN}) {
+    for (const std::int64_t before : {std::int64_t{-1}, std::int64_t{-2}, dbALL, dbINVALID, kMin}) {
       EXPECT_EQ(forward(before, condition), 0);
       EXPECT_EQ(backward(before, condition), -2);
     }
-    for (const std::int64_t behind : {std::int64_t{5}, std::int64_t{6}, std::int64_t{1} << 32, MAX}) {
+    for (const std::int64_t behind : {std::int64_t{5}, std::int64_t{6}, std::int64_t{1} << 32, kMax}) {
       EXPECT_EQ(forward(behind, condition), -2);
       EXPECT_EQ(backward(behind, condition), 4);
     }

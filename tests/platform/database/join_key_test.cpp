@@ -115,15 +115,16 @@ TEST(NaturalJoin, OnForeignKeysAloneKeepsTheTablesOrder) {
 
 TEST(NaturalJoin, OnForeignKeysAloneBearsManyRows) {
   Tables tables;
-  constexpr int ROWS = 20000;
-  for (int i = 0; i < ROWS; ++i) {
+  constexpr int kRows = 20000;
+  for (int i = 0; i < kRows; ++i) {
     tables.add("instrument", {{"inid", std::to_string(i)}});
-    tables.add("sensor", {{"inid", std::to_string(ROWS - 1 - i)}});
+    tables.add("sensor", {{"inid", std::to_string(kRows - 1 - i)}});
   }
   const Dbptr view = join(tables.table("instrument"), tables.table("sensor"));
-  ASSERT_EQ(record_count(view), ROWS);
+  ASSERT_EQ(record_count(view), kRows);
   const auto rows = triglub::base_rows(view, "sensor");
-  for (int i = 0; i < ROWS; ++i) ASSERT_EQ(rows[static_cast<std::size_t>(i)], static_cast<std::uint32_t>(ROWS - 1 - i));
+  for (int i = 0; i < kRows; ++i)
+    ASSERT_EQ(rows[static_cast<std::size_t>(i)], static_cast<std::uint32_t>(kRows - 1 - i));
 }
 
 TEST(NaturalJoin, ResolvesTheViewsFieldsBare) {

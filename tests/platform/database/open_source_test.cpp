@@ -83,9 +83,9 @@ TEST_F(OpenSource, ReportsWhatIsNotThere) {
   for (const std::string name : {"", "flat:", "memory:", "flat:/nowhere/db"}) {
     EXPECT_EQ(triglub::open_source(name), nullptr) << name;
   }
-  EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("is a folder"), HasSubstr("is a folder"),
-                                        HasSubstr("memory:: there is no such database"),
-                                        HasSubstr("/nowhere/db: there is no such database")));
+  EXPECT_THAT(log_.lines(),
+              ElementsAre(HasSubstr("is empty"), HasSubstr("is empty"), HasSubstr("memory:: there is no such database"),
+                          HasSubstr("/nowhere/db: there is no such database")));
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 namespace triglub {
 namespace {
 
-constexpr double INF = std::numeric_limits<double>::infinity();
+constexpr double kInf = std::numeric_limits<double>::infinity();
 
 struct Case {
   Range a, b;
@@ -21,27 +21,27 @@ struct Case {
 
 TEST(Overlap, IsHalfOpenAndKnowsPoints) {
   const std::vector<Case> cases = {
-      {{0, 10}, {5, 15}, true},          // overlap
-      {{0, 10}, {2, 3}, true},           // one holds the other
-      {{0, 10}, {0, 10}, true},          // equal
-      {{0, 10}, {10, 20}, false},        // ends where the next begins
-      {{0, 10}, {11, 20}, false},        // a gap
-      {{0, 10}, {9, 10}, true},          // common end
-      {{-INF, 10}, {9, INF}, true},      // open sides
-      {{-INF, 10}, {10, INF}, false},    //
-      {{-INF, INF}, {5, 6}, true},       //
-      {{-INF, INF}, {-INF, INF}, true},  //
-      {{5, 5}, {0, 10}, true},           // a point inside
-      {{0, 0}, {0, 10}, true},           // at the begin
-      {{10, 10}, {0, 10}, false},        // at the end
-      {{10, 10}, {10, 20}, true},        // belongs to the one that begins there
-      {{5, 5}, {5, 5}, true},            // two points
-      {{5, 5}, {6, 6}, false},           //
-      {{5, 5}, {-INF, INF}, true},       //
-      {{10, 0}, {0, 10}, false},         // backward
-      {{10, 0}, {5, 5}, false},          //
-      {{10, 0}, {-INF, INF}, false},     //
-      {{10, 0}, {10, 0}, false},         //
+      {{0, 10}, {5, 15}, true},              // overlap
+      {{0, 10}, {2, 3}, true},               // one holds the other
+      {{0, 10}, {0, 10}, true},              // equal
+      {{0, 10}, {10, 20}, false},            // ends where the next begins
+      {{0, 10}, {11, 20}, false},            // a gap
+      {{0, 10}, {9, 10}, true},              // common end
+      {{-kInf, 10}, {9, kInf}, true},        // open sides
+      {{-kInf, 10}, {10, kInf}, false},      //
+      {{-kInf, kInf}, {5, 6}, true},         //
+      {{-kInf, kInf}, {-kInf, kInf}, true},  //
+      {{5, 5}, {0, 10}, true},               // a point inside
+      {{0, 0}, {0, 10}, true},               // at the begin
+      {{10, 10}, {0, 10}, false},            // at the end
+      {{10, 10}, {10, 20}, true},            // belongs to the one that begins there
+      {{5, 5}, {5, 5}, true},                // two points
+      {{5, 5}, {6, 6}, false},               //
+      {{5, 5}, {-kInf, kInf}, true},         //
+      {{10, 0}, {0, 10}, false},             // backward
+      {{10, 0}, {5, 5}, false},              //
+      {{10, 0}, {-kInf, kInf}, false},       //
+      {{10, 0}, {10, 0}, false},             //
   };
   for (const auto& [a, b, meet] : cases) {
     EXPECT_EQ(overlap(a, b), meet) << a.begin << ".." << a.end << " and " << b.begin << ".." << b.end;
@@ -101,8 +101,8 @@ TEST(MakeRange, IsOpenWhereTheEndIsNull) {
   for (const RangeUnit unit : {RangeUnit::as_stored, RangeUnit::days}) {
     for (const FieldType type : {FieldType::date, FieldType::time}) {
       const Range range = make_range(open(type), open(type), unit);
-      EXPECT_EQ(range.begin, -INF);
-      EXPECT_EQ(range.end, INF);
+      EXPECT_EQ(range.begin, -kInf);
+      EXPECT_EQ(range.end, kInf);
     }
   }
 }

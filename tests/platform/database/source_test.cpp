@@ -74,6 +74,14 @@ TEST_F(Source, ThatIsAFolderIsReported) {
   EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("is a folder"), HasSubstr("is a folder")));
 }
 
+TEST_F(Source, WithoutANameIsReported) {
+  EXPECT_EQ(dbopen("", "r", &db_), -1);
+  EXPECT_EQ(dbopen(nullptr, "r", &db_), -1);
+  const std::string message =
+      "warning: dbopen: the name of the database is empty, expected DIR/NAME for the tables DIR/NAME.site ...";
+  EXPECT_THAT(log_.lines(), ElementsAre(message, message));
+}
+
 TEST_F(Source, MayHaveAFolderOfItsNameBesideItsTables) {
   put("db/sts2.paz", "");
   put("db.site", site("AAK"));

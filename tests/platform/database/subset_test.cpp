@@ -82,59 +82,70 @@ TEST_F(Subset, SeesAbsentRowsAsNulls) {
   EXPECT_THAT(texts_of(dbsubset(view, "is_null(lat)", nullptr), "chanid"), ElementsAre("1", "2", "-1"));
 }
 
+const Texts kConditions = {"sta =~ /a/",
+                           "sta !~ /a/",
+                           "sta =~ /[ab]*/",
+                           "chan =~ //",
+                           "chanid =~ /1/",
+                           "chanid !~ /-1/",
+                           "hang =~ /.*5/",
+                           "site.sta =~ /-/",
+                           "site.sta !~ /b|c/",
+                           "lat =~ /-999.*/",
+                           "lat =~ /1.0/",
+                           "sta == site.sta",
+                           "chanid % 3 == 1",
+                           "7 % chanid > 2",
+                           "is_null(lat) || lat > 0",
+                           "str(chanid) < sta",
+                           "sqrt(lat) >= 0",
+                           "ondate =~ /1990.*/",
+                           "(sta) =~ /a/",
+                           "sta =~ /a/ && 1",
+                           "length(sta) - 1",
+                           "staname =~ /\xC3\xBC.?/"};
+
+// Stations with few texts, some twice, some without a site.
+void add_random_rows(Tables& tables, std::mt19937& random) {
+  const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
+  const Texts texts = {"a", "b", "ab", "c", "", "aa"};
+  const auto text = [&] { return texts[random() % texts.size()]; };
+  for (int i = below(100); i > 0; --i) {
+    tables.add("sitechan", {{"sta", text()},
+                            {"chan", text()},
+                            {"ondate", std::to_string(1990001 + below(3) * 1000)},
+                            {"chanid", std::to_string(below(5) - 2)},
+                            {"hang", below(2) == 0 ? "1.5" : "1.50"}});
+  }
+  for (int i = below(6); i > 0; --i) {
+    tables.add(
+        "site",
+        {{"sta", text()}, {"lat", below(2) == 0 ? "1.0" : "-1"}, {"staname", below(2) == 0 ? "\xFC" : "\xC3\xBC"}});
+  }
+}
+
+Dbptr chosen_one_by_one(Dbptr view, const std::string& condition) {
+  Expression* compiled = nullptr;
+  EXPECT_EQ(dbex_compile(view, condition.c_str(), &compiled, dbINTEGER), 0);
+  std::vector<std::uint32_t> chosen;
+  for (std::uint32_t r = 0; r < record_count(view); ++r) {
+    std::int64_t is_true = 0;
+    if (dbex_eval(at(view, r), compiled, 0, &is_true) == 0 && is_true != 0) chosen.push_back(r);
+  }
+  return triglub::view_of_records(view, chosen, nullptr);
+}
+
 TEST_F(Subset, AgreesWithEvaluationRecordByRecord) {
   std::mt19937 random(random_seed());
-  const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
-  const Texts conditions = {"sta =~ /a/",
-                            "sta !~ /a/",
-                            "sta =~ /[ab]*/",
-                            "chan =~ //",
-                            "chanid =~ /1/",
-                            "chanid !~ /-1/",
-                            "hang =~ /.*5/",
-                            "site.sta =~ /-/",
-                            "site.sta !~ /b|c/",
-                            "lat =~ /-999.*/",
-                            "lat =~ /1.0/",
-                            "sta == site.sta",
-                            "chanid % 3 == 1",
-                            "7 % chanid > 2",
-                            "is_null(lat) || lat > 0",
-                            "str(chanid) < sta",
-                            "sqrt(lat) >= 0",
-                            "ondate =~ /1990.*/",
-                            "(sta) =~ /a/",
-                            "sta =~ /a/ && 1",
-                            "length(sta) - 1",
-                            "staname =~ /\xC3\xBC.?/"};
-  const Texts texts = {"a", "b", "ab", "c", "", "aa"};
   for (int round = 0; round < 80; ++round) {
     Tables tables;
-    for (int i = below(100); i > 0; --i) {
-      tables.add("sitechan", {{"sta", texts[static_cast<std::size_t>(below(6))]},
-                              {"chan", texts[static_cast<std::size_t>(below(6))]},
-                              {"ondate", std::to_string(1990001 + below(3) * 1000)},
-                              {"chanid", std::to_string(below(5) - 2)},
-                              {"hang", below(2) == 0 ? "1.5" : "1.50"}});
-    }
-    for (int i = below(6); i > 0; --i) {
-      tables.add("site", {{"sta", texts[static_cast<std::size_t>(below(6))]},
-                          {"lat", below(2) == 0 ? "1.0" : "-1"},
-                          {"staname", below(2) == 0 ? "\xFC" : "\xC3\xBC"}});
-    }
+    add_random_rows(tables, random);
     const Dbptr view = tables.process({"dbopen sitechan", "dbjoin -o site sta"});
-    for (const std::string& condition : conditions) {
-      Expression* compiled = nullptr;
-      ASSERT_EQ(dbex_compile(view, condition.c_str(), &compiled, dbINTEGER), 0) << condition;
-      std::vector<std::uint32_t> expected;
-      for (std::uint32_t r = 0; r < record_count(view); ++r) {
-        std::int64_t is_true = 0;
-        if (dbex_eval(at(view, r), compiled, 0, &is_true) == 0 && is_true != 0) expected.push_back(r);
-      }
-      const Dbptr chosen = triglub::view_of_records(view, expected, nullptr);
+    for (const std::string& condition : kConditions) {
+      const Dbptr expected = chosen_one_by_one(view, condition);
       const Dbptr subset = dbsubset(view, condition.c_str(), nullptr);
-      ASSERT_EQ(triglub::base_rows(subset, "sitechan"), triglub::base_rows(chosen, "sitechan")) << condition;
-      ASSERT_EQ(triglub::base_rows(subset, "site"), triglub::base_rows(chosen, "site")) << condition;
+      ASSERT_EQ(triglub::base_rows(subset, "sitechan"), triglub::base_rows(expected, "sitechan")) << condition;
+      ASSERT_EQ(triglub::base_rows(subset, "site"), triglub::base_rows(expected, "site")) << condition;
     }
   }
 }

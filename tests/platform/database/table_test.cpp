@@ -13,7 +13,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using triglub::JoinColumn;
-using triglub::NO_CODE;
+using triglub::kNoCode;
 using triglub::Table;
 
 std::unique_ptr<const Table> thousand_rows(int first) {
@@ -61,9 +61,9 @@ TEST(Table, IsSharedByThreads) {
 TEST(Table, MapsTheTextsOfAnotherDictionary) {
   const auto table = affiliation_of({{"A", "X", ""}, {"B", "Y", ""}, {"C", "Z", ""}});
   const auto other = affiliation_of({{"C", "", ""}, {"D", "", ""}, {"A", "", ""}, {"B", "", ""}});
-  EXPECT_THAT(table->dictionary_mapping(other->column(0).dictionary, 0), ElementsAre(0u, 3u, NO_CODE, 1u, 2u));
+  EXPECT_THAT(table->dictionary_mapping(other->column(0).dictionary, 0), ElementsAre(0u, 3u, kNoCode, 1u, 2u));
   EXPECT_THAT(table->dictionary_mapping(other->column(0).dictionary, 1),
-              ElementsAre(0u, NO_CODE, NO_CODE, NO_CODE, NO_CODE));
+              ElementsAre(0u, kNoCode, kNoCode, kNoCode, kNoCode));
 }
 
 TEST(Table, TellsTheOrderOfItsTexts) {
@@ -73,8 +73,8 @@ TEST(Table, TellsTheOrderOfItsTexts) {
 
 TEST(Table, ReadsAnAbsentRowAsNull) {
   const auto table = affiliation_of({{"B", "", "5"}});
-  EXPECT_EQ(table->text_codes(0)[triglub::NO_ROW], triglub::kNullCode);
-  EXPECT_EQ(table->text_codes(2)[triglub::NO_ROW], triglub::kNullCode);
+  EXPECT_EQ(table->text_codes(0)[triglub::kNoRow], triglub::kNullCode);
+  EXPECT_EQ(table->text_codes(2)[triglub::kNoRow], triglub::kNullCode);
   EXPECT_NE(table->text_codes(2)[0], triglub::kNullCode);
 }
 

@@ -35,7 +35,7 @@ std::string affiliation_row(int i) {
   return row;
 }
 
-constexpr int ROWS = 270000;  // 9 MB, enough for a piece of each thread
+constexpr int kRows = 270000;  // 9 MB, enough for a piece of each thread
 
 std::string loaded_as_text(const std::string& bytes, unsigned int threads, Texts* complaints) {
   const CollectedLog log;
@@ -49,7 +49,7 @@ std::string loaded_as_text(const std::string& bytes, unsigned int threads, Texts
   if (is_view(table)) {
     std::vector<triglub::TextRun> runs;
     for (const char* field : {"net", "sta", "lddate"}) {
-      triglub::text_runs(dblookup(table, nullptr, nullptr, field, nullptr), 0, ROWS, &runs);
+      triglub::text_runs(dblookup(table, nullptr, nullptr, field, nullptr), 0, kRows, &runs);
       for (const auto& run : runs) text.append(run.text).append(" ").append(std::to_string(run.end)).append("\n");
     }
   }
@@ -63,7 +63,7 @@ std::string loaded_as_text(const std::string& bytes, unsigned int threads, Texts
 
 TEST(Threads, LoadRowsOfOneLength) {
   std::string bytes;
-  for (int i = 0; i < ROWS; ++i) bytes += affiliation_row(i) + "\n";
+  for (int i = 0; i < kRows; ++i) bytes += affiliation_row(i) + "\n";
   Texts complaints;
   const std::string expected = loaded_as_text(bytes, 1, &complaints);
   EXPECT_GT(expected.size(), 1000000U);
@@ -75,9 +75,9 @@ TEST(Threads, LoadRowsOfOneLength) {
 
 TEST(Threads, LoadRowsOfManyLengths) {
   std::mt19937_64 random(random_seed());
-  for (const int first_odd : {0, ROWS / 2, ROWS - 10}) {
+  for (const int first_odd : {0, kRows / 2, kRows - 10}) {
     std::string bytes;
-    for (int i = 0; i < ROWS; ++i) {
+    for (int i = 0; i < kRows; ++i) {
       std::string row = affiliation_row(i);
       if (i >= first_odd && random() % 4 == 0) row.resize(15);  // without its load date
       if (i >= first_odd && random() % 4 == 0) row += "  \r";
@@ -92,7 +92,7 @@ TEST(Threads, LoadRowsOfManyLengths) {
 
 TEST(Threads, NameTheFaultsOfAFileAsOneWould) {
   std::string bytes;
-  for (int i = 0; i < ROWS; ++i) {
+  for (int i = 0; i < kRows; ++i) {
     std::string row = affiliation_row(i);
     if (i % 100000 == 99999) row[20] = 'x';
     bytes += row + "\n";

@@ -21,7 +21,7 @@ struct NestCase {
   std::size_t place;  // in a piece, of what opens a level
 };
 
-constexpr NestCase NESTS[] = {
+constexpr NestCase kNests[] = {
     {"(", "1", ")", "1", 0},       {"-", "1", "", "1", 0},       {"!", "1", "", "1", 0},
     {"abs(", "1", ")", "1", 3},    {"1?", "2", ":3", "2", 1},    {"0?2:", "3", "", "3", 1},
     {"1+(", "1", ")", "201", 2},   {"max(0,", "1", ")", "1", 3}, {"1||1&&1==1<1+1*(", "0", ")", "1", 15},
@@ -29,21 +29,21 @@ constexpr NestCase NESTS[] = {
 };
 
 TEST(Limits, TakeTwoHundredLevelsOfNesting) {
-  for (const NestCase& nest : NESTS) {
+  for (const NestCase& nest : kNests) {
     const std::string text =
-        repeated(nest.open, MAX_NESTING) + std::string(nest.inside) + repeated(nest.close, MAX_NESTING);
+        repeated(nest.open, kMaxNesting) + std::string(nest.inside) + repeated(nest.close, kMaxNesting);
     EXPECT_EQ(text_at_station(text), nest.value) << nest.open;
   }
 }
 
 TEST(Limits, RefuseOneLevelMore) {
-  for (const NestCase& nest : NESTS) {
+  for (const NestCase& nest : kNests) {
     const std::string text =
-        repeated(nest.open, MAX_NESTING + 1) + std::string(nest.inside) + repeated(nest.close, MAX_NESTING + 1);
+        repeated(nest.open, kMaxNesting + 1) + std::string(nest.inside) + repeated(nest.close, kMaxNesting + 1);
     Fault fault{};
     EXPECT_EQ(compile(text, dbINTEGER, &fault), nullptr) << nest.open;
     EXPECT_EQ(fault.text.substr(0, fault.text.find('\n')), "expected at most 200 levels of nesting");
-    EXPECT_EQ(fault.position, MAX_NESTING * nest.open.size() + nest.place) << nest.open;
+    EXPECT_EQ(fault.position, kMaxNesting * nest.open.size() + nest.place) << nest.open;
   }
 }
 
@@ -53,12 +53,12 @@ TEST(Limits, CountLevelsThatAreOpenAtOnce) {
 }
 
 TEST(Limits, TakeALongTextAndRefuseALongerOne) {
-  const std::string fits = "1" + std::string(MAX_LENGTH - 1, ' ');
+  const std::string fits = "1" + std::string(kMaxLength - 1, ' ');
   EXPECT_EQ(text_at_station(fits), "1");
   Fault fault{};
   EXPECT_EQ(compile(fits + " ", dbINTEGER, &fault), nullptr);
   EXPECT_EQ(fault.text, "expected at most 65536 bytes\n..." + std::string(80, ' ') + "\n" + std::string(82, ' ') + "^");
-  EXPECT_EQ(fault.position, MAX_LENGTH);
+  EXPECT_EQ(fault.position, kMaxLength);
   EXPECT_EQ(compile(std::string(100'000'000, '('), dbINTEGER, &fault), nullptr);
 }
 
@@ -74,7 +74,7 @@ TEST(Limits, ChainsMayBeAsLongAsTheText) {
 
 TEST(Limits, UnclosedPilesAreRefusedNotFollowed) {
   for (const std::string_view piece : {"(", "-", "!", "1?", "f(", "1+(", "1&&", "'", "a=~/", "a=~/(/&&"}) {
-    EXPECT_EQ(compile(repeated(piece, MAX_LENGTH / piece.size())), nullptr) << piece;
+    EXPECT_EQ(compile(repeated(piece, kMaxLength / piece.size())), nullptr) << piece;
   }
 }
 

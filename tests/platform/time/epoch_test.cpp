@@ -52,8 +52,8 @@ TEST(YearDay, TellsTheLastRepresentableInstantOfADayFromMidnight) {
 }
 
 TEST(YearDay, IsTheNullDateOutsideTheCalendar) {
-  constexpr double INFINITE = std::numeric_limits<double>::infinity();
-  for (const double no_time : {253402300800.0, -62135596800.1, 1e300, INFINITE, -INFINITE, std::nan("")}) {
+  constexpr double kInfinite = std::numeric_limits<double>::infinity();
+  for (const double no_time : {253402300800.0, -62135596800.1, 1e300, kInfinite, -kInfinite, std::nan("")}) {
     EXPECT_EQ(triglub::yearday(no_time), -1) << no_time;
     EXPECT_EQ(triglub::yearday(no_time, 7), 7) << no_time;
   }

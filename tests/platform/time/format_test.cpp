@@ -108,9 +108,9 @@ TEST(EpochText, RoundsWheneverMillisecondsAreShownAnywhere) {
 }
 
 TEST(EpochText, IsEmptyOutsideTheCalendar) {
-  constexpr double INFINITE = std::numeric_limits<double>::infinity();
+  constexpr double kInfinite = std::numeric_limits<double>::infinity();
   for (const double no_time :
-       {253402300800.0, -62135596801.0, -62135596800.001, 1e18, -1e300, INFINITE, -INFINITE, std::nan("")}) {
+       {253402300800.0, -62135596801.0, -62135596800.001, 1e18, -1e300, kInfinite, -kInfinite, std::nan("")}) {
     EXPECT_STREQ(epoch2str(no_time, "%G"), "") << no_time;
     EXPECT_STREQ(epoch2str(no_time, "%u"), "") << no_time;
     EXPECT_EQ(triglub::format_epoch(no_time, "plain text"), "") << no_time;

@@ -1,3 +1,4 @@
+// A later "schema" line takes the place of an earlier one; "dbpath" lines add up.
 #include "engine/source/flat/descriptor.h"
 
 #include "base/characters.h"

@@ -1,3 +1,4 @@
+// A number is cut out of the mapped file when it is asked for; a column of them is interned text by text.
 #include "engine/source/flat/file_digits.h"
 
 #include <algorithm>

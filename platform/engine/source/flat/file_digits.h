@@ -1,4 +1,4 @@
-// The texts of numbers as the file itself has them: "1.50" is not "1.5" to those who compare texts.
+// The texts of numbers as the file itself has them: "1.50" and "1.5" differ as texts.
 #ifndef TRIGLUB_ENGINE_SOURCE_FLAT_FILE_DIGITS_H
 #define TRIGLUB_ENGINE_SOURCE_FLAT_FILE_DIGITS_H
 

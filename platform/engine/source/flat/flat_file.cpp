@@ -19,10 +19,10 @@ namespace triglub {
 namespace {
 
 constexpr std::size_t kLeastPiece = std::size_t{1} << 20;  // bytes for which a thread is worth its start
-constexpr std::size_t kSmallPieces = 8;                    // of a thread's share, one for later
+constexpr std::size_t kSmallPieces = 8;                    // in a thread's share; one of them is left for later
 
-// Where each piece begins, at the beginning of a line, and the end. Each thread has a large piece, and small ones are
-// left for those that are done first.
+// Where each piece begins, at the beginning of a line, and the end of the last. There is a large piece for each thread,
+// then small ones for the threads that are done first.
 std::vector<std::size_t> borders_of_pieces(std::string_view file) {
   const std::size_t threads = std::clamp<std::size_t>(file.size() / kLeastPiece, 1, thread_count());
   std::vector<std::size_t> borders = {0};
@@ -67,7 +67,7 @@ std::optional<Rows> read_pieces(const TableSchema& schema, const RowLayout& layo
   std::vector<std::optional<Rows>> pieces(borders.size() - 1);
   run_side_by_side(pieces.size(), [&](std::size_t i) {
     const std::size_t room = (i == 0 ? borders.back() : borders[i + 1]) - borders[i];  // the first takes in the others
-    Rows rows(schema, borders[i]);  // the thread's own: what two threads write should not lie side by side
+    Rows rows(schema, borders[i]);  // the thread's own: two threads should not write to one cache line
     if (read_rows(layout, file, borders[i], borders[i + 1], room, &rows)) pieces[i] = std::move(rows);
   });
   const bool are_good = std::all_of(pieces.begin(), pieces.end(), [](const auto& piece) { return piece.has_value(); });

@@ -1,3 +1,4 @@
+// A table is looked for at the prefix first, then at the places of the descriptor in order.
 #include "engine/source/flat/flat_source.h"
 
 #include <sys/stat.h>
@@ -18,8 +19,8 @@ namespace {
 
 enum class PathKind { none, file, folder };
 
-// What cannot be looked at counts as a file, and so does a link to nothing: that it cannot be read is told when it is
-// opened, and no table is taken for empty that may have rows.
+// A path that cannot be examined counts as a file, and so does a dangling link: opening it then fails with a complaint,
+// and no table that may have rows is taken for empty.
 PathKind kind_of(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) == 0) return S_ISDIR(status.st_mode) ? PathKind::folder : PathKind::file;
@@ -36,7 +37,9 @@ std::string folder_of(const std::string& path) {
 std::string name_of(const std::string& prefix) { return prefix.substr(prefix.rfind('/') + 1); }
 
 void complain_of_nothing(const std::string& prefix, const std::string& name, PathKind kind) {
-  if (name.empty() || kind == PathKind::folder) {
+  if (prefix.empty()) {
+    elog_complain(0, "dbopen: the name of the database is empty, expected DIR/NAME for the tables DIR/NAME.site ...");
+  } else if (name.empty() || kind == PathKind::folder) {
     elog_complain(0, "%s: is a folder; a database is named by the common beginning of its files, %s%sNAME",
                   prefix.c_str(), prefix.c_str(), name.empty() ? "" : "/");
   } else {

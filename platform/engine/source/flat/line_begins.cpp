@@ -1,3 +1,4 @@
+// While all lines are of one length they are only counted; the first that differs makes a list of where each begins.
 #include "engine/source/flat/line_begins.h"
 
 namespace triglub {

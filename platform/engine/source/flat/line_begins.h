@@ -7,7 +7,7 @@
 
 namespace triglub {
 
-// Consecutive lines. As long as all are of one length, as they mostly are, the length says it all.
+// Consecutive lines. While all are of one length, as they mostly are, only that length is kept.
 class LineBegins {
  public:
   // `begin` is the byte where the first line begins.

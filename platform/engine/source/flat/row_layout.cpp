@@ -1,3 +1,4 @@
+// Works out the byte range of each field from the widths of those before it.
 #include "engine/source/flat/row_layout.h"
 
 #include "engine/table/cell.h"

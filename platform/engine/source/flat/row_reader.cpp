@@ -1,16 +1,16 @@
-// What is done with a line is this, and tell_faults does no more: take off its end and the blanks behind the row; check
-// that it is neither blank nor too long; then for each field check the separator behind it and read its cell.
+// The plain form, which tell_faults follows: take the end of the line and the blanks behind the row off; check that the
+// row is neither blank nor too long; then, for each field, check the separator behind it and read its cell.
 //
-// read_rows gives the same columns with less work, for the rows of a table are much alike:
+// read_rows gives the same columns with less work, as the rows of a table are much alike:
 //
-//   the row above   A full row is compared with the one before it, word by word, and only fields that touch a part that
+//   the row above   A full row is compared with the one before it, word by word, and only fields in a piece that
 //                   differs are looked at. The others have the value of the row above: nothing is stored for them until
-//                   the next other value comes, which then fills the column up to its own row.
-//   known cells     A cell that differs from the one above is looked for among the latest 64 of its field by its bytes;
-//                   found, it has that row's value, and need not be parsed, hashed or interned.
+//                   the field changes, and the column is then filled up to that row.
+//   known cells     A changed cell is looked up by its bytes in a cache of 64 earlier cells of its field. Where it is
+//                   found, that row's value is repeated, and nothing is parsed, hashed or interned.
 //
-// Both take equal bytes for equal values, which holds because a value depends on nothing but the bytes of its cell, and
-// bytes that were read before had no fault: the reader stops at the first one.
+// Both take equal bytes for equal values. That holds because a value depends on nothing but the bytes of its cell, and
+// because bytes read before had no fault: the reader stops at the first fault.
 #include "engine/source/flat/row_reader.h"
 
 #include <algorithm>
@@ -76,7 +76,7 @@ class RowComparison {
   std::size_t shift_ = 0;  // words of a piece, as a power of two
 };
 
-// Cells of one field that were read before, the latest of each kind.
+// A cache of cells of one field that were read before: of those with one hash, the latest.
 class KnownCells {
  public:
   explicit KnownCells(std::size_t width) : width_(width) {}
@@ -223,7 +223,7 @@ class FaultFinder {
 
   // False when there is no use in further lines.
   bool look_at(std::string_view line) {
-    if (++line_ > MAX_ROWS) {
+    if (++line_ > kMaxRows) {
       tell("", "more rows than a table can have");
       return false;
     }

@@ -1,3 +1,4 @@
+// Texts become a table through the same builder as the cells of a file, at each load.
 #include "engine/source/memory/memory_source.h"
 
 #include <stdexcept>

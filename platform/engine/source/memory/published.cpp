@@ -1,3 +1,4 @@
+// One map behind one lock: names are looked up only when a database is opened.
 #include "engine/source/memory/published.h"
 
 #include <map>

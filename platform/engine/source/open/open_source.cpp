@@ -1,3 +1,4 @@
+// Chooses the source by the word before the colon.
 #include "engine/source/open/open_source.h"
 
 #include <string_view>

@@ -1,4 +1,5 @@
-#include "tool/turns.h"
+// A mutex and a condition in shared memory: whoever waits sleeps until a turn is passed on.
+#include "tool/sequencer.h"
 
 #include <sys/mman.h>
 
@@ -10,15 +11,15 @@
 
 namespace triglub::tool {
 
-Turns& Turns::make() {
-  void* memory = mmap(nullptr, sizeof(Turns), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+Sequencer& Sequencer::make() {
+  void* memory = mmap(nullptr, sizeof(Sequencer), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (memory == MAP_FAILED) elog_die(0, "no memory to share with other processes: %s", std::strerror(errno));
-  return *new (memory) Turns;
+  return *new (memory) Sequencer;
 }
 
-void Turns::release(Turns& turns) { munmap(&turns, sizeof(Turns)); }
+void Sequencer::release(Sequencer& sequencer) { munmap(&sequencer, sizeof(Sequencer)); }
 
-Turns::Turns() {
+Sequencer::Sequencer() {
   pthread_mutexattr_t mutex;
   pthread_mutexattr_init(&mutex);
   pthread_mutexattr_setpshared(&mutex, PTHREAD_PROCESS_SHARED);
@@ -31,13 +32,13 @@ Turns::Turns() {
   pthread_condattr_destroy(&condition);
 }
 
-void Turns::wait_for(std::size_t piece) {
+void Sequencer::wait_for(std::size_t piece) {
   pthread_mutex_lock(&mutex_);
   while (turn_ != piece) pthread_cond_wait(&changed_, &mutex_);
   pthread_mutex_unlock(&mutex_);
 }
 
-void Turns::pass_on() {
+void Sequencer::pass_on() {
   pthread_mutex_lock(&mutex_);
   ++turn_;
   pthread_cond_broadcast(&changed_);

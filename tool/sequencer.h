@@ -1,6 +1,6 @@
 // Whose turn it is, in memory that processes share.
-#ifndef TRIGLUB_TOOL_TURNS_H
-#define TRIGLUB_TOOL_TURNS_H
+#ifndef TRIGLUB_TOOL_SEQUENCER_H
+#define TRIGLUB_TOOL_SEQUENCER_H
 
 #include <pthread.h>
 
@@ -11,12 +11,12 @@ namespace triglub::tool {
 
 // Hands out the pieces of a document to whoever works on them, and the turns to write them, both in the order of the
 // pieces.
-class Turns {
+class Sequencer {
  public:
   // In memory that this process shares with those it forks from now on. Fatal when there is none.
-  static Turns& make();
+  static Sequencer& make();
   // Gives the memory back, which others may go on using.
-  static void release(Turns& turns);
+  static void release(Sequencer& sequencer);
 
   // The next piece that nobody works on, from 0.
   std::size_t take() { return next_++; }
@@ -26,7 +26,7 @@ class Turns {
   void pass_on();
 
  private:
-  Turns();
+  Sequencer();
 
   pthread_mutex_t mutex_;  // the turn is passed on under it, so that who waits does not miss it
   pthread_cond_t changed_;

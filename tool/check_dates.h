@@ -1,0 +1,15 @@
+// Days that are no dates.
+#ifndef TRIGLUB_TOOL_CHECK_DATES_H
+#define TRIGLUB_TOOL_CHECK_DATES_H
+
+#include "platform/database.h"
+#include "tool/findings.h"
+
+namespace triglub::tool {
+
+// Days of the view's stations and channels that are no dates are faults.
+void check_dates(Dbptr everything, Findings* findings);
+
+}  // namespace triglub::tool
+
+#endif
