@@ -2,6 +2,7 @@
 #include "tool/convert.h"
 
 #include <cstdlib>
+#include <memory>
 
 #include "dbhelper.h"
 #include "platform/elog.h"
@@ -20,11 +21,13 @@ namespace {
 
 constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
-Pf* read_parameters(const std::string& name) {
+using Parameters = std::unique_ptr<Pf, decltype(&pffree)>;
+
+Parameters read_parameters(const std::string& name) {
   Pf* pf = nullptr;
   switch (pfread(name.c_str(), &pf)) {
     case 0:
-      return pf;
+      return {pf, &pffree};
     case -1:
       elog_die(0, "parameter file %s: not found", name.c_str());
     case -2:
@@ -67,7 +70,8 @@ int run(const ConvertOptions& options) {
   request.conversion = &conversion;
   set_threads(options.jobs);
   if (dbopen(options.source.c_str(), "r", &request.db) != 0) return EXIT_FAILURE;
-  request.pf = read_parameters(options.parameters);
+  const Parameters parameters = read_parameters(options.parameters);
+  request.pf = parameters.get();
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
   request.conditions = options.conditions;
   request.flags = flags_for(options.level, options.verbosity);
