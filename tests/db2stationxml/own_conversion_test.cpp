@@ -110,6 +110,13 @@ TEST_F(OwnConversion, TakesResponsesThatWereReadBefore) {
   }
 }
 
+TEST_F(OwnConversion, TakesResponsesAtOnceWhateverTheLevel) {
+  add_stage_with_file(stations_, "a.paz");
+  own_.use_responses(std::make_shared<const ResponseCache>(stations_.database(), "stage"));
+  parse(stage_alone());
+  EXPECT_THAT(write(0), HasSubstr("<PolesZeros"));
+}
+
 // Filter texts are kept by the place of the filter in memory, where another may come to stand.
 TEST_F(OwnConversion, WritesTheResponsesOfTheCacheItHasNow) {
   add_stage_with_file(stations_, "a.paz");
@@ -120,6 +127,27 @@ TEST_F(OwnConversion, WritesTheResponsesOfTheCacheItHasNow) {
     own_.use_responses(std::make_shared<const ResponseCache>(stations_.database(), "stage"));
     EXPECT_THAT(write(0x40), HasSubstr(std::string("<NormalizationFactor>") + gain[0] + "</NormalizationFactor>"));
   }
+}
+
+TEST_F(OwnConversion, WritesNodesAndGroupLinesByThemselves) {
+  add_channels({"BHZ", "BHN"});
+  parse(preamble("root") + definition("root", "Root", "", "A - text 1\nchannel - CATEGORIZED_GROUP sitechan.chan\n") +
+        definition("channel", "Channel", "code - string sitechan.chan\n", ""));
+  const Dbptr view = own_.prepare(stations_.database(), pf_, subset_, 0);
+  const ElementGroup root(pf_, "root");
+  const SmartIndex all(2, true);
+  std::ostringstream node;
+  own_.write_node(node, view, root, all);
+  EXPECT_EQ(node.str(),
+            " <Root>\n  <A>1</A>\n  <Channel code=\"BHN\" >\n  </Channel>\n"
+            "  <Channel code=\"BHZ\" >\n  </Channel>\n </Root>\n");
+  std::ostringstream shared;
+  own_.write_node(shared, view, root, all,
+                  [&](const ElementDescription& line) { shared << "[" << line.name() << "]"; });
+  EXPECT_EQ(shared.str(), " <Root>\n  <A>1</A>\n[channel] </Root>\n");
+  std::ostringstream line;
+  own_.write_group_line(line, view, root, root[1], all);
+  EXPECT_EQ(line.str(), " <Channel code=\"BHN\" >\n </Channel>\n <Channel code=\"BHZ\" >\n </Channel>\n");
 }
 
 TEST_F(OwnConversion, GoesOnAfterItWasMoved) {
