@@ -2,6 +2,8 @@
 // ends with an exception where those end the process.
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <iostream>
 #include <memory>
 
 #include "conversion.h"
@@ -229,6 +231,21 @@ TEST_F(OwnConversion, WritesNoGroupLineBelowTheDeepestLevel) {
         },
         testing::ExitedWithCode(1), "Exceeded maximum node level. Group recursion in parameter file\\?");
   }
+}
+
+// The depth is judged before anything of the line, as for a node.
+TEST_F(OwnConversion, JudgesTheDepthOfAGroupLineThatIsCutToo) {
+  add_channels({"BHZ"});
+  parse(whole_tree());
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, flags_for(DetailLevel::network));
+  const ElementGroup network(pf_, "network");
+  EXPECT_EXIT(
+      {
+        xml_depth = MAX_NODE_DEPTH + 1;
+        xml_create_group_line(std::cout, view, network, network[1], SmartIndex(1, true));
+        std::exit(0);
+      },
+      testing::ExitedWithCode(1), "Exceeded maximum node level");
 }
 
 TEST_F(OwnConversion, RefusesAnEmptyFieldName) {
