@@ -120,6 +120,21 @@ TEST_F(MasterView, TakesOnlyTheDatabaseOfTheHandle) {
   }
 }
 
+// A program that converts all day would gather them. What is made of whole tables before the subset serves the next.
+TEST_F(MasterView, LeavesNoViewsOfASubsetButItselfAndTheOneWithNetworks) {
+  add_two_networks();
+  setarr(subset_, "sitechan.sta", "/AAK/");
+  const Dbptr view = create_master_view(stations_.database(), subset_);
+  const Dbptr with_net = dblookup(view, nullptr, "with_net", nullptr, nullptr);
+  std::vector<std::int64_t> left;
+  for (Dbptr made{view.database, 0, dbALL, dbALL}; made.table <= view.table; ++made.table) {
+    std::string operations;
+    dbquery(made, dbVIEW_OPERATIONS, operations);
+    if (operations.find("dbsubset") != std::string::npos) left.push_back(made.table);
+  }
+  EXPECT_THAT(left, ElementsAre(with_net.table, view.table));
+}
+
 TEST_F(MasterView, IsNarrowedByEverySubset) {
   add_two_networks();
   EXPECT_THAT(records(), ElementsAre("AAK BHN -1", "AAK BHZ 1", "ANMO BHZ -1"));

@@ -2,6 +2,8 @@
 // ends with an exception where those end the process.
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <iostream>
 #include <memory>
 
 #include "conversion.h"
@@ -110,6 +112,13 @@ TEST_F(OwnConversion, TakesResponsesThatWereReadBefore) {
   }
 }
 
+TEST_F(OwnConversion, TakesResponsesAtOnceWhateverTheLevel) {
+  add_stage_with_file(stations_, "a.paz");
+  own_.use_responses(std::make_shared<const ResponseCache>(stations_.database(), "stage"));
+  parse(stage_alone());
+  EXPECT_THAT(write(0), HasSubstr("<PolesZeros"));
+}
+
 // Filter texts are kept by the place of the filter in memory, where another may come to stand.
 TEST_F(OwnConversion, WritesTheResponsesOfTheCacheItHasNow) {
   add_stage_with_file(stations_, "a.paz");
@@ -120,6 +129,27 @@ TEST_F(OwnConversion, WritesTheResponsesOfTheCacheItHasNow) {
     own_.use_responses(std::make_shared<const ResponseCache>(stations_.database(), "stage"));
     EXPECT_THAT(write(0x40), HasSubstr(std::string("<NormalizationFactor>") + gain[0] + "</NormalizationFactor>"));
   }
+}
+
+TEST_F(OwnConversion, WritesNodesAndGroupLinesByThemselves) {
+  add_channels({"BHZ", "BHN"});
+  parse(preamble("root") + definition("root", "Root", "", "A - text 1\nchannel - CATEGORIZED_GROUP sitechan.chan\n") +
+        definition("channel", "Channel", "code - string sitechan.chan\n", ""));
+  const Dbptr view = own_.prepare(stations_.database(), pf_, subset_, 0);
+  const ElementGroup root(pf_, "root");
+  const SmartIndex all(2, true);
+  std::ostringstream node;
+  own_.write_node(node, view, root, all);
+  EXPECT_EQ(node.str(),
+            " <Root>\n  <A>1</A>\n  <Channel code=\"BHN\" >\n  </Channel>\n"
+            "  <Channel code=\"BHZ\" >\n  </Channel>\n </Root>\n");
+  std::ostringstream shared;
+  own_.write_node(shared, view, root, all,
+                  [&](const ElementDescription& line) { shared << "[" << line.name() << "]"; });
+  EXPECT_EQ(shared.str(), " <Root>\n  <A>1</A>\n[channel] </Root>\n");
+  std::ostringstream line;
+  own_.write_group_line(line, view, root, root[1], all);
+  EXPECT_EQ(line.str(), " <Channel code=\"BHN\" >\n </Channel>\n <Channel code=\"BHZ\" >\n </Channel>\n");
 }
 
 TEST_F(OwnConversion, GoesOnAfterItWasMoved) {
@@ -201,6 +231,21 @@ TEST_F(OwnConversion, WritesNoGroupLineBelowTheDeepestLevel) {
         },
         testing::ExitedWithCode(1), "Exceeded maximum node level. Group recursion in parameter file\\?");
   }
+}
+
+// The depth is judged before anything of the line, as for a node.
+TEST_F(OwnConversion, JudgesTheDepthOfAGroupLineThatIsCutToo) {
+  add_channels({"BHZ"});
+  parse(whole_tree());
+  const Dbptr view = prepare_conversion(stations_.database(), pf_, subset_, flags_for(DetailLevel::network));
+  const ElementGroup network(pf_, "network");
+  EXPECT_EXIT(
+      {
+        xml_depth = MAX_NODE_DEPTH + 1;
+        xml_create_group_line(std::cout, view, network, network[1], SmartIndex(1, true));
+        std::exit(0);
+      },
+      testing::ExitedWithCode(1), "Exceeded maximum node level");
 }
 
 TEST_F(OwnConversion, RefusesAnEmptyFieldName) {

@@ -75,7 +75,7 @@ TEST_F(DbQuery, FindsFieldsBareAndQualified) {
 }
 
 TEST_F(DbQuery, ThrowsAPlainErrorForAnUnknownField) {
-  for (const char* field : {"nosuch", "site.nosuch", "network.net", "LAT"}) {
+  for (const char* field : {"", "nosuch", "site.nosuch", "network.net", "LAT"}) {
     try {
       db_setfield(first("site"), field);
       ADD_FAILURE() << field;

@@ -91,6 +91,16 @@ std::string evaluated(const char* text, Dbptr db = {}) {
   return line.value();
 }
 
+// A keyword that nobody knows is evaluated too.
+TEST(ElementDescription, IsConstantWhenNoRecordIsNeeded) {
+  for (const char* line : {"A x deg_lat site.lat", "A - deg_lat", "A - text site.lat", "A - count sitechan.sta"}) {
+    EXPECT_TRUE(ElementDescription(line).is_constant()) << line;
+  }
+  for (const char* line : {"A - deg_lat site.lat", "A - new_keyword site.lat", "A - Text site.lat", "A - string '1'"}) {
+    EXPECT_FALSE(ElementDescription(line).is_constant()) << line;
+  }
+}
+
 TEST(ElementDescription, LeavesWhatNeedsNoRecordAsItIs) {
   EXPECT_EQ(evaluated("A - text site.lat"), "site.lat");
   EXPECT_EQ(evaluated("A - count sitechan.sta"), "sitechan.sta");

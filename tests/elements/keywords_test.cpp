@@ -14,7 +14,10 @@ using triglub::kNoCode;
 using triglub::LineShape;
 
 TEST(Keywords, AreFoundByTheirWholeName) {
-  for (const triglub::Keyword& keyword : kKeywords) EXPECT_EQ(find_keyword(keyword.name), &keyword);
+  for (const triglub::Keyword& keyword : kKeywords) {
+    EXPECT_EQ(find_keyword(keyword.name), &keyword);
+    EXPECT_TRUE(is_type_keyword(keyword.name)) << keyword.name;
+  }
   for (const char* none : {"", "GROU", "GROUPS", "group", " GROUP", "other_pf", "Text", "deg_lat "}) {
     EXPECT_EQ(find_keyword(none), nullptr) << none;
     EXPECT_FALSE(is_type_keyword(none)) << none;
