@@ -129,6 +129,28 @@ TEST_F(State, ReadsNoResponsesForAMasterViewThatCannotBeMade) {
   EXPECT_THAT(convert(others_, 0x40), HasSubstr("<PolesZeros"));
 }
 
+TEST_F(State, PreparesNothingOverAMasterViewThatCannotBeMade) {
+  add_stage_with_file(stations_, "a.paz");
+  parse(stage_alone());
+  convert(0x40);  // the responses are there
+  setarr(subset_, "nosuch", "/x/");
+  for (const unsigned int level : {0x08u, 0x40u}) {
+    EXPECT_THROW(prepare_conversion(stations_.database(), pf_, subset_, level), dbquery_error) << level;
+  }
+}
+
+TEST_F(State, GoesBackToItsFirstResponsesWhateverCacheWasSetSince) {
+  add_stage_with_file(stations_, "a.paz");
+  add_stage_with_file(others_, "b.paz");
+  parse(stage_alone());
+  convert(0x40);
+  ResponseCache cache(others_.database(), "stage");
+  XmlResponse::set_cache(cache);
+  const CollectedLog log;
+  EXPECT_THAT(convert(others_, 0x40), Not(HasSubstr("<PolesZeros")));
+  EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("\"resp/b.paz\"")));
+}
+
 TEST_F(State, TriesAgainAfterResponsesThatCouldNotBeRead) {
   add_stage_with_file(stations_, "a.paz");
   stations_.change_schema("stage", "dfile ", "xfile ");

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <random>
 
@@ -182,6 +183,11 @@ TEST_F(EvalType, LetsExceptionsPass) {
   Dbptr beyond = site;
   beyond.record = 5;
   EXPECT_THROW(eval_as_type(beyond, "lat", "deg_lat"), dbquery_error);
+}
+
+TEST(Angles, AreReadWhateverFailedBefore) {
+  errno = ERANGE;
+  EXPECT_EQ(as_valid_lat("5"), "5.000000");
 }
 
 TEST(Angles, ReadNumbersAsTheStandardConversionDoes) {
