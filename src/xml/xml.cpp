@@ -18,8 +18,8 @@ bool consists_of_alphanumerics_or(std::string_view others, std::string_view name
 
 bool is_markup(char c) { return c == '&' || c == '<' || c == '>' || c == '\'' || c == '"'; }
 
-// Brackets, slash, line ends and the blank of a broken line.
-constexpr std::size_t kLongestMarkup = 9;
+// Brackets, slash and line ends, and what the content of a broken line stands further in.
+constexpr std::size_t kLongestMarkup = 8 + SPACES_PER_NEST;
 
 // Copies the pieces to `to`; returns the place behind them.
 char* put(char* to, std::initializer_list<std::string_view> pieces) {
@@ -126,7 +126,7 @@ void ElementTag::append_wrapped(std::string const& content, unsigned long indent
   text->resize(before + blanks + 2 * name_.size() + attributes_.size() + content.size() + kLongestMarkup, ' ');
   char* to = text->data() + before + indent;
   if (!is_transparent) to = put(to, {"<", name_, attributes_, ">"});
-  if (is_broken) to = put(to, {"\n"}) + indent + 1;
+  if (is_broken) to = put(to, {"\n"}) + indent + SPACES_PER_NEST;
   to = put(to, {content});
   if (is_broken) to = put(to, {"\n"}) + indent;
   if (!is_transparent) to = put(to, {"</", name_, ">"});
