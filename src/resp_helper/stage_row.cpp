@@ -156,9 +156,7 @@ void StageRow::chain_units() {
 bool StageRow::record_to_filename(Dbptr db) {
   const StageFields& fields = fields_of(state_, db);
   const std::string dfile = read_string(db, fields.dfile, "-");
-  const std::string dir = read_string(db, fields.dir, "-");
-  const StageFile file{dir, dfile};
-  filename_ = file.is_named() ? file.name() : EMPTYFILENAME;
+  filename_ = StageFile{"", dfile}.is_named() ? simplefile(read_string(db, fields.dir, "-"), dfile) : EMPTYFILENAME;
   return filename_ != EMPTYFILENAME;
 }
 
