@@ -57,7 +57,7 @@ void ConversionState::read_date_formats(Pf* pf) {
 }
 
 void trace_call(const ConversionState& state, const std::string& function) {
-  if (state.verbosity > 2) elog_debug(0, "%s", ("Function: " + function).c_str());
+  if (state.traces_calls()) elog_debug(0, "%s", ("Function: " + function).c_str());
 }
 
 }  // namespace triglub

@@ -43,6 +43,8 @@ class ConversionState {
   ~ConversionState();
 
   bool is_verbose() const { return verbosity != 0; }
+  // True when each function is told of as well.
+  bool traces_calls() const { return verbosity > 2; }
   // True when the document is cut at groups with that tag: they and everything below them are left out.
   bool is_cut(const std::string& tag) const { return tag == final_element_name; }
   // 0x08 "Station", 0x10 "Channel", 0x20 "Stage": the tag at which the document is cut; any other value: not cut.

@@ -23,7 +23,7 @@ std::vector<std::string> unique_values(Dbptr db, const std::string& field, const
 }  // namespace
 
 void trace_categories(const ConversionState& state, const ElementDescription& line) {
-  if (state.is_verbose()) trace_call(state, "get_categories(" + line.name() + ")");
+  if (state.traces_calls()) trace_call(state, "get_categories(" + line.name() + ")");
 }
 
 std::vector<std::string> categories_of(const ConversionState& state, Dbptr db, const ElementDescription& line,
