@@ -1,6 +1,6 @@
 // A view: row numbers into base tables, and the fields those tables give it.
 //
-// A view does not change, so threads may share it. Its tables must outlive it.
+// A view does not change, so threads may share it. Its tables must outlive it, but for those that it owns.
 #ifndef TRIGLUB_ENGINE_VIEW_VIEW_H
 #define TRIGLUB_ENGINE_VIEW_VIEW_H
 
@@ -25,6 +25,8 @@ using RowNumbers = std::shared_ptr<const std::vector<std::uint32_t>>;
 struct ViewTable {
   const Table* table = nullptr;
   RowNumbers rows;  // null: record i is row i
+  // Keeps a table that no snapshot has; null for those that one has.
+  std::shared_ptr<const Table> own = nullptr;
 };
 
 // A field of a view: which of its tables, which field of that.

@@ -1,0 +1,121 @@
+// Columns are handed out as they are held; a view that is put together refers to the tables of the session.
+#include "platform/columns.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "engine/classic/handle.h"
+#include "engine/operations/computed_table.h"
+#include "platform/sources.h"
+
+namespace triglub {
+
+std::string_view TextColumn::text_of(std::uint32_t code) const { return (*dictionary_)[code]; }
+
+std::uint32_t TextColumn::code_count() const { return dictionary_->size(); }
+
+namespace {
+
+// The one table that a base table's view has; null for any other handle.
+const Table* base_table_of(Dbptr db) {
+  const View* view = view_of(db);
+  if (view == nullptr || view->tables().size() != 1 || view->tables().front().rows != nullptr) return nullptr;
+  return view->tables().front().table;
+}
+
+char letter_of(Storage storage) {
+  if (storage == Storage::text) return 't';
+  return storage == Storage::integer ? 'i' : 'r';
+}
+
+std::uint32_t rows_in(const ViewTable& part) { return part.table->row_count(); }
+
+bool are_rows_of(const std::vector<std::uint32_t>& rows, std::uint32_t count) {
+  return std::all_of(rows.begin(), rows.end(), [count](std::uint32_t row) { return row < count || row == kNoRow; });
+}
+
+// Its table is null when the part's handle names none.
+ViewTable table_for(ViewPart& part) {
+  ViewTable made;
+  if (part.name.empty()) {
+    made.table = base_table_of(part.table);
+  } else {
+    made.own = computed_table(part.name, std::move(part.columns));
+    made.table = made.own.get();
+  }
+  return made;
+}
+
+}  // namespace
+
+TableColumns::TableColumns(Dbptr table) : table_(base_table_of(table)) {
+  if (table_ == nullptr) throw std::logic_error("columns are read from a base table");
+}
+
+std::uint32_t TableColumns::row_count() const { return table_->row_count(); }
+
+std::size_t TableColumns::field_of(std::string_view name, char storage) const {
+  const int field = table_->schema().find(name);
+  if (field < 0 || letter_of(table_->schema().fields[static_cast<std::size_t>(field)].storage()) != storage) {
+    throw std::logic_error("no such column: " + table_->schema().name + "." + std::string(name));
+  }
+  return static_cast<std::size_t>(field);
+}
+
+std::span<const std::int64_t> TableColumns::integers(std::string_view field) const {
+  return table_->column(field_of(field, 'i')).integers;
+}
+
+std::span<const double> TableColumns::reals(std::string_view field) const {
+  return table_->column(field_of(field, 'r')).reals;
+}
+
+TextColumn TableColumns::texts(std::string_view field) const {
+  const Column& column = table_->column(field_of(field, 't'));
+  TextColumn texts;
+  texts.dictionary_ = &column.dictionary;
+  texts.codes_ = column.codes;
+  return texts;
+}
+
+std::int64_t TableColumns::null_integer(std::string_view field) const {
+  return table_->schema().fields[field_of(field, 'i')].null_integer;
+}
+
+double TableColumns::null_real(std::string_view field) const {
+  return table_->schema().fields[field_of(field, 'r')].null_real;
+}
+
+std::string TableColumns::place(std::uint32_t row) const { return table_->place_of(row); }
+
+Dbptr put_together(Dbptr db, std::vector<ViewPart> parts, const std::string& operation) {
+  std::vector<ViewTable> tables;
+  const std::size_t records = parts.empty() ? 0 : parts.front().rows.size();
+  for (ViewPart& part : parts) {
+    ViewTable table = table_for(part);
+    if (table.table == nullptr || part.rows.size() != records || !are_rows_of(part.rows, rows_in(table))) {
+      return kInvalidHandle;
+    }
+    table.rows = std::make_shared<const std::vector<std::uint32_t>>(std::move(part.rows));
+    tables.push_back(std::move(table));
+  }
+  if (records > kMaxRows) return kInvalidHandle;
+  auto view = std::make_unique<const View>(std::move(tables), static_cast<std::uint32_t>(records), operation);
+  return handle_of_result(db, std::move(view), nullptr);
+}
+
+std::string row_place(Dbptr view, std::size_t table, std::uint32_t record) {
+  const View* of = view_of(view);
+  if (of == nullptr || table >= of->tables().size() || record >= of->record_count()) return "";
+  const std::uint32_t row = of->row(table, record);
+  return row == kNoRow ? "" : of->tables()[table].table->place_of(row);
+}
+
+std::span<const std::uint32_t> rows_of(Dbptr view, std::size_t table) {
+  const View* of = view_of(view);
+  if (of == nullptr || table >= of->tables().size() || of->tables()[table].rows == nullptr) return {};
+  return *of->tables()[table].rows;
+}
+
+}  // namespace triglub

@@ -1,0 +1,104 @@
+// Bulk reading: whole columns of a table at once, and views put together from row numbers. For programs that work out
+// for themselves which rows belong together.
+//
+//     const TableColumns site(dblookup(db, nullptr, "site", nullptr, nullptr));
+//     const TextColumn sta = site.texts("sta");
+//     const std::span<const double> lat = site.reals("lat");
+//     for (std::uint32_t row = 0; row < site.row_count(); ++row) ... sta.text(row), lat[row] ...
+//
+// What is read belongs to the database and does not change: it stays until the last session of the database is closed,
+// and any number of threads may read it.
+#ifndef TRIGLUB_PLATFORM_COLUMNS_H
+#define TRIGLUB_PLATFORM_COLUMNS_H
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/database.h"
+#include "platform/export.h"
+
+namespace triglub {
+
+class Dictionary;
+class Table;
+class View;
+
+// The texts of a column, each distinct one with a code from 0.
+class TRIGLUB_API TextColumn {
+ public:
+  // The code of null.
+  static constexpr std::uint32_t kNull = 0;
+
+  // By row.
+  std::span<const std::uint32_t> codes() const { return codes_; }
+  bool is_null(std::uint32_t row) const { return codes_[row] == kNull; }
+  std::string_view text(std::uint32_t row) const { return text_of(codes_[row]); }
+  // Trimmed; of kNull the null text.
+  std::string_view text_of(std::uint32_t code) const;
+  std::uint32_t code_count() const;
+
+ private:
+  friend class TableColumns;
+  const Dictionary* dictionary_ = nullptr;
+  std::span<const std::uint32_t> codes_;
+};
+
+// The columns of a base table.
+class TRIGLUB_API TableColumns {
+ public:
+  // REQUIRES: the handle names a base table that was opened (dblookup), which is valid.
+  explicit TableColumns(Dbptr table);
+
+  std::uint32_t row_count() const;
+  // Columns by row. A null is the field's null value. Throws std::logic_error where the table has no such field, or one
+  // that is held as another type: integers and dates as integers, reals and times as reals.
+  std::span<const std::int64_t> integers(std::string_view field) const;
+  std::span<const double> reals(std::string_view field) const;
+  TextColumn texts(std::string_view field) const;
+  // The null value of such a field.
+  std::int64_t null_integer(std::string_view field) const;
+  double null_real(std::string_view field) const;
+  // Where a row is, for messages: "/net/aak/aak.site:12".
+  std::string place(std::uint32_t row) const;
+
+ private:
+  std::size_t field_of(std::string_view name, char storage) const;
+  const Table* table_;
+};
+
+// A column of numbers that the program worked out.
+struct ComputedColumn {
+  std::string name;
+  std::string description;  // one line
+  bool is_time = false;     // epoch seconds, in `reals`; else whole numbers, in `integers`
+  double null_real = 0;     // what stands for null in `reals`; `integers` have -1
+  std::vector<double> reals{};
+  std::vector<std::int64_t> integers{};
+};
+
+// One table of a view that is put together.
+struct ViewPart {
+  Dbptr table{};                          // a base table; not used for one of computed columns
+  std::string name{};                     // of a table of computed columns
+  std::vector<ComputedColumn> columns{};  // of equal length
+  std::vector<std::uint32_t> rows{};      // by record; NO_BASE_ROW: absent, reads as null in every field
+};
+
+// The view with these tables, in their order, and rows; it can do all that other views can. `operation` is the line
+// that tells how it was made. Invalid when a handle names no base table of the session, or a row is beyond its table's
+// end. The rows of all parts are as many.
+TRIGLUB_API Dbptr put_together(Dbptr db, std::vector<ViewPart> parts, const std::string& operation);
+
+// The place of the row of one table (by position in the view) behind a record, as row_place(); empty when absent.
+TRIGLUB_API std::string row_place(Dbptr view, std::size_t table, std::uint32_t record);
+
+// The rows of a table of the view by record, without a copy; NO_BASE_ROW: absent. Valid as long as the view. Empty for
+// a table whose rows are the records themselves.
+TRIGLUB_API std::span<const std::uint32_t> rows_of(Dbptr view, std::size_t table);
+
+}  // namespace triglub
+
+#endif

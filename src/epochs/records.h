@@ -1,0 +1,71 @@
+// The records of a document: for each row of all tables that stand together, its number.
+#ifndef TRIGLUB_SRC_EPOCHS_RECORDS_H
+#define TRIGLUB_SRC_EPOCHS_RECORDS_H
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "epochs/all_epochs.h"
+#include "epochs/partners.h"
+#include "epochs/station_places.h"
+
+namespace triglub {
+
+// The tables of a record, in their order in the view.
+enum RecordTable : std::uint8_t {
+  kSitechan,
+  kSnetsta,
+  kSchanloc,
+  kNetwork,
+  kSite,
+  kSensor,
+  kInstrument,
+  kCalibration,
+  kStage,
+  kEpoch,
+  kStationEpoch,
+  kNetworkEpoch,
+  kRecordTables
+};
+
+// The name of each.
+inline constexpr std::array<const char*, kRecordTables> kRecordTableNames = {
+    "sitechan",   "snetsta",     "schanloc", "network", "site",          "sensor",
+    "instrument", "calibration", "stage",    "epoch",   "station_epoch", "network_epoch"};
+
+// By record: the row of each table, kAbsent for none.
+struct RecordRows {
+  std::array<std::vector<std::uint32_t>, kRecordTables> rows;
+
+  std::size_t size() const { return rows[kSitechan].size(); }
+};
+
+// Rows of station_epoch and network_epoch, which are worked out.
+struct StationEpoch {
+  Span span;
+  std::uint32_t channels = 0;
+};
+struct NetworkEpoch {
+  Span span;
+  bool has_span = false;  // false: no station of it has a place
+  std::uint32_t stations = 0;
+};
+
+struct Records {
+  RecordRows rows;
+  std::vector<StationEpoch> station_epochs;
+  std::vector<NetworkEpoch> network_epochs;
+};
+
+// All records of a database, in the order in which documents are written. Networks without stations come last, where
+// they are wanted at all.
+Records make_records(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs,
+                     const StationPlaces& places, const Partners& partners, bool with_empty_networks, ToldList* told);
+
+// Widens the spans of stations and networks to hold the epochs of their records.
+void widen(const EpochList& epochs, Records* records);
+
+}  // namespace triglub
+
+#endif

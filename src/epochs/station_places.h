@@ -1,0 +1,51 @@
+// The places of stations: the rows of site, with the time for which a station as a whole was there.
+#ifndef TRIGLUB_SRC_EPOCHS_STATION_PLACES_H
+#define TRIGLUB_SRC_EPOCHS_STATION_PLACES_H
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "epochs/all_epochs.h"
+#include "epochs/station_tables.h"
+#include "epochs/told.h"
+
+namespace triglub {
+
+struct StationPlace {
+  std::uint32_t site = kAbsent;  // the row
+  Span span;                     // two that meet on a day meet at the earliest border of the station's channels
+  bool stands = false;           // at some instant
+  std::uint32_t channels = 0;    // distinct ones that have an epoch there
+};
+
+class StationPlaces {
+ public:
+  // Contradictions are added to *told. All arguments must outlive it.
+  StationPlaces(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs, ToldList* told);
+
+  // Those of a station that hold at some instant, by time.
+  std::span<const StationPlace> of(std::uint32_t station) const;
+  // The epochs of a station's channels, by channel and time.
+  std::span<const Epoch> epochs_of(std::uint32_t station) const;
+  // The place that a row of site is; null for one that never holds.
+  const StationPlace* of_site(std::uint32_t site) const;
+
+ private:
+  void find_places(std::uint32_t station, KeyCursor* sites, ToldList* told);
+  void meet(std::uint32_t station, HeldRows* rows) const;
+  void find_epochs();
+  void count_channels();
+
+  const StationTables& tables_;
+  const ChannelOrder& order_;
+  const EpochList& epochs_;
+  std::vector<StationPlace> places_;
+  std::vector<std::uint32_t> first_place_;  // by station, and one entry more
+  std::vector<std::uint32_t> first_epoch_;  // likewise
+  std::vector<std::uint32_t> place_of_site_;
+};
+
+}  // namespace triglub
+
+#endif
