@@ -1,10 +1,9 @@
 // An edition that is not known is no reason to guess: a document by other rules would look right and be wrong.
-#include "tree/edition.h"
-
 #include <algorithm>
 #include <string>
 #include <string_view>
 
+#include "element_tree.h"
 #include "fatal_failure.h"
 #include "tree/fault_list.h"
 

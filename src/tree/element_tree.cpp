@@ -1,6 +1,6 @@
 // Groups are read from the root on, each once, however many lines lead to it. How they nest is looked at when all are
 // there.
-#include "tree/element_tree.h"
+#include "element_tree.h"
 
 #include <utility>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tree/element_tree.h"
+#include "element_tree.h"
 #include "tree/fault_list.h"
 #include "tree/line_reader.h"
 

@@ -5,6 +5,7 @@
 #include "base/characters.h"
 #include "base/words.h"
 #include "elements.h"
+#include "tree/line_type.h"
 #include "tree/xml_text.h"
 
 namespace triglub {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "tree/element_tree.h"
+#include "element_tree.h"
 #include "tree/fault_list.h"
 #include "tree/site_texts.h"
 

@@ -2,7 +2,7 @@
 #ifndef TRIGLUB_SRC_TREE_NESTING_H
 #define TRIGLUB_SRC_TREE_NESTING_H
 
-#include "tree/element_tree.h"
+#include "element_tree.h"
 #include "tree/fault_list.h"
 
 namespace triglub {

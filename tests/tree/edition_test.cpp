@@ -1,7 +1,6 @@
-#include "tree/edition.h"
-
 #include <gtest/gtest.h>
 
+#include "element_tree.h"
 #include "fatal_failure.h"
 #include "platform/parfile/pf_ptr.h"
 

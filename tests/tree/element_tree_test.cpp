@@ -1,4 +1,4 @@
-#include "tree/element_tree.h"
+#include "element_tree.h"
 
 #include <gmock/gmock.h>
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "element_tree.h"
 #include "platform/parfile/pf_ptr.h"
-#include "tree/element_tree.h"
 
 namespace triglub_test {
 

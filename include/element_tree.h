@@ -7,19 +7,54 @@
 //
 // doc/parameter-files.md has the grammar. What is read is sound: types are known, groups are there and end, names and
 // literals are XML, and every expression has passed the check. Lines that are left out (flag x) are not there.
-#ifndef TRIGLUB_SRC_TREE_ELEMENT_TREE_H
-#define TRIGLUB_SRC_TREE_ELEMENT_TREE_H
+#ifndef TRIGLUB_ELEMENT_TREE_H
+#define TRIGLUB_ELEMENT_TREE_H
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "platform/export.h"
 #include "platform/parfile.h"
-#include "tree/line_type.h"
 
 namespace triglub {
+
+// 1 when the key `edition` is absent or "1", 2 for "2". Throws FatalFailure (fatal_failure.h), naming file, line and
+// value, for anything else.
+TRIGLUB_API int edition_of(Pf* pf);
+
+enum class LineType : std::uint8_t {
+  literal,  // XML text as it stands in the parameter file, or in site.pf
+  string,
+  real,
+  integer,
+  epoch,
+  julian,
+  latitude,
+  longitude,
+  azimuth,
+  dip,
+  meters,
+  count,
+  group,              // a group, once
+  categories,         // a group for each category, by text
+  number_categories,  // the same, by number
+  stage,              // the filter, decimation and gain of a response stage
+};
+
+constexpr bool is_category(LineType type) {
+  return type == LineType::categories || type == LineType::number_categories;
+}
+constexpr bool leads_to_group(LineType type) { return type == LineType::group || is_category(type); }
+// True where the name of the line is that of an attribute or element; else it does not go into the document.
+constexpr bool names_element(LineType type) { return !leads_to_group(type) && type != LineType::stage; }
+// True where the value of the line is an expression.
+constexpr bool has_expression(LineType type) {
+  return type != LineType::literal && type != LineType::group && type != LineType::stage;
+}
 
 struct TreeGroup;
 
@@ -53,7 +88,7 @@ using TreeGroups = std::map<std::string, TreeGroup, std::less<>>;
 using ExpressionCheck = std::function<std::string(const std::string& expression, const TreeLine& line)>;
 
 // Does not change: any number of threads may use it.
-class ElementTree {
+class TRIGLUB_API ElementTree {
  public:
   // Null when there is any fault; *faults then has all of them, "path:line: what". `pf` is not kept.
   static std::unique_ptr<const ElementTree> read(Pf* pf, const ExpressionCheck& check,
