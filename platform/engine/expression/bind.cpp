@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "base/nearest.h"
 #include "engine/expression/fault.h"
 #include "engine/expression/format.h"
 #include "engine/expression/functions.h"
@@ -19,7 +20,7 @@ bool is_integer(const Node& node) { return node.kind == Kind::integer; }
 
 class Binder {
  public:
-  Binder(Tree* tree, const FieldNames& names) : tree_(tree), names_(names) {}
+  Binder(Tree* tree, const FieldNames& names, Nulls nulls) : tree_(tree), names_(names), nulls_(nulls) {}
 
   void bind(Node* node) const {
     switch (node->type) {
@@ -51,7 +52,10 @@ class Binder {
 
   void bind_field(Node* node) const {
     const std::optional<Field> field = names_.find(node->text);
-    if (!field) throw CompileError{node->begin, "expected a field, found no \"" + std::string(node->text) + "\""};
+    if (!field) {
+      throw CompileError{node->begin, "expected a field, found no \"" + std::string(node->text) + "\"" +
+                                          question(names_.nearest_to(node->text))};
+    }
     node->field = field->id;
     node->kind = field->kind;
   }
@@ -84,29 +88,60 @@ class Binder {
 
   void bind_conditional(Node* node) const {
     if (!is_number(at(node->a))) throw CompileError{at(node->a).begin, "expected a number before ?"};
-    const Node& yes = at(node->b);
-    const Node& no = at(node->c);
-    if (is_number(yes) != is_number(no)) {
-      const std::string kind = is_number(yes) ? "number" : "text";
-      throw CompileError{no.begin, "expected a " + kind + " behind : as before it"};
+    node->kind = common_kind(at(node->b), at(node->c), "behind : as before it");
+  }
+
+  // The kind of a value that is one or the other.
+  static Kind common_kind(const Node& a, const Node& b, const std::string& where) {
+    if (is_number(a) != is_number(b)) {
+      throw CompileError{b.begin, std::string("expected a ") + (is_number(a) ? "number " : "text ") + where};
     }
-    node->kind = is_integer(yes) ? no.kind : yes.kind;
+    return is_integer(a) ? b.kind : a.kind;
   }
 
   void bind_call(Node* node) const {
-    const Function* function = find_function(node->text);
+    const Function* function = find_function(node->text, nulls_);
     if (function == nullptr) {
-      throw CompileError{node->begin, "expected a function, found no \"" + std::string(node->text) + "\""};
+      throw CompileError{node->begin, "expected a function, found no \"" + std::string(node->text) + "\"" +
+                                          question(nearest_function(node->text))};
     }
     expect_count(*node, *function);
     const std::span<const NodeIndex> arguments = tree_->arguments_of(*node);
     for (std::size_t i = 0; i < arguments.size(); ++i) expect_argument(*function, i, at(arguments[i]));
     if (function->form == Form::format) expect_format(at(arguments[0]), at(arguments[1]));
+    if (function->form == Form::over_records) expect_no_function_over_records(*node);
+    node->function = function;
+    node->kind = kind_of_call(*function, arguments);
+  }
 
+  Kind kind_of_call(const Function& function, std::span<const NodeIndex> arguments) const {
+    if (function.form == Form::assumption) {
+      return common_kind(at(arguments[0]), at(arguments[1]), "as argument 2 of assume as argument 1 is");
+    }
+    if (function.form == Form::over_records && function.over_records != OverRecords::count) {
+      return at(arguments[0]).kind;
+    }
     const bool all_integers =
         std::all_of(arguments.begin(), arguments.end(), [&](NodeIndex argument) { return is_integer(at(argument)); });
-    node->function = function;
-    node->kind = all_integers && function->run_integers != nullptr ? Kind::integer : function->result;
+    return all_integers && function.run_integers != nullptr ? Kind::integer : function.result;
+  }
+
+  // The nodes of the arguments stand right before the call, and are those that begin behind it.
+  void expect_no_function_over_records(const Node& call) const {
+    const auto index = static_cast<std::size_t>(&call - tree_->nodes.data());
+    for (std::size_t inside = index; inside > 0 && tree_->nodes[inside - 1].begin > call.begin; --inside) {
+      const Node& node = tree_->nodes[inside - 1];
+      if (node.function == nullptr || node.function->form != Form::over_records) continue;
+      throw CompileError{node.begin, "expected no function over records within " + std::string(call.text)};
+    }
+  }
+
+  std::optional<std::string> nearest_function(std::string_view name) const {
+    return nulls_ == Nulls::propagate ? nearest(name, function_names(nulls_)) : std::nullopt;
+  }
+
+  static std::string question(const std::optional<std::string>& name) {
+    return name ? ", did you mean '" + *name + "'?" : "";
   }
 
   static void expect_count(const Node& call, const Function& function) {
@@ -156,12 +191,13 @@ class Binder {
 
   Tree* tree_;
   const FieldNames& names_;
+  Nulls nulls_;
 };
 
 }  // namespace
 
-void bind(Tree* tree, const FieldNames& names) {
-  const Binder binder(tree, names);
+void bind(Tree* tree, const FieldNames& names, Nulls nulls) {
+  const Binder binder(tree, names, nulls);
   for (Node& node : tree->nodes) binder.bind(&node);
 }
 

@@ -7,8 +7,9 @@
 namespace triglub::expression {
 
 // Looks up the tree's names, compiles its patterns and gives every node its kind. Throws CompileError for a name that
-// is unknown and a value of the wrong kind.
-void bind(Tree* tree, const FieldNames& names);
+// is unknown and a value of the wrong kind. Where nulls propagate, an unknown name is told with the one that was likely
+// meant.
+void bind(Tree* tree, const FieldNames& names, Nulls nulls);
 
 }  // namespace triglub::expression
 

@@ -59,11 +59,12 @@ std::uint8_t outcomes_of(Operator oper) {
 
 class Emitter {
  public:
-  explicit Emitter(const Tree& tree) : tree_(tree) {}
+  Emitter(const Tree& tree, Nulls nulls) : tree_(tree), nulls_(nulls) {}
 
-  Program whole() {
-    emit(static_cast<NodeIndex>(tree_.nodes.size() - 1), Want::own);
-    program_.result = tree_.root().kind;
+  // The program that computes a node and what it stands on.
+  Program whole(NodeIndex root) {
+    emit(root, Want::own);
+    program_.result = at(root).kind;
     return std::move(program_);
   }
 
@@ -78,6 +79,9 @@ class Emitter {
   void emit_conditional(const Node& node);
   void emit_call(const Node& node);
   void emit_format(const Node& node);
+  void emit_null_test(NodeIndex argument);
+  void emit_assumption(const Node& node);
+  void emit_over_records(const Node& node);
   void finish_chain_link(const Node& node, Want want);
   void finish_logical(const Node& node);
 
@@ -99,13 +103,16 @@ class Emitter {
   // The field that the node is by itself.
   static int bare_field(const Node& node) { return node.type == NodeType::field ? node.field : kNoField; }
   static bool is_chain(const Node& node) { return node.type == NodeType::binary || node.type == NodeType::match; }
-  // 1 or 0 already.
-  static bool is_truth(const Node& node) {
+  // 1 or 0 already. A comparison and a match are that unless they can be null.
+  bool is_truth(const Node& node) const {
     const bool is_not = node.type == NodeType::prefix && node.oper == Operator::logical_not;
-    return is_not || node.type == NodeType::match || (node.type == NodeType::binary && node.oper >= Operator::less);
+    if (is_not || (node.type == NodeType::binary && is_logical(node.oper))) return true;
+    if (nulls_ == Nulls::propagate) return false;
+    return node.type == NodeType::match || (node.type == NodeType::binary && is_comparison(node.oper));
   }
 
   const Tree& tree_;
+  Nulls nulls_;
   Program program_;
   std::size_t depth_ = 0;
 };
@@ -196,20 +203,56 @@ void Emitter::emit_call(const Node& node) {
     case Form::conversion:
       return emit(arguments[0], want_of(function.result));
     case Form::null_test:
-      add({.op = Op::field_is_null, .field = at(arguments[0]).field}, 0, 1);
-      return;
+      return emit_null_test(arguments[0]);
     case Form::format:
       return emit_format(node);
+    case Form::identity:
+      return emit(arguments[0], Want::own);
+    case Form::assumption:
+      return emit_assumption(node);
+    case Form::over_records:
+      return emit_over_records(node);
     case Form::call:
       break;
   }
-  for (std::size_t i = 0; i < arguments.size(); ++i) emit(arguments[i], argument_wanted(node, i));
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    emit(arguments[i], argument_wanted(node, i));
+    if (function.takes_nulls) add({.op = Op::null_to_empty}, 1, 1);
+  }
   const bool on_integers = function.run_integers != nullptr && node.kind == Kind::integer;
   add({.op = Op::call,
        .count = node.argument_count,
        .scratch = new_scratch(),
        .run = on_integers ? function.run_integers : function.run},
       arguments.size(), 1);
+}
+
+// A field is asked itself: its value need not be read.
+void Emitter::emit_null_test(NodeIndex argument) {
+  if (at(argument).type == NodeType::field) {
+    add({.op = Op::field_is_null, .field = at(argument).field}, 0, 1);
+    return;
+  }
+  emit(argument, Want::own);
+  add({.op = Op::is_null}, 1, 1);
+}
+
+void Emitter::emit_assumption(const Node& node) {
+  const std::span<const NodeIndex> arguments = tree_.arguments_of(node);
+  const Want side = want_of(node.kind);
+  emit(arguments[0], side);
+  add({.op = Op::push_is_null}, 0, 1);
+  const std::size_t when_known = add({.op = Op::jump_if_false}, 1, 0);
+  add({.op = Op::drop_assumed}, 1, 0);
+  emit(arguments[1], side);
+  land(when_known);
+}
+
+// The argument is computed at other records than the rest, so it is a program of its own.
+void Emitter::emit_over_records(const Node& node) {
+  const NodeIndex argument = tree_.arguments_of(node)[0];
+  add({.op = Op::over_records, .part = static_cast<std::uint32_t>(program_.parts.size())}, 0, 1);
+  program_.parts.push_back({node.function->over_records, Emitter(tree_, nulls_).whole(argument)});
 }
 
 void Emitter::emit_format(const Node& node) {
@@ -313,6 +356,8 @@ void Emitter::convert(const Node& node, Want want) {
 
 }  // namespace
 
-Program emit(const Tree& tree) { return Emitter(tree).whole(); }
+Program emit(const Tree& tree, Nulls nulls) {
+  return Emitter(tree, nulls).whole(static_cast<NodeIndex>(tree.nodes.size() - 1));
+}
 
 }  // namespace triglub::expression

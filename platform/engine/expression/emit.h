@@ -9,7 +9,7 @@ namespace triglub::expression {
 
 // The program that computes a bound tree, as a value of the tree's own kind. It refers to the tree's matchers and to
 // the text of the expression, which must outlive it.
-Program emit(const Tree& tree);
+Program emit(const Tree& tree, Nulls nulls);
 
 }  // namespace triglub::expression
 

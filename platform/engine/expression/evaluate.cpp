@@ -52,34 +52,6 @@ Outcome compare_to_text(const Instruction& instruction, const Record& record, Va
 
 }  // namespace
 
-bool Evaluation::run(Value* result) {
-  const Instruction* const code = program_.code.data();
-  const std::size_t count = program_.code.size();
-  for (std::size_t at = 0; at < count; ++at) {
-    const Instruction& instruction = code[at];
-    switch (instruction.op) {
-      case Op::jump:
-        at = instruction.target - 1;
-        break;
-      case Op::jump_if_false:
-        if (pop().integer == 0) at = instruction.target - 1;
-        break;
-      case Op::jump_and:
-      case Op::jump_or:
-        if ((top().integer != 0) == (instruction.op == Op::jump_or)) {
-          at = instruction.target - 1;
-        } else {
-          pop();
-        }
-        break;
-      default:
-        if (!step(instruction)) return false;
-    }
-  }
-  *result = top();
-  return true;
-}
-
 bool Evaluation::step(const Instruction& instruction) {
   switch (instruction.op) {
     case Op::constant:

@@ -6,15 +6,14 @@
 #include <utility>
 #include <vector>
 
-#include "base/utf8.h"
 #include "engine/expression/bind.h"
 #include "engine/expression/emit.h"
 #include "engine/expression/evaluate.h"
 #include "engine/expression/fault.h"
 #include "engine/expression/numbers.h"
 #include "engine/expression/parse.h"
+#include "engine/expression/text_check.h"
 #include "platform/database.h"
-#include "platform/text.h"
 
 namespace triglub::expression {
 
@@ -25,8 +24,8 @@ class CompiledExpression final : public Compiled {
   // Throws CompileError.
   CompiledExpression(std::string_view text, const FieldNames& names) : source_(text) {
     Tree tree = parse(source_);
-    bind(&tree, names);
-    program_ = emit(tree);
+    bind(&tree, names, Nulls::as_values);
+    program_ = emit(tree, Nulls::as_values);
     const Node& root = tree.root();
     if (root.type == NodeType::field) bare_field_ = root.field;
     if (root.type == NodeType::match && tree.nodes[root.a].type == NodeType::field) {
@@ -119,23 +118,9 @@ bool CompiledExpression::is_true(const Record& record, Scratch* scratch) const {
 
 bool is_result_type(int type) { return type >= dbINTEGER && type <= dbSTRING; }
 
-// The place of the first byte that is no part of a UTF-8 character.
-std::size_t first_malformed(std::string_view text) {
-  std::size_t at = 0;
-  while (at < text.size()) {
-    const std::size_t length = character_length(text.substr(at));
-    if (length == 0) break;
-    at += length;
-  }
-  return at;
-}
-
 void check(std::string_view text, int type) {
   if (!is_result_type(type)) throw CompileError{0, "expected a result type, not " + std::to_string(type)};
-  if (text.size() > kMaxLength) {
-    throw CompileError{kMaxLength, "expected at most " + std::to_string(kMaxLength) + " bytes"};
-  }
-  if (!is_utf8(text)) throw CompileError{first_malformed(text), "expected UTF-8"};
+  check_text(text);
 }
 
 }  // namespace

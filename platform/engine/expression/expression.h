@@ -9,7 +9,7 @@
 //
 // lex.cpp turns text into tokens, parse.cpp tokens into a tree, bind.cpp names into fields and kinds, emit.cpp the tree
 // into a program, evaluate.cpp runs the program. Input from strangers runs on a budget: kMaxNesting levels, kMaxLength
-// bytes, RE2's own memory limit.
+// bytes, RE2's own memory limit. Here nulls are values; nullable_expression.h has the form in which they propagate.
 //
 // A compiled form does not change: threads may evaluate it at the same time, each with a scratch of its own.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_EXPRESSION_H
@@ -29,11 +29,17 @@ inline constexpr std::size_t kMaxLength = std::size_t{64} * 1024;  // bytes of o
 
 enum class Kind : std::uint8_t { integer, real, text };
 
+inline constexpr int kNoField = -1;
+
 // A field as a view resolves it. `id` is the view's own number for it.
 struct Field {
   int id = 0;
   Kind kind = Kind::text;
 };
+
+// What a null field is to an expression: the null value of its schema like any other value, or a null, which makes null
+// what is computed of it.
+enum class Nulls : std::uint8_t { as_values, propagate };
 
 // The names that an expression may use.
 class FieldNames {
@@ -41,6 +47,8 @@ class FieldNames {
   virtual ~FieldNames() = default;
   // The field of that name, bare or qualified; nothing when there is none.
   virtual std::optional<Field> find(std::string_view name) const = 0;
+  // The name that one without a field was likely meant to be, for the message about it; nothing when none is near.
+  virtual std::optional<std::string> nearest_to(std::string_view /*name*/) const { return std::nullopt; }
 };
 
 // The values of one record. Nulls come as the field's null value.

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 #include "engine/expression/text_functions.h"
 #include "engine/expression/time_functions.h"
@@ -87,12 +86,40 @@ constexpr Function kFunctions[] = {
     {"yearday", "r", Kind::integer, Form::call, yearday_of_epoch, nullptr},
 };
 
+// Where nulls propagate these come before the others.
+constexpr Function kNullableFunctions[] = {
+    {"assume", "aa", Kind::text, Form::assumption, nullptr, nullptr},
+    {"concat", "s*", Kind::text, Form::call, concat, nullptr, OverRecords::first, true},
+    {"count", "a", Kind::integer, Form::over_records, nullptr, nullptr, OverRecords::count},
+    {"earliest", "a", Kind::text, Form::over_records, nullptr, nullptr, OverRecords::earliest},
+    {"first", "a", Kind::text, Form::over_records, nullptr, nullptr, OverRecords::first},
+    {"is_null", "a", Kind::integer, Form::null_test, nullptr, nullptr},
+    {"latest", "a", Kind::text, Form::over_records, nullptr, nullptr, OverRecords::latest},
+    {"xml", "t", Kind::text, Form::identity, nullptr, nullptr},
+};
+
+const Function* find(std::span<const Function> functions, std::string_view name) {
+  const auto found =
+      std::find_if(functions.begin(), functions.end(), [&](const Function& function) { return function.name == name; });
+  return found == functions.end() ? nullptr : &*found;
+}
+
+void append_names(std::span<const Function> functions, std::vector<std::string>* names) {
+  for (const Function& function : functions) names->emplace_back(function.name);
+}
+
 }  // namespace
 
-const Function* find_function(std::string_view name) {
-  const Function* found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
-                                       [&](const Function& function) { return function.name == name; });
-  return found == std::end(kFunctions) ? nullptr : found;
+const Function* find_function(std::string_view name, Nulls nulls) {
+  const Function* nullable = nulls == Nulls::propagate ? find(kNullableFunctions, name) : nullptr;
+  return nullable == nullptr ? find(kFunctions, name) : nullable;
+}
+
+std::vector<std::string> function_names(Nulls nulls) {
+  std::vector<std::string> names;
+  append_names(kFunctions, &names);
+  if (nulls == Nulls::propagate) append_names(kNullableFunctions, &names);
+  return names;
 }
 
 }  // namespace triglub::expression

@@ -17,6 +17,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/expression/expression.h"
 #include "engine/expression/value.h"
@@ -32,9 +33,16 @@ using Implementation = bool (*)(std::span<const Value> arguments, std::string* s
 enum class Form : std::uint8_t {
   call,        // runs an implementation
   conversion,  // its argument, as a value of its own kind
-  null_test,   // asks the record
+  null_test,   // asks the record, or its argument where nulls propagate
   format,      // checked as far as can be when compiled
+  // Where nulls propagate:
+  identity,      // its argument
+  assumption,    // its second argument where the first is null
+  over_records,  // its argument at all records of an element
 };
+
+// What a function over records makes of the values.
+enum class OverRecords : std::uint8_t { first, earliest, latest, count };
 
 struct Function {
   std::string_view name;
@@ -43,6 +51,8 @@ struct Function {
   Form form;
   Implementation run;           // of Form::call
   Implementation run_integers;  // when all arguments are integers, with an integer for result; null: no difference
+  OverRecords over_records = OverRecords::first;  // of Form::over_records
+  bool takes_nulls = false;  // as empty texts; a null argument of any other function makes its result null
 
   bool is_open_ended() const { return parameters.ends_with('*'); }
   std::size_t least_arguments() const { return parameters.size() - is_open_ended(); }
@@ -51,8 +61,10 @@ struct Function {
   }
 };
 
-// Null when there is none of that name.
-const Function* find_function(std::string_view name);
+// Null when there is none of that name. Some have a meaning of their own, or are there at all, where nulls propagate.
+const Function* find_function(std::string_view name, Nulls nulls);
+// The names of all functions.
+std::vector<std::string> function_names(Nulls nulls);
 
 // Appends, unless the text would grow beyond kMaxText: then false.
 bool append(std::string_view more, std::string* text);

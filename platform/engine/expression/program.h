@@ -59,12 +59,16 @@ enum class Op : std::uint8_t {
   jump_if_false,
   jump_and,
   jump_or,
+  // Where nulls propagate.
+  is_null,        // whether the top is null, in its place
+  push_is_null,   // whether the top is null, above it
+  drop_assumed,   // the null on top goes, for the value that is assumed
+  null_to_empty,  // a null text on top becomes the empty one
+  over_records,   // pushes
 };
 
 // Outcomes of a comparison, to be combined: a relation holds when its outcomes include the one at hand.
 enum Outcome : std::uint8_t { kLess = 1, kEqual = 2, kGreater = 4, kUnordered = 8 };
-
-inline constexpr int kNoField = -1;
 
 struct Instruction {
   Op op{};
@@ -75,11 +79,14 @@ struct Instruction {
   std::uint32_t count = 0;    // arguments of a call
   std::uint32_t scratch = 0;  // where a new text may stand
   std::uint32_t target = 0;   // of a jump
+  std::uint32_t part = 0;     // of a function over records: which of the program's parts
   Value value{};              // of a constant
   const Matcher* matcher = nullptr;
   Implementation run = nullptr;
   const Format* formatting = nullptr;
 };
+
+struct ProgramOverRecords;
 
 struct Program {
   std::vector<Instruction> code;
@@ -87,6 +94,13 @@ struct Program {
   std::size_t scratch_size = 0;  // new texts at most: no instruction runs twice in one evaluation
   Kind result{};
   std::vector<std::unique_ptr<Format>> formats;
+  std::vector<ProgramOverRecords> parts;
+};
+
+// A function over records and the program of its argument.
+struct ProgramOverRecords {
+  OverRecords function{};
+  Program argument;
 };
 
 }  // namespace triglub::expression
