@@ -35,11 +35,11 @@ void put(Pf& pf, std::string_view key, Value value) {
   KeyNames names(key);
   std::string_view name = names.next();
   for (; !names.at_end(); name = names.next()) {
-    Value* there = table->find(name);
-    Table* inner = there == nullptr ? nullptr : as_table(*there);
-    table = inner == nullptr ? &table->set_table(name) : inner;
+    Entry* there = table->find(name);
+    Table* inner = there == nullptr ? nullptr : as_table(there->value);
+    table = inner == nullptr ? &table->set_table(name, 0) : inner;
   }
-  table->set(name, std::move(value));
+  table->set(name, std::move(value), 0);
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ bool equal(const Value& a, const Value& b) {
 bool equal(const Table& a, const Table& b) {
   return std::equal(a.entries().begin(), a.entries().end(), b.entries().begin(), b.entries().end(),
                     [](const auto& left, const auto& right) {
-                      return left.first == right.first && equal(left.second, right.second);
+                      return left.first == right.first && equal(left.second.value, right.second.value);
                     });
 }
 

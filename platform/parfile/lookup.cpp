@@ -5,21 +5,27 @@
 namespace {
 
 using triglub::parfile::as_table;
+using triglub::parfile::Entry;
 using triglub::parfile::KeyNames;
 using triglub::parfile::Lines;
 using triglub::parfile::Table;
 using triglub::parfile::Value;
 
-Value* find_value(Pf* pf, const char* key) {
+Entry* find_entry(Pf* pf, const char* key) {
   if (pf == nullptr || key == nullptr) return nullptr;
   Table* table = &pf->root;
   for (KeyNames names(key); table != nullptr;) {
     const std::string_view name = names.next();
-    Value* value = name.empty() ? nullptr : table->find(name);
-    if (value == nullptr || names.at_end()) return value;
-    table = as_table(*value);
+    Entry* entry = name.empty() ? nullptr : table->find(name);
+    if (entry == nullptr || names.at_end()) return entry;
+    table = as_table(entry->value);
   }
   return nullptr;
+}
+
+Value* find_value(Pf* pf, const char* key) {
+  Entry* entry = find_entry(pf, key);
+  return entry == nullptr ? nullptr : &entry->value;
 }
 
 Table* find_table(Pf* pf, const char* key) {
@@ -45,6 +51,11 @@ long pf_line(Pf* pf, const char* key, long i) {
   auto* lines = std::get_if<std::unique_ptr<Lines>>(find_value(pf, key));
   if (lines == nullptr || i < 0 || static_cast<std::size_t>(i) >= (*lines)->numbers().size()) return 0;
   return static_cast<long>((*lines)->numbers()[static_cast<std::size_t>(i)]);
+}
+
+long pf_key_line(Pf* pf, const char* key) {
+  const Entry* entry = find_entry(pf, key);
+  return entry == nullptr ? 0 : static_cast<long>(entry->line);
 }
 
 std::vector<std::string> pf_keys(Pf* pf, const char* key) {

@@ -65,13 +65,13 @@ class Reader {
     if (const char* fault = name_fault(key)) return fault;
     if (const char* fault = value_fault(value)) return fault;
     if (value == kTableOpener || value == kListOpener) return open(key, value == kTableOpener);
-    table().set(key, std::string(value));
+    table().set(key, std::string(value), line_);
     return nullptr;
   }
 
   const char* open(std::string_view key, bool is_table) {
     if (open_.size() == kMaxDepth) return "too many blocks inside one another";
-    Table* inner = is_table ? &table().set_table(key) : nullptr;
+    Table* inner = is_table ? &table().set_table(key, line_) : nullptr;
     open_.push_back({key, line_, inner, {}, {}});
     return nullptr;
   }
@@ -81,7 +81,7 @@ class Reader {
     Block block = std::move(open_.back());
     open_.pop_back();
     if (block.table != nullptr) return nullptr;
-    table().set(block.key, std::make_unique<Lines>(std::move(block.lines), std::move(block.numbers)));
+    table().set(block.key, std::make_unique<Lines>(std::move(block.lines), std::move(block.numbers)), block.line);
     return nullptr;
   }
 

@@ -36,17 +36,22 @@ class Lines {
 class Table;
 using Value = std::variant<std::string, std::unique_ptr<Lines>, std::unique_ptr<Table>>;
 
+struct Entry {
+  Value value;
+  std::size_t line = 0;  // of the file, on which it begins; 0 for one made in memory
+};
+
 // Keys with their values. A value stays where it is in memory until its key is set again.
 class Table {
  public:
-  using Entries = std::map<std::string, Value, std::less<>>;
+  using Entries = std::map<std::string, Entry, std::less<>>;
 
-  // The value of a key; null when the key is absent.
-  Value* find(std::string_view key);
+  // The entry of a key; null when the key is absent.
+  Entry* find(std::string_view key);
   // Sets a key; a key that was there keeps its place in the order. Returns the value in its place.
-  Value& set(std::string_view key, Value value);
+  Value& set(std::string_view key, Value value, std::size_t line);
   // Sets a key to a new, empty table and returns that.
-  Table& set_table(std::string_view key);
+  Table& set_table(std::string_view key, std::size_t line);
 
   const Entries& entries() const { return entries_; }
   // The entries in the order in which their keys were first set.

@@ -18,7 +18,7 @@ class Writer {
   void write_entries(const Table& table) {
     for (const auto& entry : table.in_order()) {
       text_.append(margin_, ' ').append(entry->first);
-      std::visit([this](const auto& value) { write_value(value); }, entry->second);
+      std::visit([this](const auto& value) { write_value(value); }, entry->second.value);
     }
   }
 

@@ -45,6 +45,10 @@ TRIGLUB_API Tbl* pfget_tbl(Pf* pf, const char* key);
 // was made in memory. For messages.
 TRIGLUB_API long pf_line(Pf* pf, const char* key, long i);
 
+// The line of the file (from 1) of a key: of its string, or of the opening of its list or table. 0 when there is no
+// such key, or it was set in memory. For messages.
+TRIGLUB_API long pf_key_line(Pf* pf, const char* key);
+
 // The path of the file the object was read from; empty for one built in memory.
 TRIGLUB_API const char* pf_path(Pf* pf);
 

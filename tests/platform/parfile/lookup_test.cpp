@@ -82,6 +82,27 @@ TEST_F(Lookup, ListsTheKeysOfATableInFileOrder) {
   EXPECT_EQ(pf_keys(pf_.get(), nullptr), Keys{});
 }
 
+TEST_F(Lookup, TellsTheLinesOfKeys) {
+  const struct {
+    const char* key;
+    long line;
+  } cases[] = {{"root", 2},   {"a", 3},   {"a{name}", 4}, {"a{b}", 5}, {"a{b}{c}{deep}", 7}, {"a{b}{list}", 9},
+               {"lines", 14}, {"lin", 0}, {"a{x}", 0},    {"", 0},     {"root{name}", 0}};
+  for (const auto& c : cases) EXPECT_EQ(pf_key_line(pf_.get(), c.key), c.line) << c.key;
+  EXPECT_EQ(pf_key_line(pf_.get(), nullptr), 0);
+  EXPECT_EQ(pf_key_line(nullptr, "root"), 0);
+}
+
+TEST_F(Lookup, TellsNoLineOfKeysThatWereSetInMemory) {
+  pfput_string(pf_.get(), "root", "other");
+  pfput_string(pf_.get(), "a{b}{c}{further}", "x");
+  pfput_tbl(pf_.get(), "lines", {"x"});
+  pfput_arr(pf_.get(), "new");
+  for (const char* key : {"root", "a{b}{c}{further}", "lines", "new"}) EXPECT_EQ(pf_key_line(pf_.get(), key), 0) << key;
+  EXPECT_EQ(pf_key_line(pf_.get(), "a{b}{c}"), 6);
+  EXPECT_EQ(pf_key_line(pf_.get(), "a{b}{c}{deep}"), 7);
+}
+
 TEST_F(Lookup, GivesTextsThatMayBeTrimmedInPlace) {
   char* text = pfget_string(pf_.get(), "root");
   EXPECT_EQ(strtrim(text), text);
