@@ -31,18 +31,27 @@ int db2stationxml(Dbptr db, Pf* pf, rbtree* subset, std::ostream& out, unsigned 
 
 void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index) {
   triglub::NodePlan plan(group);
-  or_die([&] { triglub::NodeWriter(process_state(), out).write_node(db, plan, index, nullptr); });
+  or_die([&] {
+    triglub::refuse_epoch_documents(process_state());
+    triglub::NodeWriter(process_state(), out).write_node(db, plan, index, nullptr);
+  });
 }
 
 void xml_create_node(std::ostream& out, Dbptr db, ElementGroup group, SmartIndex index,
                      const GroupLineWriter& write_group_line) {
   triglub::NodePlan plan(group);
-  or_die([&] { triglub::NodeWriter(process_state(), out).write_node(db, plan, index, &write_group_line); });
+  or_die([&] {
+    triglub::refuse_epoch_documents(process_state());
+    triglub::NodeWriter(process_state(), out).write_node(db, plan, index, &write_group_line);
+  });
 }
 
 void xml_create_group_line(std::ostream& out, Dbptr db, const ElementGroup& group, const ElementDescription& line,
                            const SmartIndex& index) {
   triglub::NodePlan plan(group);
   triglub::LinePlan line_plan(line);
-  or_die([&] { triglub::NodeWriter(process_state(), out).write_line_of_groups(db, plan, line_plan, index); });
+  or_die([&] {
+    triglub::refuse_epoch_documents(process_state());
+    triglub::NodeWriter(process_state(), out).write_line_of_groups(db, plan, line_plan, index);
+  });
 }

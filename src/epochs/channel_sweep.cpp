@@ -16,6 +16,13 @@ void append_borders(const HeldRows& rows, std::vector<Instant>* borders) {
   }
 }
 
+// Whether a span is a part of the first or the last day of a row that knows days only: no more was said.
+bool is_part_of_a_day(const Span& span, const Span& row) {
+  const bool is_of_first = span.begin == row.begin && span.end - span.begin < kDay;
+  const bool is_of_last = span.end == row.end && span.end - span.begin < kDay;
+  return span.begin != kPast && span.end != kFuture && (is_of_first || is_of_last);
+}
+
 std::uint32_t row_of(const HeldRow* held) { return held == nullptr ? kAbsent : held->row; }
 
 bool are_same(const Epoch& a, const Epoch& b) {
@@ -110,14 +117,16 @@ void ChannelSweep::tell(Remark remark, const Present& present) {
   if (list_->told.empty() || !is_told(list_->told.back())) list_->told.push_back(told);
 }
 
-// Whether an epoch is there at an instant.
-bool ChannelSweep::find_present(Instant instant, Present* present) {
+// Whether an epoch is there for a span between two borders.
+bool ChannelSweep::find_present(const Span& span, Present* present) {
+  const Instant instant = span.begin;
+  present->place = {};
   present->sitechan = sitechan_.at(instant);
   if (present->sitechan == nullptr) return false;
   const std::optional<std::int64_t> chanid = chanid_of(present->sitechan->row);
   present->sensor = sensor_.at(instant, chanid);
   if (present->sensor == nullptr && sensor_.any_within(present->sitechan->span, chanid)) {
-    tell(Remark::gap, *present);
+    if (!is_part_of_a_day(span, present->sitechan->span)) tell(Remark::gap, *present);
     return false;
   }
   present->place = places_.at(instant, *present->sitechan, present->sensor);
@@ -174,7 +183,8 @@ void ChannelSweep::sweep(ChannelRows* rows, EpochList* list) {
   Present present;
   for (std::size_t i = 0; i + 1 < borders_.size(); ++i) {
     const bool have_stages_changed = stages_.move_to(borders_[i]);
-    if (find_present(borders_[i], &present)) take(present, have_stages_changed, {borders_[i], borders_[i + 1]});
+    const Span span = {borders_[i], borders_[i + 1]};
+    if (find_present(span, &present)) take(present, have_stages_changed, span);
   }
   tell_left_out();
 }

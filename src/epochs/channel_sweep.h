@@ -68,7 +68,7 @@ class ChannelSweep {
   void prepare(HeldRows* rows, Remark never, Remark clash);
   void prepare_stages();
   void find_borders();
-  bool find_present(Instant instant, Present* present);
+  bool find_present(const Span& span, Present* present);
   void take(const Present& present, bool have_stages_changed, const Span& span);
   void tell(Remark remark, const Present& present);
   void tell_left_out();

@@ -15,13 +15,13 @@ namespace {
 
 constexpr std::uint32_t kFaultsTold = 20;
 
+}  // namespace
+
 Dbptr open_table(Dbptr db, const char* name) {
   const Dbptr table = dblookup(db, nullptr, name, nullptr, nullptr);
   if (table.table < 0) throw FatalFailure(std::string("the table ") + name + " cannot be used");
   return table;
 }
-
-}  // namespace
 
 LoadedTable::LoadedTable(Dbptr db, const char* name)
     : name_(name),

@@ -13,6 +13,9 @@
 
 namespace triglub {
 
+// A base table of the session. Throws FatalFailure where it refuses to load.
+Dbptr open_table(Dbptr db, const char* name);
+
 // A table with its load dates.
 class LoadedTable {
  public:

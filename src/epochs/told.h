@@ -3,6 +3,7 @@
 #ifndef TRIGLUB_SRC_EPOCHS_TOLD_H
 #define TRIGLUB_SRC_EPOCHS_TOLD_H
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -10,15 +11,17 @@
 
 namespace triglub {
 
+// In the order of their texts.
 enum class Remark : std::uint8_t {
-  gap,                  // notes: `row` of sitechan has no sensor for a time
-  gap_of_site,          // ... no place for a time
-  widened,              // `row` of sitechan reaches out of `other` of site
-  left_out_no_site,     // `row` of sitechan has no place at all
-  left_out_covered,     // ... other rows stand all the time
-  left_out_no_station,  // ... names no station or no channel
-  left_out_no_network,  // ... no snetsta row has its station
-  never_sitechan,       // `row` ends before it begins
+  gap,                   // notes: `row` of sitechan has no sensor for a time
+  gap_of_site,           // ... no place for a time
+  widened,               // `row` of sitechan reaches out of `other` of site
+  left_out_no_site,      // `row` of sitechan has no place at all
+  left_out_covered,      // ... other rows stand all the time
+  left_out_no_station,   // ... names no station or no channel
+  left_out_no_network,   // ... no snetsta row has its station
+  site_without_network,  // `row` of site likewise
+  never_sitechan,        // `row` ends before it begins
   never_site,
   never_sensor,
   never_calibration,
@@ -36,6 +39,8 @@ enum class Remark : std::uint8_t {
   stray_calibration,
   stray_stage,
 };
+
+inline constexpr std::size_t kRemarks = static_cast<std::size_t>(Remark::stray_stage) + 1;
 
 struct Told {
   Remark remark;

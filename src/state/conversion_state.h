@@ -68,6 +68,7 @@ class ConversionState {
   std::string final_element_name;
   // The parameter file of the latest call, from which groups are built. Not owned; null before the first call.
   Pf* parameters = nullptr;
+  int edition = 1;  // of that file
   // Whether the latest channel written had no sample rate, or one of "0". A channel without samples has no response to
   // describe. Kept beyond the channel and the conversion: only a channel sets it.
   bool samplerate_is_zero = false;

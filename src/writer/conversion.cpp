@@ -52,6 +52,7 @@ Dbptr Conversion::prepare(Dbptr db, Pf* pf, rbtree* subset, unsigned int flags) 
 }
 
 void Conversion::write_node(std::ostream& out, Dbptr db, const ElementGroup& group, const SmartIndex& index) {
+  refuse_epoch_documents(*state_);
   const DepthGuard guard(*state_);
   NodePlan plan(group);
   NodeWriter(*state_, out).write_node(db, plan, index, nullptr);
@@ -59,6 +60,7 @@ void Conversion::write_node(std::ostream& out, Dbptr db, const ElementGroup& gro
 
 void Conversion::write_node(std::ostream& out, Dbptr db, const ElementGroup& group, const SmartIndex& index,
                             const GroupLineHandler& handle_group_line) {
+  refuse_epoch_documents(*state_);
   const DepthGuard guard(*state_);
   NodePlan plan(group);
   NodeWriter(*state_, out).write_node(db, plan, index, &handle_group_line);
@@ -66,6 +68,7 @@ void Conversion::write_node(std::ostream& out, Dbptr db, const ElementGroup& gro
 
 void Conversion::write_group_line(std::ostream& out, Dbptr db, const ElementGroup& group,
                                   const ElementDescription& line, const SmartIndex& index) {
+  refuse_epoch_documents(*state_);
   const DepthGuard guard(*state_);
   NodePlan plan(group);
   LinePlan line_plan(line);

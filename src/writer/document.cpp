@@ -7,6 +7,8 @@
 
 #include "conversion.h"
 #include "dbhelper.h"
+#include "element_tree.h"
+#include "epoch_document.h"
 #include "platform/elog.h"
 #include "resp_helper.h"
 #include "writer/master_view.h"
@@ -42,6 +44,25 @@ void check_tree(Pf* pf) {
   if (root != nullptr) navigateElementTree(pf, root, 0);
 }
 
+DetailLevel level_of(unsigned int flags) {
+  switch (const auto level = static_cast<DetailLevel>(flags & kDetailBits)) {
+    case DetailLevel::network:
+    case DetailLevel::station:
+    case DetailLevel::channel:
+      return level;
+    default:
+      return DetailLevel::response;
+  }
+}
+
+void write_epochs(ConversionState& state, Dbptr db, Pf* pf, rbtree* subset, std::ostream& out, unsigned int flags) {
+  state.parameters = pf;
+  state.edition = 2;
+  EpochDocument document(db, pf, subset, level_of(flags));
+  document.write(out);
+  document.findings().report();
+}
+
 // One cache for the life of the state: the response files of an archive are read once, however many documents are made
 // of it. A later call with another database keeps using it. A construction that throws is tried again.
 void prepare_responses(ConversionState& state, Dbptr view) {
@@ -52,6 +73,11 @@ void prepare_responses(ConversionState& state, Dbptr view) {
 
 }  // namespace
 
+void refuse_epoch_documents(const ConversionState& state) {
+  if (state.edition != 2) return;
+  throw FatalFailure("a document of edition 2 is written whole: by db2stationxml or triglub::EpochDocument");
+}
+
 Dbptr prepare_document(ConversionState& state, Dbptr db, Pf* pf, rbtree* subset, unsigned int flags) {
   state.verbosity = flags & kVerbosityBits;
   const unsigned int level = flags & kDetailBits;
@@ -59,6 +85,8 @@ Dbptr prepare_document(ConversionState& state, Dbptr db, Pf* pf, rbtree* subset,
   trace_call(state, "db2stationxml");
   if (pf == nullptr) throw FatalFailure("No parameter file specified");
   state.parameters = pf;
+  state.edition = edition_of(pf);
+  refuse_epoch_documents(state);
   state.read_date_formats(pf);
   if (state.is_verbose()) trace_root(pf);
   const Dbptr view = make_master_view(state, db, subset);
@@ -72,6 +100,7 @@ Dbptr prepare_document(ConversionState& state, Dbptr db, Pf* pf, rbtree* subset,
 }
 
 void write_document(ConversionState& state, Dbptr db, Pf* pf, rbtree* subset, std::ostream& out, unsigned int flags) {
+  if (pf != nullptr && edition_of(pf) == 2) return write_epochs(state, db, pf, subset, out, flags);
   const Dbptr view = prepare_document(state, db, pf, subset, flags);
   const SmartIndex all(static_cast<unsigned long>(db_nrecs(view)), true);
   try {

@@ -12,6 +12,10 @@
 
 namespace triglub {
 
+// Throws FatalFailure where the parameter file of the latest call is of edition 2, whose documents have no parts to be
+// written one by one.
+void refuse_epoch_documents(const ConversionState& state);
+
 // As prepare_conversion, with FatalFailure where that ends the process.
 Dbptr prepare_document(ConversionState& state, Dbptr db, Pf* pf, rbtree* subset, unsigned int flags);
 

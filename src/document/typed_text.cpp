@@ -1,0 +1,113 @@
+// Numbers that were worked out here are rounded to a length that no instrument reaches, so that 62.3 - 90 is -27.7 in
+// the document as it is on paper.
+#include "document/typed_text.h"
+
+#include <cmath>
+
+#include "platform/timeconv.h"
+
+namespace triglub {
+
+namespace {
+
+constexpr double kMostDegrees = 1e6;  // beyond it no angle is meant
+constexpr double kYear1 = -62135596800.0;
+constexpr double kYear10000 = 253402300800.0;
+
+double rounded(double number) { return std::round(number * 1e9) / 1e9; }
+
+ValueRemark append_within(double number, double least, double most, std::string* text) {
+  if (!(number >= least && number <= most)) return ValueRemark::out_of_range;
+  append_shortest(number, text);
+  return ValueRemark::none;
+}
+
+// The angle by whole turns from `least` on.
+double turned(double angle, double least) {
+  const double turned = rounded(angle - 360 * std::floor((angle - least) / 360));
+  return turned >= least + 360 ? least : turned;
+}
+
+ValueRemark append_longitude(double angle, std::string* text) {
+  if (!(std::fabs(angle) < kMostDegrees)) return ValueRemark::out_of_range;
+  const bool is_wrapped = angle < -180 || angle > 180;
+  append_shortest(is_wrapped ? turned(angle, -180) : angle, text);
+  return is_wrapped ? ValueRemark::wrapped : ValueRemark::none;
+}
+
+ValueRemark append_azimuth(double angle, std::string* text) {
+  if (!(std::fabs(angle) < kMostDegrees)) return ValueRemark::out_of_range;
+  append_shortest(angle < 0 || angle >= 360 ? turned(angle, 0) : angle, text);
+  return ValueRemark::none;
+}
+
+ValueRemark append_metres(double kilometres, std::string* text) {
+  const double metres = rounded(kilometres * 1000);
+  if (!std::isfinite(metres)) return ValueRemark::out_of_range;
+  append_shortest(metres, text);
+  return ValueRemark::none;
+}
+
+}  // namespace
+
+ValueRemark append_integer(double number, std::string* text) {
+  if (!(std::fabs(number) < 0x1p63)) return ValueRemark::out_of_range;
+  append_decimal(static_cast<std::int64_t>(number), text);
+  return ValueRemark::none;
+}
+
+ValueRemark append_instant(double seconds, std::string* text) {
+  const double milliseconds = std::floor(seconds * 1000 + 0.5);
+  if (!(milliseconds >= kYear1 * 1000 && milliseconds < kYear10000 * 1000)) return ValueRemark::no_date;
+  const double whole = std::floor(milliseconds / 1000);
+  text->append(epoch2str(whole, "%GT%H:%M:%S"));
+  const int rest = static_cast<int>(milliseconds - whole * 1000);
+  if (rest != 0) text->append(1, '.').append(std::to_string(1000 + rest), 1, 3);
+  *text += 'Z';
+  return ValueRemark::none;
+}
+
+ValueRemark append_day(double yyyyddd, std::string* text) {
+  if (!(yyyyddd >= 0 && yyyyddd < 1e7)) return ValueRemark::no_date;
+  const double start = epoch(static_cast<int>(yyyyddd));
+  if (start < kYear1 || start != std::floor(start)) return ValueRemark::no_date;
+  return append_instant(start, text);
+}
+
+ValueRemark append_number_as(LineType type, double number, std::string* text) {
+  switch (type) {
+    case LineType::integer:
+      return append_integer(number, text);
+    case LineType::epoch:
+      return append_instant(number, text);
+    case LineType::julian:
+      return append_day(number, text);
+    case LineType::latitude:
+      return append_within(number, -90, 90, text);
+    case LineType::longitude:
+      return append_longitude(number, text);
+    case LineType::azimuth:
+      return append_azimuth(number, text);
+    case LineType::dip:
+      return append_within(rounded(number - 90), -90, 90, text);
+    case LineType::meters:
+      return append_metres(number, text);
+    default:  // real
+      append_shortest(number, text);
+      return ValueRemark::none;
+  }
+}
+
+std::optional<double> number_of(const RecordValue& value, ValueKind kind) {
+  switch (kind) {
+    case ValueKind::integer:
+      return static_cast<double>(value.integer);
+    case ValueKind::real:
+      return value.real;
+    case ValueKind::text:
+      return number_in(value.text);
+  }
+  return std::nullopt;
+}
+
+}  // namespace triglub

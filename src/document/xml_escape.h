@@ -1,0 +1,19 @@
+// Texts of the tables as XML.
+#ifndef TRIGLUB_SRC_DOCUMENT_XML_ESCAPE_H
+#define TRIGLUB_SRC_DOCUMENT_XML_ESCAPE_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace triglub {
+
+enum class XmlPlace : std::uint8_t { content, attribute };
+
+// Appends a text so that a reader of the document gets it back: markup as entities, tabs and line ends as blanks, and
+// without the characters that XML 1.0 forbids. REQUIRES: UTF-8.
+void append_escaped(std::string_view text, XmlPlace place, std::string* xml);
+
+}  // namespace triglub
+
+#endif

@@ -1,0 +1,142 @@
+// Records are made once; the writer of the whole and those of the pieces each have plans of their own over them.
+#include "epoch_document.h"
+
+#include <utility>
+#include <vector>
+
+#include "document/element_writer.h"
+#include "document/record_set.h"
+#include "element_tree.h"
+#include "epochs/record_view.h"
+#include "epochs/records.h"
+#include "epochs/station_tables.h"
+#include "fatal_failure.h"
+#include "stages/chain_check.h"
+#include "stages/response_files.h"
+#include "stages/stage_facts.h"
+#include "stages/stage_texts.h"
+
+namespace triglub {
+
+namespace {
+
+constexpr std::size_t kRootDepth = 1;
+
+// The tag of the groups that a document of that level leaves out with all below.
+const char* cut_of(DetailLevel level) {
+  switch (level) {
+    case DetailLevel::network:
+      return "Station";
+    case DetailLevel::station:
+      return "Channel";
+    case DetailLevel::channel:
+      return "Stage";
+    case DetailLevel::response:
+      break;
+  }
+  return "";
+}
+
+std::unique_ptr<const ElementTree> read_or_fail(Dbptr db, Pf* pf) {
+  auto tree = read_tree(db, pf);
+  if (tree == nullptr) throw FatalFailure(std::string("parameter file ") + pf_path(pf) + ": cannot be used");
+  return tree;
+}
+
+RecordList all_of(const RecordSet& records) { return {nullptr, 0, records.size()}; }
+
+}  // namespace
+
+struct EpochDocument::Inside {
+  Inside(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level)
+      : tree(read_or_fail(db, pf)),
+        cut(cut_of(level)),
+        stage(open_table(db, "stage")),
+        calibration(open_table(db, "calibration")),
+        files(stage),
+        view(make_view(db, conditions, level)),
+        records(view, kRecordTables),
+        stages(stage, calibration, files) {}
+
+  Dbptr make_view(Dbptr db, rbtree* conditions, DetailLevel level) {
+    RecordChoice choice;
+    choice.conditions = conditions;
+    choice.with_empty_networks = level == DetailLevel::network;
+    if (level == DetailLevel::response) {
+      choice.amend = [this](RecordRows* rows) { drop_broken_chains(stage, calibration, &files, rows, &findings); };
+    }
+    return make_record_view(db, choice, &findings);
+  }
+
+  Findings findings;
+  std::unique_ptr<const ElementTree> tree;
+  std::string cut;
+  Dbptr stage;
+  Dbptr calibration;
+  ResponseFiles files;
+  Dbptr view;
+  RecordSet records;
+  StageTable stages;
+  std::unique_ptr<EpochDocument::PieceWriter> split_by;  // holds the categories
+  SplitElement parts;
+};
+
+struct EpochDocument::PieceWriter::Inside {
+  explicit Inside(const EpochDocument& document)
+      : of(*document.inside_),
+        context{*of.tree, of.records, findings},
+        stages(of.view, of.stages),
+        writer(context, of.cut, stages) {}
+
+  const EpochDocument::Inside& of;
+  Findings findings;
+  ValueContext context;
+  StageTexts stages;
+  ElementWriter writer;
+};
+
+EpochDocument::EpochDocument(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level)
+    : inside_(std::make_unique<Inside>(db, pf, conditions, level)) {}
+
+EpochDocument::~EpochDocument() {
+  const Dbptr view = inside_->view;
+  inside_.reset();
+  release_view(view);
+}
+
+const Findings& EpochDocument::findings() const { return inside_->findings; }
+
+bool EpochDocument::has_records() const { return inside_->records.size() > 0; }
+
+bool EpochDocument::write(std::ostream& out) {
+  if (!has_records()) return false;
+  PieceWriter whole(*this);
+  PieceWriter::Inside& inside = *whole.inside_;
+  const bool is_written = inside.writer.write(inside_->tree->root(), all_of(inside_->records), kRootDepth, out);
+  inside_->findings.add(inside.findings);
+  return is_written;
+}
+
+bool EpochDocument::split(Parts* parts) {
+  if (!has_records()) return false;
+  inside_->split_by = std::make_unique<PieceWriter>(*this);
+  PieceWriter::Inside& inside = *inside_->split_by->inside_;
+  SplitElement& split = inside_->parts;
+  if (!inside.writer.split(inside_->tree->root(), all_of(inside_->records), kRootDepth, &split)) return false;
+  inside_->findings.add(std::exchange(inside.findings, {}));
+  *parts = {split.head, split.categories.size(), split.line->is_required, split.tail};
+  return true;
+}
+
+EpochDocument::PieceWriter::PieceWriter(const EpochDocument& document) : inside_(std::make_unique<Inside>(document)) {}
+
+EpochDocument::PieceWriter::~PieceWriter() = default;
+
+bool EpochDocument::PieceWriter::write(std::size_t piece, std::ostream& out, Findings* findings) {
+  const SplitElement& parts = inside_->of.parts;
+  const bool is_written = inside_->writer.write(*parts.line->group, parts.categories[piece], kRootDepth + 1, out);
+  findings->add(std::exchange(inside_->findings, {}));
+  return is_written;
+}
+
+}  // namespace triglub

@@ -1,0 +1,151 @@
+// A row that is in no record has no code of a network to be chosen by, unless it is given one for the question.
+#include "epochs/left_out.h"
+
+#include <array>
+#include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "epochs/choice.h"
+#include "epochs/remarks.h"
+#include "platform/columns.h"
+
+namespace triglub {
+
+namespace {
+
+void note_strays(const KeyedRows& rows, const ChannelOrder& order, Remark remark, ToldList* told) {
+  ChannelKey known = kNoChannel;
+  bool is_known = false;
+  for (std::uint32_t place = 0; place < rows.size(); ++place) {
+    const ChannelKey key = rows.key(place);
+    if (place == 0 || key != known) {
+      known = key;
+      const std::uint32_t found = order.sitechan.find(key);
+      is_known = key != kNoChannel && found < order.sitechan.size() && order.sitechan.key(found) == key;
+    }
+    if (!is_known) told->push_back({remark, rows.row(place)});
+  }
+}
+
+void note_unpublished(StationData* data) {
+  std::vector<bool> is_published(data->order.stations.size(), false);
+  for (const PublishedStation& station : data->partners.published()) is_published[station.station] = true;
+  const auto note = [&](const KeyedRows& rows, bool are_channels) {
+    for (std::uint32_t place = 0; place < rows.size(); ++place) {
+      const ChannelKey key = rows.key(place);
+      const std::uint32_t row = rows.row(place);
+      if (key == kNoChannel) {
+        if (are_channels) data->told.push_back({Remark::left_out_no_station, row, kAbsent, row});
+      } else if (!is_published[station_of(key)]) {
+        data->told.push_back(are_channels ? Told{Remark::left_out_no_network, row, kAbsent, row}
+                                          : Told{Remark::site_without_network, row});
+      }
+    }
+  };
+  note(data->order.sitechan, true);
+  note(data->order.site, false);
+}
+
+// What the records are about.
+struct Chosen {
+  std::unordered_set<ChannelKey> channels;
+  std::vector<bool> stations;
+
+  Chosen(const StationData& data, const RecordRows& rows) : stations(data.order.stations.size(), false) {
+    add(data, rows);
+  }
+
+  void add(const StationData& data, const RecordRows& rows) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      if (i > 0 && rows.rows[kSitechan][i] == rows.rows[kSitechan][i - 1] &&
+          rows.rows[kSite][i] == rows.rows[kSite][i - 1]) {
+        continue;
+      }
+      if (rows.rows[kSitechan][i] != kAbsent) add_channel(data.order.sitechan.key_of_row(rows.rows[kSitechan][i]));
+      if (rows.rows[kSite][i] != kAbsent) stations[station_of(data.order.site.key_of_row(rows.rows[kSite][i]))] = true;
+    }
+  }
+
+  void add_channel(ChannelKey key) {
+    if (key == kNoChannel) return;
+    channels.insert(key);
+    stations[station_of(key)] = true;
+  }
+};
+
+// Records of the rows of sitechan that are told of, with no more than the codes.
+RecordRows records_of_told(const StationData& data) {
+  RecordRows rows;
+  std::unordered_set<std::uint32_t> done;
+  ChannelCodes codes(data.tables, data.order);
+  std::array<std::uint32_t, kRecordTables> record{};
+  for (const Told& told : data.told) {
+    if (told.sitechan == kAbsent || !done.insert(told.sitechan).second) continue;
+    record.fill(kAbsent);
+    record[kSitechan] = told.sitechan;
+    for (std::size_t t = 0; t < record.size(); ++t) rows.rows[t].push_back(record[t]);
+    const ChannelKey key = data.order.sitechan.key_of_row(told.sitechan);
+    if (key == kNoChannel) continue;
+    for (const PublishedStation& station : data.partners.published()) {
+      if (station.station != station_of(key)) continue;
+      record[kSnetsta] = station.snetsta;
+      record[kNetwork] = station.network;
+      for (std::size_t t = 0; t < record.size(); ++t) rows.rows[t].push_back(record[t]);
+    }
+  }
+  return rows;
+}
+
+const TableColumns& columns_of(const StationData& data, RecordTable table) {
+  const StationTables& tables = data.tables;
+  const std::array<const LoadedTable*, 9> all = {&tables.sitechan,   &tables.snetsta,     &tables.schanloc,
+                                                 &tables.network,    &tables.site,        &tables.sensor,
+                                                 &tables.instrument, &tables.calibration, &tables.stage};
+  return all[table]->columns();
+}
+
+std::string place_of(const StationData& data, const Told& told) {
+  const RemarkText& text = text_of(told.remark);
+  std::string place = columns_of(data, text.table).place(told.row);
+  if (told.other != kAbsent) place += " and " + columns_of(data, text.other).place(told.other);
+  return place;
+}
+
+bool is_about(const StationData& data, const Told& told, const Chosen& chosen) {
+  if (told.sitechan != kAbsent) return chosen.channels.contains(data.order.sitechan.key_of_row(told.sitechan));
+  const RecordTable table = text_of(told.remark).table;
+  if (table == kNetwork || table == kInstrument) return true;
+  const TextColumn stations = columns_of(data, table).texts("sta");
+  const std::uint32_t station = data.order.stations.find(stations.text(told.row));
+  return station != TextNumbers::kNone && chosen.stations[station];
+}
+
+void tell(const StationData& data, const Told& told, Findings* findings) {
+  findings->add(text_of(told.remark).rank, text_of(told.remark).text, place_of(data, told));
+}
+
+}  // namespace
+
+void note_left_out(StationData* data) {
+  note_unpublished(data);
+  note_strays(data->order.sensor, data->order, Remark::stray_sensor, &data->told);
+  note_strays(data->order.calibration, data->order, Remark::stray_calibration, &data->told);
+  note_strays(data->order.stage, data->order, Remark::stray_stage, &data->told);
+}
+
+void tell(const StationData& data, rbtree* conditions, const RecordRows& chosen, Findings* findings) {
+  if (cntarr(conditions) == 0) {
+    for (const Told& told : data.told) tell(data, told, findings);
+    return;
+  }
+  if (data.told.empty()) return;
+  Chosen about(data, chosen);
+  about.add(data, chosen_records(data, conditions, records_of_told(data)));
+  for (const Told& told : data.told) {
+    if (is_about(data, told, about)) tell(data, told, findings);
+  }
+}
+
+}  // namespace triglub

@@ -1,0 +1,33 @@
+// The view that documents of edition 2 are written over: one record for each stage of each epoch of each channel, under
+// each code by which its station is published.
+#ifndef TRIGLUB_SRC_EPOCHS_RECORD_VIEW_H
+#define TRIGLUB_SRC_EPOCHS_RECORD_VIEW_H
+
+#include <functional>
+
+#include "epochs/records.h"
+#include "findings.h"
+#include "platform/containers.h"
+#include "platform/database.h"
+
+namespace triglub {
+
+// What is wanted of a database.
+struct RecordChoice {
+  rbtree* conditions = nullptr;  // as for db2stationxml: expressions to patterns; null: none
+  bool with_empty_networks = false;
+  // Changes the chosen rows before the view is made of them.
+  std::function<void(RecordRows* rows)> amend = nullptr;
+};
+
+// The view of the records that meet the conditions, in the order in which documents have them; a view of the session.
+// What there is to tell of what was chosen goes to *findings. Throws FatalFailure where a table refuses to load, days
+// are no dates, or a condition does not compile.
+Dbptr make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings);
+
+// The same view without any record, for those who need its names. Throws FatalFailure where a table refuses to load.
+Dbptr make_empty_record_view(Dbptr db);
+
+}  // namespace triglub
+
+#endif

@@ -1,0 +1,97 @@
+// The computed tables of the view have a row for each epoch, station at a place, and network.
+#include "epochs/station_data.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "epochs/record_view.h"
+#include "platform/columns.h"
+
+namespace triglub {
+
+namespace {
+
+constexpr double kNullTime = -9999999999.999;
+constexpr double kNullEndTime = 9999999999.999;
+constexpr const char* kOperation = "records of epochs";
+
+std::vector<ComputedColumn> span_columns(const std::string& of) {
+  return {{"time", "begin of the " + of, true, kNullTime}, {"endtime", "end of the " + of, true, kNullEndTime}};
+}
+
+void append_span(const Span& span, std::vector<ComputedColumn>* columns) {
+  (*columns)[0].reals.push_back(seconds_of(span.begin, kNullTime));
+  (*columns)[1].reals.push_back(seconds_of(span.end, kNullEndTime));
+}
+
+std::vector<ComputedColumn> epoch_columns(const std::vector<Epoch>& epochs) {
+  std::vector<ComputedColumn> columns = span_columns("epoch of the channel");
+  for (ComputedColumn& column : columns) column.reals.reserve(epochs.size());
+  for (const Epoch& epoch : epochs) append_span(epoch.span, &columns);
+  return columns;
+}
+
+std::vector<ComputedColumn> station_columns(const std::vector<StationEpoch>& stations) {
+  std::vector<ComputedColumn> columns = span_columns("time of the station at the place");
+  columns.push_back({"channels", "number of channels of the station at the place"});
+  for (const StationEpoch& station : stations) {
+    append_span(station.span, &columns);
+    columns[2].integers.push_back(station.channels);
+  }
+  return columns;
+}
+
+std::vector<ComputedColumn> network_columns(const std::vector<NetworkEpoch>& networks) {
+  std::vector<ComputedColumn> columns = span_columns("time of the network");
+  columns.push_back({"stations", "number of stations of the network"});
+  for (const NetworkEpoch& network : networks) {
+    append_span(network.has_span ? network.span : Span{}, &columns);
+    columns[2].integers.push_back(network.stations);
+  }
+  return columns;
+}
+
+// The tables of records, without rows.
+std::vector<ViewPart> table_parts(Dbptr db) {
+  std::vector<ViewPart> parts(kRecordTables);
+  for (std::size_t t = 0; t < parts.size(); ++t) {
+    if (t < kEpoch) {
+      parts[t].table = open_table(db, kRecordTableNames[t]);
+    } else {
+      parts[t].name = kRecordTableNames[t];
+    }
+  }
+  return parts;
+}
+
+}  // namespace
+
+StationData::StationData(Dbptr db, bool with_empty_networks)
+    : db(db),
+      tables(db),
+      order(tables),
+      epochs(find_epochs(tables, order)),
+      told(std::move(epochs.told)),
+      places(tables, order, epochs, &told),
+      partners(tables, order, &told),
+      records(make_records(tables, order, epochs, places, partners, with_empty_networks, &told)) {}
+
+Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& spans) {
+  std::vector<ViewPart> parts = table_parts(data.db);
+  for (std::size_t t = 0; t < parts.size(); ++t) parts[t].rows = std::move(rows.rows[t]);
+  parts[kEpoch].columns = epoch_columns(data.epochs.epochs);
+  parts[kStationEpoch].columns = station_columns(spans.station_epochs);
+  parts[kNetworkEpoch].columns = network_columns(spans.network_epochs);
+  return put_together(data.db, std::move(parts), kOperation);
+}
+
+Dbptr make_empty_record_view(Dbptr db) {
+  std::vector<ViewPart> parts = table_parts(db);
+  parts[kEpoch].columns = epoch_columns({});
+  parts[kStationEpoch].columns = station_columns({});
+  parts[kNetworkEpoch].columns = network_columns({});
+  return put_together(db, std::move(parts), kOperation);
+}
+
+}  // namespace triglub

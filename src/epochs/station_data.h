@@ -1,0 +1,35 @@
+// All that is worked out of a database before anything is chosen of it.
+#ifndef TRIGLUB_SRC_EPOCHS_STATION_DATA_H
+#define TRIGLUB_SRC_EPOCHS_STATION_DATA_H
+
+#include "epochs/all_epochs.h"
+#include "epochs/partners.h"
+#include "epochs/records.h"
+#include "epochs/station_places.h"
+#include "epochs/station_tables.h"
+#include "epochs/told.h"
+
+namespace triglub {
+
+struct StationData {
+  // Throws as StationTables.
+  StationData(Dbptr db, bool with_empty_networks);
+  StationData(const StationData&) = delete;
+  StationData& operator=(const StationData&) = delete;
+
+  Dbptr db;
+  StationTables tables;
+  ChannelOrder order;
+  EpochList epochs;
+  ToldList told;
+  StationPlaces places;
+  Partners partners;
+  Records records;
+};
+
+// The view of some records; those of `spans` give the times of stations and networks. A view of the session of `data`.
+Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& spans);
+
+}  // namespace triglub
+
+#endif

@@ -1,0 +1,19 @@
+// Chains of stages that can be written whole, and those that cannot be written at all: a chain that lacks a stage gives
+// a wrong response without a word.
+#ifndef TRIGLUB_SRC_STAGES_CHAIN_CHECK_H
+#define TRIGLUB_SRC_STAGES_CHAIN_CHECK_H
+
+#include "epochs/records.h"
+#include "findings.h"
+#include "stages/response_files.h"
+#include "stages/stage_facts.h"
+
+namespace triglub {
+
+// Reads the response files that the records name. Epochs of which any stage cannot be written keep one record without
+// a stage; each is told, with the stage's place and the reason.
+void drop_broken_chains(Dbptr stage, Dbptr calibration, ResponseFiles* files, RecordRows* rows, Findings* findings);
+
+}  // namespace triglub
+
+#endif
