@@ -21,6 +21,8 @@ constexpr const char* kExamples = R"(Examples:
       stations only, into a file that is replaced when the new one is whole
   triglub convert --subset snetsta.snet=KR --subset 'sitechan.chan=BH.*' /net/aak/aak
       the broadband channels of one network
+  triglub convert --subset schanloc.loc= --subset 'schanloc.fchan=LH.' --subset 'schanloc.fchan=..Z' /net/aak/aak
+      the vertical long-period channels without a location code
   triglub convert --strict /net/aak/aak -o aak.xml
       fails when anything of the database had to be left out
 
@@ -52,7 +54,8 @@ void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, RawOptio
       ->check(CLI::IsMember(kLevels).description(""));
   convert
       ->add_option("--subset", raw.subsets,
-                   "only records whose field matches the regular expression as a whole; repeatable")
+                   "only records whose field matches the regular expression as a whole, or is blank where there is "
+                   "none; repeatable")
       ->type_name("FIELD=REGEX")
       ->allow_extra_args(false);
   convert->add_option("--jobs", options.jobs, "processes that convert networks side by side (default: all processors)")
