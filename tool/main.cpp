@@ -44,7 +44,7 @@ struct RawOptions {
 void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, RawOptions& raw) {
   CLI::App* convert = app.add_subcommand("convert", "Turn a CSS3.0 database into an FDSN StationXML document");
   convert->add_option("SOURCE", options.source, "the database: DIR/NAME for the tables DIR/NAME.site ...")->required();
-  convert->add_option("-o,--output", options.output, "write to this file instead of standard output")
+  convert->add_option("-o,--output", options.output, "write to this file; - is standard output, as is none")
       ->type_name("FILE");
   convert->add_option("-p,--parameters", options.parameters, "the parameter file that describes the element tree")
       ->type_name("FILE")
