@@ -51,4 +51,11 @@ TEST(SourceDateEpoch, StandsForTheTimeOfWriting) {
   EXPECT_NE(outcome.output.find("<Created>2023-11-14T22:13:20</Created>"), std::string::npos);
 }
 
+// The command of the build tree, as whoever has just built it calls it.
+TEST(ParameterFiles, AreFoundFromTheBuildTree) {
+  const auto found = run_shell("unset TRIGLUB_PFPATH; cd /; $TRIGLUB convert " + EXAMPLE);
+  EXPECT_EQ(found.status, 0);
+  EXPECT_EQ(found.output, run_shell("$TRIGLUB convert " + EXAMPLE).output);
+}
+
 }  // namespace
