@@ -1,4 +1,5 @@
-# What is installed: the library with its headers, the command, the data, and how other projects find them.
+# What is installed: the library with its headers, the command, the data, the documentation, and how other projects find
+# them.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS triglub EXPORT triglub-targets)
@@ -6,6 +7,10 @@ install(TARGETS triglub_command)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/platform/include/
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/triglub)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/triglub)
+# As they lie in the source tree, so that the links between them lead somewhere.
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/doc DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/triglub)
 install(EXPORT triglub-targets NAMESPACE triglub:: DESTINATION ${package_folder})

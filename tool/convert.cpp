@@ -14,6 +14,7 @@
 #include "tool/messages.h"
 #include "tool/networks.h"
 #include "tool/output.h"
+#include "tool/slips.h"
 
 namespace triglub::tool {
 
@@ -35,6 +36,13 @@ Parameters read_parameters(const std::string& name) {
     default:
       elog_die(0, "parameter file %s: cannot be used", name.c_str());
   }
+}
+
+// False after messages.
+bool open_database(const std::string& source, Dbptr* db) {
+  if (dbopen(source.c_str(), "r", db) == 0) return has_tables(*db, source);
+  suggest_database(source);
+  return false;
 }
 
 // Tells what was left out; true when the document is as good as was asked for.
@@ -69,7 +77,7 @@ int run(const ConvertOptions& options) {
   request.source = options.source;
   request.conversion = &conversion;
   set_threads(options.jobs);
-  if (dbopen(options.source.c_str(), "r", &request.db) != 0) return EXIT_FAILURE;
+  if (!open_database(options.source, &request.db)) return EXIT_FAILURE;
   const Parameters parameters = read_parameters(options.parameters);
   request.pf = parameters.get();
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());

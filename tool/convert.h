@@ -13,7 +13,7 @@ namespace triglub::tool {
 // What the command line asks for.
 struct ConvertOptions {
   std::string source;
-  std::string output;  // empty: standard output
+  std::string output;  // empty or "-": standard output
   std::string parameters = "stationxml";
   DetailLevel level = DetailLevel::response;
   unsigned int verbosity = 0;  // 0 to 3

@@ -7,6 +7,7 @@
 
 #include "platform/elog.h"
 #include "tool/convert.h"
+#include "tool/slips.h"
 
 namespace {
 
@@ -21,6 +22,8 @@ constexpr const char* kExamples = R"(Examples:
       stations only, into a file that is replaced when the new one is whole
   triglub convert --subset snetsta.snet=KR --subset 'sitechan.chan=BH.*' /net/aak/aak
       the broadband channels of one network
+  triglub convert --subset schanloc.loc= --subset 'schanloc.fchan=LH.' --subset 'schanloc.fchan=..Z' /net/aak/aak
+      the vertical long-period channels without a location code
   triglub convert --strict /net/aak/aak -o aak.xml
       fails when anything of the database had to be left out
 
@@ -39,20 +42,27 @@ struct RawOptions {
   int verbose = 0;
 };
 
-void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, RawOptions& raw) {
+// Empty when the name is one of a level; else what is wrong with it.
+std::string check_level(const std::string& name) {
+  if (kLevels.contains(name)) return "";
+  return "expected network, station, channel or response, found " + name;
+}
+
+CLI::App* add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, RawOptions& raw) {
   CLI::App* convert = app.add_subcommand("convert", "Turn a CSS3.0 database into an FDSN StationXML document");
   convert->add_option("SOURCE", options.source, "the database: DIR/NAME for the tables DIR/NAME.site ...")->required();
-  convert->add_option("-o,--output", options.output, "write to this file instead of standard output")
+  convert->add_option("-o,--output", options.output, "write to this file; - is standard output, as is none")
       ->type_name("FILE");
   convert->add_option("-p,--parameters", options.parameters, "the parameter file that describes the element tree")
       ->type_name("FILE")
       ->capture_default_str();
   convert->add_option("--level", raw.level, "how far down: network, station, channel or response (default)")
       ->type_name("LEVEL")
-      ->check(CLI::IsMember(kLevels).description(""));
+      ->check(check_level);
   convert
       ->add_option("--subset", raw.subsets,
-                   "only records whose field matches the regular expression as a whole; repeatable")
+                   "only records whose field matches the regular expression as a whole, or is blank where there is "
+                   "none; repeatable")
       ->type_name("FIELD=REGEX")
       ->allow_extra_args(false);
   convert->add_option("--jobs", options.jobs, "processes that convert networks side by side (default: all processors)")
@@ -61,6 +71,41 @@ void add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, RawOptio
   convert->add_flag("--strict", options.strict, "fail when anything had to be left out of the document");
   convert->add_flag("-v", raw.verbose, "tell what is done; up to three times");
   convert->footer(kExamples);
+  return convert;
+}
+
+// The first option of the line that there is not, without its value; empty when there is none.
+std::string unknown_option(const std::vector<std::string>& arguments, const std::vector<std::string>& known) {
+  for (const std::string& argument : arguments) {
+    const std::string option = argument.substr(0, argument.find('='));
+    if (option.starts_with("--") && std::find(known.begin(), known.end(), option) == known.end()) return option;
+  }
+  return "";
+}
+
+std::vector<std::string> option_names(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+// Tells what may have been meant by a line that is none, if that can be guessed.
+void suggest_line(const CLI::App& app, const CLI::App& convert, const std::vector<std::string>& arguments) {
+  if (!convert.parsed() && !arguments.empty() && !arguments.front().starts_with("-")) {
+    elog_notify(0, "there is no subcommand '%s': try '%s'", arguments.front().c_str(),
+                triglub::tool::convert_line(arguments).c_str());
+    return;
+  }
+  const std::vector<std::string> known = option_names(convert.parsed() ? convert : app);
+  const std::string meant = triglub::tool::nearest(unknown_option(arguments, known), known);
+  if (!meant.empty()) return elog_notify(0, "did you mean %s?", meant.c_str());
+  if (!convert.parsed()) return;
+  // All files of a database, say, as a shell lists them; the subcommand stands before them.
+  const auto word = std::find_if(arguments.begin() + 1, arguments.end(),
+                                 [](const std::string& argument) { return !argument.starts_with("-"); });
+  if (word != arguments.end()) triglub::tool::suggest_database(*word);
 }
 
 // False after a message when a --subset is none.
@@ -83,11 +128,13 @@ int main(int argc, char** argv) {
   triglub::tool::ConvertOptions options;
   options.jobs = std::clamp(std::thread::hardware_concurrency(), 1U, kMaxJobs);
   RawOptions raw;
-  add_convert(app, options, raw);
+  const CLI::App* convert = add_convert(app, options, raw);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    return app.exit(e) == 0 ? EXIT_SUCCESS : kWrongUsage;
+    if (app.exit(e) == 0) return EXIT_SUCCESS;
+    suggest_line(app, *convert, {argv + 1, argv + argc});
+    return kWrongUsage;
   }
   if (!read_subsets(raw.subsets, &options.conditions)) return kWrongUsage;
   options.level = kLevels.at(raw.level);

@@ -173,7 +173,8 @@ std::optional<std::vector<ViewMaker>> network_views(const Request& request, cons
   if (!codes) return std::nullopt;
   for (const std::string& code : *codes) {
     Request one = request;
-    one.conditions[network_line(root)->value()] = exact_pattern(code);
+    one.conditions.erase(network_line(root)->value());  // which the code meets
+    one.conditions.emplace(network_line(root)->value(), exact_pattern(code));
     views.emplace_back([one] { return master_view(one); });
   }
   return views;

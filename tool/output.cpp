@@ -39,7 +39,7 @@ void guard_unfinished(const std::string& path) {
   struct sigaction action {};
   action.sa_handler = remove_and_die;
   action.sa_flags = static_cast<int>(SA_RESETHAND);
-  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal_number, &action, nullptr);
+  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) sigaction(signal_number, &action, nullptr);
 }
 
 [[noreturn]] void fail(const std::string& name) {
@@ -118,9 +118,10 @@ Output::Output(int descriptor, std::string name, std::string temporary)
       stream_(&buffer_) {}
 
 std::unique_ptr<Output> Output::open(const std::string& path) {
-  // A reader that goes away is a failed write like any other, with a message and an exit status.
-  std::signal(SIGPIPE, SIG_IGN);
-  if (path.empty()) return std::unique_ptr<Output>(new Output(STDOUT_FILENO, "standard output", ""));
+  // A reader that has seen enough ends the process without a word, as it does others; who started it may have that
+  // signal ignored.
+  std::signal(SIGPIPE, SIG_DFL);
+  if (path.empty() || path == "-") return std::unique_ptr<Output>(new Output(STDOUT_FILENO, "standard output", ""));
   if (is_special(path)) {
     const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
     if (descriptor < 0) fail(path);

@@ -41,8 +41,9 @@ class DescriptorBuffer final : public std::streambuf {
 
 class Output {
  public:
-  // Opens the output: `path` empty for standard output. Fatal when it cannot be opened. A regular file is written
-  // beside its final place, with the permissions of the file that it replaces; anything else is written directly.
+  // Opens the output: `path` empty or "-" for standard output. Fatal when it cannot be opened. A regular file is
+  // written beside its final place, with the permissions of the file that it replaces; anything else is written
+  // directly. From now on a pipe that nobody reads any more ends the process by SIGPIPE.
   static std::unique_ptr<Output> open(const std::string& path);
   // Removes what was written unless commit() was called. The same happens when the process exits before.
   ~Output();

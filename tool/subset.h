@@ -10,10 +10,12 @@
 
 namespace triglub::tool {
 
-using Conditions = std::map<std::string, std::string>;
+// All of them are to be met; a field may have several.
+using Conditions = std::multimap<std::string, std::string>;
 
-// Adds the condition of one FIELD=REGEX; a field given again takes the later one. Slashes are put around the regular
-// expression unless they are there; slashes inside are quoted. False when there is no '=' or nothing before it.
+// Adds the condition of one FIELD=REGEX. Slashes are put around the regular expression unless they are there; slashes
+// inside are quoted. Nothing, "-" and "--" ask for texts that are blank or null. False when there is no '=' or nothing
+// before it.
 bool add_condition(std::string_view argument, Conditions* conditions);
 
 // A regular expression between slashes that matches exactly this text.

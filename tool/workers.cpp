@@ -44,6 +44,7 @@ void tell(ElogLevel level, const char* text, void* buffer) { static_cast<TurnBuf
 }
 
 // Waits for all. One that fails has told why, unless a signal ended it; the others then have nothing to wait for.
+// Nobody reads what this process would write where the signal was that of a closed pipe: it ends likewise.
 void wait_for_all(std::vector<pid_t> workers) {
   while (!workers.empty()) {
     int status = 0;
@@ -53,6 +54,7 @@ void wait_for_all(std::vector<pid_t> workers) {
     if (ended >= 0 && WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS) continue;
     for (const pid_t other : workers) kill(other, SIGKILL);
     if (ended >= 0 && WIFEXITED(status)) std::exit(EXIT_FAILURE);
+    if (ended >= 0 && WTERMSIG(status) == SIGPIPE) raise(SIGPIPE);
     elog_die(0, "a process that wrote a part of the document was ended by signal %d", WTERMSIG(status));
   }
 }

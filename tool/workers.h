@@ -12,8 +12,8 @@ namespace triglub::tool {
 
 // Writes the pieces 0 to pieces - 1 to the output, in this order, whatever number of processes works on them: what one
 // writes, and what it tells, waits for its turn. A piece that fails ends the process it is written in by a fatal report
-// (exit status 1); then this process ends likewise, with all pieces before that one written. REQUIRES: `write` does not
-// throw; this process has no other threads.
+// (exit status 1); then this process ends likewise, with all pieces before that one written. So it does where the
+// signal of a closed pipe ended one. REQUIRES: `write` does not throw; this process has no other threads.
 using PieceWriter = std::function<void(std::ostream& out, std::size_t piece)>;
 void write_in_order(Output& output, std::size_t pieces, unsigned int jobs, const PieceWriter& write);
 

@@ -17,15 +17,30 @@ bool is_folder(const std::string& path) {
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// The data folder as seen from the library's own file, so that an installed tree can be moved; the configured one where
-// the library is not part of such a tree.
+std::string data_folder_from(const std::string& library) {
+  return library.substr(0, library.find_last_of('/') + 1) + TRIGLUB_DATADIR_FROM_LIBRARY;
+}
+
+// The path behind symbolic links; the path itself where it cannot be followed.
+std::string resolved(const std::string& path) {
+  char* real = realpath(path.c_str(), nullptr);
+  std::string result = real == nullptr ? path : real;
+  std::free(real);
+  return result;
+}
+
+// The data folder as seen from the library's own file, or from the one that a link to it stands for: an installed tree
+// can be moved, and a build tree is laid out like one. The configured folder where the library is not part of such a
+// tree.
 std::string installed_folder() {
   Dl_info info{};
   if (dladdr(reinterpret_cast<const void*>(&candidates), &info) == 0 || info.dli_fname == nullptr)
     return TRIGLUB_DATADIR;
   const std::string library = info.dli_fname;
-  const std::string folder = library.substr(0, library.find_last_of('/') + 1) + TRIGLUB_DATADIR_FROM_LIBRARY;
-  return is_folder(folder) ? folder : TRIGLUB_DATADIR;
+  for (const std::string& folder : {data_folder_from(library), data_folder_from(resolved(library))}) {
+    if (is_folder(folder)) return folder;
+  }
+  return TRIGLUB_DATADIR;
 }
 
 }  // namespace

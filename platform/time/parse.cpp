@@ -1,4 +1,5 @@
 // Text to epoch seconds: each form is tried in turn on the trimmed text; the first one that fits it whole counts.
+#include <array>
 #include <charconv>
 #include <initializer_list>
 #include <optional>
@@ -9,6 +10,7 @@
 #include "platform/text.h"
 #include "platform/timeconv.h"
 #include "time/calendar.h"
+#include "time/date_text.h"
 
 namespace {
 
@@ -37,10 +39,27 @@ class Scanner {
   }
 
   // A number of exactly `width` digits.
-  bool take_number(std::size_t width, int& number) {
-    if (count_digits(0) != width) return false;
+  bool take_number(std::size_t width, int& number) { return count_digits(0) == width && take_digits(width, number); }
+
+  // The first `width` digits of a number, which may go on.
+  bool take_digits(std::size_t width, int& number) {
+    if (count_digits(0) < width) return false;
     std::from_chars(rest_.data(), rest_.data() + width, number);
     rest_.remove_prefix(width);
+    return true;
+  }
+
+  // The short English name of a month, in letters of either case.
+  bool take_month(int& month) {
+    constexpr std::string_view kNames = "janfebmaraprmayjunjulaugsepoctnovdec";
+    constexpr std::size_t kLength = 3;
+    if (rest_.size() < kLength) return false;
+    std::array<char, kLength> name{};
+    for (std::size_t i = 0; i < kLength; ++i) name[i] = triglub::to_lower(rest_[i]);
+    const std::size_t at = kNames.find(std::string_view(name.data(), kLength));
+    if (at == std::string_view::npos || at % kLength != 0) return false;
+    month = static_cast<int>(at / kLength) + 1;
+    rest_.remove_prefix(kLength);
     return true;
   }
 
@@ -86,12 +105,31 @@ std::optional<double> time_of_day(Scanner& text, Seconds need) {
   return hour * 3600 + minute * 60 + second;
 }
 
-// The start of a day, or the time of day behind it, which follows `mark` or blanks.
-std::optional<double> on_day(std::int64_t day, Scanner& text, char mark) {
+// hhmm, hhmmss or hhmmss.fff, optionally with a Z, up to the end of the text.
+std::optional<double> time_without_separators(Scanner text) {
+  int hour = 0, minute = 0;
+  double second = 0;
+  if (!text.take_digits(2, hour) || !text.take_digits(2, minute)) return std::nullopt;
+  if (is_digit(text.peek()) && !text.take_seconds(second)) return std::nullopt;
+  text.take('Z');
+  if (!text.at_end() || hour > 23 || minute > 59) return std::nullopt;
+  return hour * 3600 + minute * 60 + second;
+}
+
+std::optional<double> time_with_separators(Scanner text) { return time_of_day(text, Seconds::optional); }
+
+std::optional<double> time_either_way(Scanner text) {
+  const std::optional<double> time = time_with_separators(text);
+  return time ? time : time_without_separators(text);
+}
+
+// The start of a day, or the time of day behind it, which follows `mark` or blanks and is as `read_time` has it.
+template <typename ReadTime>
+std::optional<double> on_day(std::int64_t day, Scanner& text, char mark, ReadTime read_time) {
   const auto start = static_cast<double>(day * kSecondsPerDay);
   if (text.at_end()) return start;
   if (!text.take(mark) && !text.take_blanks()) return std::nullopt;
-  const std::optional<double> time = time_of_day(text, Seconds::optional);
+  const std::optional<double> time = read_time(text);
   if (!time) return std::nullopt;
   return start + *time;
 }
@@ -101,19 +139,25 @@ std::optional<double> year_day_form(Scanner text) {
   int year_day = 0;
   if (!text.take_number(7, year_day)) return std::nullopt;
   if (!triglub::calendar::is_year_day(year_day / 1000, year_day % 1000)) return std::nullopt;
-  return on_day(triglub::day_number(year_day), text, ':');
+  return on_day(triglub::day_number(year_day), text, ':', time_with_separators);
 }
 
 // yyyy-mm-dd or yyyy/mm/dd, optionally with a time of day.
-std::optional<double> date_form(Scanner text) {
+template <typename ReadTime>
+std::optional<double> date_and_time(Scanner text, ReadTime read_time) {
   int year = 0, month = 0, day = 0;
   if (!text.take_number(4, year)) return std::nullopt;
   const char separator = text.peek() == '/' ? '/' : '-';
   if (!text.take(separator) || !text.take_number(2, month)) return std::nullopt;
   if (!text.take(separator) || !text.take_number(2, day)) return std::nullopt;
   if (!triglub::calendar::is_date(year, month, day)) return std::nullopt;
-  return on_day(triglub::calendar::day_of(year, month, day), text, 'T');
+  return on_day(triglub::calendar::day_of(year, month, day), text, 'T', read_time);
 }
+
+std::optional<double> date_form(Scanner text) { return date_and_time(text, time_with_separators); }
+
+// Two digits stand for the years from 1970 on.
+constexpr int whole_year(int two_digits) { return two_digits + (two_digits < 70 ? 2000 : 1900); }
 
 // yy-mm-dd hh:mm:ss, as older databases date their rows. With so little to know it by, nothing in it is optional.
 std::optional<double> load_date_form(Scanner text) {
@@ -121,11 +165,34 @@ std::optional<double> load_date_form(Scanner text) {
   if (!text.take_number(2, year) || !text.take('-')) return std::nullopt;
   if (!text.take_number(2, month) || !text.take('-')) return std::nullopt;
   if (!text.take_number(2, day) || !text.take_blanks()) return std::nullopt;
-  year += year < 70 ? 2000 : 1900;
+  year = whole_year(year);
   if (!triglub::calendar::is_date(year, month, day)) return std::nullopt;
   const std::optional<double> time = time_of_day(text, Seconds::required);
   if (!time) return std::nullopt;
   return static_cast<double>(triglub::calendar::day_of(year, month, day) * kSecondsPerDay) + *time;
+}
+
+std::optional<double> mixed_form(Scanner text) { return date_and_time(text, time_either_way); }
+
+// yyyymmdd with a time of day; without one it would be a number.
+std::optional<double> compact_form(Scanner text) {
+  int year = 0, month = 0, day = 0;
+  if (!text.take_digits(4, year) || !text.take_digits(2, month) || !text.take_number(2, day)) return std::nullopt;
+  if (text.at_end() || !triglub::calendar::is_date(year, month, day)) return std::nullopt;
+  return on_day(triglub::calendar::day_of(year, month, day), text, 'T', time_either_way);
+}
+
+// dd-MON-yy or dd-MON-yyyy, optionally with a time of day.
+std::optional<double> month_name_form(Scanner text) {
+  int year = 0, month = 0, day = 0;
+  if (!text.take_number(2, day) || !text.take('-') || !text.take_month(month) || !text.take('-')) return std::nullopt;
+  if (text.take_number(2, year)) {
+    year = whole_year(year);
+  } else if (!text.take_number(4, year)) {
+    return std::nullopt;
+  }
+  if (!triglub::calendar::is_date(year, month, day)) return std::nullopt;
+  return on_day(triglub::calendar::day_of(year, month, day), text, 'T', time_with_separators);
 }
 
 std::optional<double> number_form(std::string_view text) {
@@ -141,6 +208,16 @@ std::optional<double> time_in(std::string_view text) {
 }
 
 }  // namespace
+
+bool triglub::read_date_text(std::string_view text, double* seconds) {
+  for (const auto form : {mixed_form, compact_form, load_date_form, month_name_form}) {
+    if (const std::optional<double> time = form(Scanner(text))) {
+      *seconds = *time;
+      return true;
+    }
+  }
+  return false;
+}
 
 int is_epoch_string(const char* text, double* seconds) {
   if (text == nullptr) return 0;

@@ -18,9 +18,8 @@ void append_borders(const HeldRows& rows, std::vector<Instant>* borders) {
 
 // Whether a span is a part of the first or the last day of a row that knows days only: no more was said.
 bool is_part_of_a_day(const Span& span, const Span& row) {
-  const bool is_of_first = span.begin == row.begin && span.end - span.begin < kDay;
-  const bool is_of_last = span.end == row.end && span.end - span.begin < kDay;
-  return span.begin != kPast && span.end != kFuture && (is_of_first || is_of_last);
+  if (span.begin == kPast || span.end == kFuture || span.end - span.begin >= kDay) return false;
+  return span.begin == row.begin || span.end == row.end;
 }
 
 std::uint32_t row_of(const HeldRow* held) { return held == nullptr ? kAbsent : held->row; }

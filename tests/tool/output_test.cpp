@@ -69,15 +69,17 @@ TEST_F(OutputFile, LeavesNothingWhenTheProcessExits) {
   EXPECT_EQ(files(), 0);
 }
 
-TEST_F(OutputFile, LeavesNothingWhenTheProcessIsTerminated) {
-  EXPECT_EXIT(
-      {
-        const auto output = Output::open(path("a"));
-        output->stream() << "x";
-        raise(SIGTERM);
-      },
-      testing::KilledBySignal(SIGTERM), "");
-  EXPECT_EQ(files(), 0);
+TEST_F(OutputFile, LeavesNothingWhenASignalEndsTheProcess) {
+  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+    EXPECT_EXIT(
+        {
+          const auto output = Output::open(path("a"));
+          output->stream() << "x";
+          raise(signal_number);
+        },
+        testing::KilledBySignal(signal_number), "");
+    EXPECT_EQ(files(), 0) << signal_number;
+  }
 }
 
 TEST_F(OutputFile, KeepsThePermissionsOfTheOneItReplaces) {

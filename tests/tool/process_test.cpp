@@ -9,12 +9,26 @@ using triglub_test::run_shell;
 
 const std::string EXAMPLE = TRIGLUB_SOURCE_DIR "/examples/observatory/observatory";
 
-TEST(ClosedPipe, IsAFatalReportAndNoCrash) {
-  const auto outcome =
-      run_shell("exec 3>&1; { $TRIGLUB convert " + EXAMPLE + " 2>&3; echo \"status $?\" >&3; } | true");
-  EXPECT_NE(outcome.output.find("triglub: fatal: standard output: cannot be written: Broken pipe\n"),
-            std::string::npos);
-  EXPECT_NE(outcome.output.find("status 1\n"), std::string::npos);
+// The status of a shell for a process that SIGPIPE ended.
+TEST(ClosedPipe, EndsTheProcessQuietly) {
+  for (const std::string jobs : {"1", "2"}) {
+    for (const std::string before : {"", "trap '' PIPE; "}) {
+      const auto outcome = run_shell("exec 3>&1; { " + before + "sleep 0.2; $TRIGLUB convert --jobs " + jobs + " " +
+                                     EXAMPLE + " 2>&3; echo \"status $?\" >&3; } | true");
+      EXPECT_EQ(outcome.output, "status 141\n") << jobs << " " << before;
+    }
+  }
+}
+
+TEST(ClosedPipe, LeavesWhatWasReadBefore) {
+  const auto outcome = run_shell("$TRIGLUB convert " + EXAMPLE + " 2>&1 | head -1");
+  EXPECT_EQ(outcome.output, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+}
+
+TEST(StandardOutput, IsMeantByADash) {
+  const auto named = run_shell("cd $(mktemp -d); $TRIGLUB convert -o - " + EXAMPLE + "; ls; rmdir $PWD");
+  EXPECT_EQ(named.output, run_shell("$TRIGLUB convert " + EXAMPLE).output);
+  EXPECT_EQ(named.status, 0);
 }
 
 TEST(StandardOutput, ThatIsFullIsAFatalReport) {
@@ -35,6 +49,13 @@ TEST(Verbosity, TracesTheStepsOfTheMasterView) {
 TEST(SourceDateEpoch, StandsForTheTimeOfWriting) {
   const auto outcome = run_shell("$TRIGLUB convert --level network " + EXAMPLE);
   EXPECT_NE(outcome.output.find("<Created>2023-11-14T22:13:20</Created>"), std::string::npos);
+}
+
+// The command of the build tree, as whoever has just built it calls it.
+TEST(ParameterFiles, AreFoundFromTheBuildTree) {
+  const auto found = run_shell("unset TRIGLUB_PFPATH; cd /; $TRIGLUB convert " + EXAMPLE);
+  EXPECT_EQ(found.status, 0);
+  EXPECT_EQ(found.output, run_shell("$TRIGLUB convert " + EXAMPLE).output);
 }
 
 }  // namespace

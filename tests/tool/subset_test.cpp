@@ -1,6 +1,12 @@
 #include "tool/subset.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <vector>
+
+#include "dbhelper.h"
 
 namespace {
 
@@ -14,16 +20,11 @@ TEST(Condition, HasSlashesAroundItsPattern) {
     const char* field;
     const char* pattern;
   } cases[] = {
-      {"sta=AAK", "sta", "/AAK/"},
-      {"sta=/AAK/", "sta", "/AAK/"},
-      {" sta = AAK|ANMO ", "sta", "/AAK|ANMO/"},
-      {"sta=", "sta", "//"},
-      {"sta=//", "sta", "//"},
-      {"sta=/", "sta", "/\\//"},
-      {"dir=a/b", "dir", "/a\\/b/"},
-      {"dir=/a/b/", "dir", "/a\\/b/"},
-      {"dir=a\\/b", "dir", "/a\\/b/"},
-      {"dir=a\\\\/b", "dir", "/a\\\\\\/b/"},
+      {"sta=AAK", "sta", "/AAK/"},     {"sta=/AAK/", "sta", "/AAK/"},   {" sta = AAK|ANMO ", "sta", "/AAK|ANMO/"},
+      {"loc=", "loc", "/-?-?/"},       {"loc= ", "loc", "/-?-?/"},      {"loc=-", "loc", "/-?-?/"},
+      {"loc=--", "loc", "/-?-?/"},     {"loc=/-/", "loc", "/-/"},       {"loc=---", "loc", "/---/"},
+      {"sta=//", "sta", "//"},         {"sta=/", "sta", "/\\//"},       {"dir=a/b", "dir", "/a\\/b/"},
+      {"dir=/a/b/", "dir", "/a\\/b/"}, {"dir=a\\/b", "dir", "/a\\/b/"}, {"dir=a\\\\/b", "dir", "/a\\\\\\/b/"},
       {"sta=A=B", "sta", "/A=B/"},
   };
   for (const auto& c : cases) {
@@ -40,11 +41,21 @@ TEST(Condition, NeedsAFieldAndAnEqualsSign) {
   EXPECT_TRUE(conditions.empty());
 }
 
-TEST(Condition, GivenTwiceTakesTheLater) {
+TEST(Condition, IsOneMoreWhenItsFieldIsGivenAgain) {
   Conditions conditions;
-  add_condition("sta=A", &conditions);
   add_condition("sta=B", &conditions);
-  EXPECT_EQ(conditions, (Conditions{{"sta", "/B/"}}));
+  add_condition("chan=X", &conditions);
+  add_condition("sta=A", &conditions);
+  EXPECT_EQ(conditions, (Conditions{{"chan", "/X/"}, {"sta", "/B/"}, {"sta", "/A/"}}));
+}
+
+TEST(Subset, HandsAllConditionsOver) {
+  triglub::tool::Subset subset(Conditions{{"chan", "/X/"}, {"sta", "/A/"}, {"sta", "/B/"}, {"sta", "/C/"}});
+  Tbl* expressions = arr2expr(subset.array());
+  std::vector<std::string> found;
+  for (long i = 0; i < maxtbl(expressions); ++i) found.emplace_back(static_cast<const char*>(gettbl(expressions, i)));
+  freetbl(expressions, std::free);
+  EXPECT_THAT(found, testing::UnorderedElementsAre("chan=~/X/", "sta=~/A/", "sta=~/B/", "sta=~/C/"));
 }
 
 TEST(ExactPattern, QuotesWhatMeansSomething) {

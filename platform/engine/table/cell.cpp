@@ -1,26 +1,14 @@
 // Reads the numbers of cells, and works out what was expected only once one has a fault.
 #include "engine/table/cell.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "base/number.h"
-#include "platform/timeconv.h"
+#include "time/date_text.h"
 
 namespace triglub {
 
 namespace {
-
-// Load dates were once written as "yy-mm-dd hh:mm:ss".
-bool has_older_form(std::string_view text) {
-  constexpr std::string_view kForm = "99-99-99 99:99:99";
-  const auto fits = [](char form, char c) { return form == '9' ? '0' <= c && c <= '9' : c == form; };
-  return std::equal(kForm.begin(), kForm.end(), text.begin(), text.end(), fits);
-}
-
-bool parse_older_form(std::string_view text, double* value) {
-  return has_older_form(text) && is_epoch_string(std::string(text).c_str(), value) != 0;
-}
 
 const char* expected(const FieldSchema& field) {
   switch (field.type) {
@@ -29,7 +17,7 @@ const char* expected(const FieldSchema& field) {
     case FieldType::date:
       return "a date (yyyyddd)";
     case FieldType::time:
-      return "a time (epoch seconds)";
+      return "a time (epoch seconds, or a date such as 2014-03-03 11:07:06)";
     case FieldType::text:
     case FieldType::real:
       break;
@@ -82,14 +70,24 @@ bool parse_cell(const FieldSchema& field, std::string_view cell, double* value) 
   const std::string_view text = without_blanks(cell);
   *value = field.null_real;
   if (text.empty() || parse_real(text, value)) return true;
-  return is_load_date(field) && parse_older_form(text, value);
+  return field.type == FieldType::time && read_date_text(text, value);
+}
+
+bool is_unread_load_date(const FieldSchema& field, std::string_view cell) {
+  double value = 0.0;
+  return is_load_date(field) && field.storage() == Storage::real && cell.find('\0') == std::string_view::npos &&
+         !parse_cell(field, cell, &value);
+}
+
+std::string misread(const FieldSchema& field, std::string_view cell) {
+  return "expected " + std::string(expected(field)) + ", found '" + std::string(without_blanks(cell)) + "'";
 }
 
 std::string cell_fault(const FieldSchema& field, std::string_view cell, std::size_t first_byte) {
   const std::size_t zero = cell.find('\0');
   if (zero != std::string_view::npos) return "a zero byte (byte " + std::to_string(first_byte + zero) + ")";
-  if (has_value(field, cell)) return "";
-  return "expected " + std::string(expected(field)) + ", found '" + std::string(without_blanks(cell)) + "'";
+  if (has_value(field, cell) || is_unread_load_date(field, cell)) return "";
+  return misread(field, cell);
 }
 
 }  // namespace triglub

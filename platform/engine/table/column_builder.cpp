@@ -44,8 +44,16 @@ bool ColumnBuilder::add(std::string_view cell) {
     column_.integers.push_back(value);
     return true;
   }
+  return add_real(cell);
+}
+
+bool ColumnBuilder::add_real(std::string_view cell) {
   double value = 0.0;
-  if (!parse_cell(*field_, cell, &value)) return false;
+  if (!parse_cell(*field_, cell, &value)) {
+    if (!is_unread_load_date(*field_, cell)) return false;
+    has_unread_ = true;
+    value = field_->null_real;
+  }
   column_.reals.push_back(value);
   return true;
 }
@@ -64,6 +72,7 @@ bool ColumnBuilder::add_text(std::string_view cell) {
 }
 
 void ColumnBuilder::append(const ColumnBuilder& other) {
+  has_unread_ = has_unread_ || other.has_unread_;
   append_all(other.column_.integers, &column_.integers);
   append_all(other.column_.reals, &column_.reals);
   const std::vector<std::uint32_t> codes = merge(other.column_.dictionary, &column_.dictionary);

@@ -33,6 +33,8 @@ class ColumnBuilder {
       if (values.size() < rows) values.resize(rows, values.back());
     });
   }
+  // Whether load dates could not be read and were taken as null: see is_unread_load_date().
+  bool has_unread() const { return has_unread_; }
   // Appends all values of another column of the same field.
   void append(const ColumnBuilder& other);
 
@@ -54,9 +56,11 @@ class ColumnBuilder {
   }
 
   bool add_text(std::string_view cell);
+  bool add_real(std::string_view cell);
 
   const FieldSchema* field_;
   Storage storage_;
+  bool has_unread_ = false;
   Column column_;
 };
 

@@ -1,6 +1,8 @@
 // Parts of a table are put together column by column, side by side; conditions are applied to the finished table.
 #include "engine/table/table_builder.h"
 
+#include <algorithm>
+
 #include "base/threads.h"
 
 namespace triglub {
@@ -8,6 +10,10 @@ namespace triglub {
 TableBuilder::TableBuilder(const TableSchema& schema, std::uint32_t max_rows) : schema_(&schema), max_rows_(max_rows) {
   columns_.reserve(schema.fields.size());
   for (const FieldSchema& field : schema.fields) columns_.emplace_back(field);
+}
+
+bool TableBuilder::has_unread_dates() const {
+  return std::any_of(columns_.begin(), columns_.end(), [](const ColumnBuilder& column) { return column.has_unread(); });
 }
 
 void TableBuilder::reserve(std::uint64_t rows) {

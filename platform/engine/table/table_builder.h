@@ -30,6 +30,9 @@ class TableBuilder {
   std::size_t column_count() const { return columns_.size(); }
   ColumnBuilder& column(std::size_t field) { return columns_[field]; }
 
+  // Whether load dates could not be read: see is_unread_load_date().
+  bool has_unread_dates() const;
+
   void reserve(std::uint64_t rows);
   // Begins the next row, for which a value is then added to each column. Columns may lag behind where rows repeat the
   // value of the one above, until ColumnBuilder::fill brings them up. False when the table can have no more.

@@ -26,7 +26,8 @@ struct Pf;
 
 // Reads a parameter file into a new object, which the caller releases with pffree.
 // A name with '/' in it or ending in ".pf" is a path; any other NAME is looked for as NAME.pf in the current
-// folder, then in the folders of TRIGLUB_PFPATH (colon-separated), then in the installed data folder.
+// folder, then in the folders of TRIGLUB_PFPATH (colon-separated), then in triglub's own data folder, found from
+// where the library is.
 // Returns 0; -1 not found; -2 not readable; -3 malformed, after a complaint that names file, line and fault.
 // *pf is set to null unless 0 is returned.
 TRIGLUB_API int pfread(const char* name, Pf** pf);

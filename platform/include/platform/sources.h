@@ -1,8 +1,9 @@
-// Where the rows of a database come from, for messages.
+// Where databases and their rows are, for messages.
 #ifndef TRIGLUB_PLATFORM_SOURCES_H
 #define TRIGLUB_PLATFORM_SOURCES_H
 
 #include <string>
+#include <vector>
 
 #include "platform/database.h"
 #include "platform/export.h"
@@ -13,6 +14,11 @@ namespace triglub {
 // of several tables, the place of the first table's row. Empty, without a complaint, when the handle names no record or
 // the row is absent through an outer join. For threads the same holds as for every use of the handle's database.
 TRIGLUB_API std::string row_place(Dbptr db);
+
+// The flat-file databases that somebody may have meant by a text, as dbopen takes them, in the order of their names: of
+// a folder those with a table in it; else the one whose name the text is, when its dots at the end and the name of a
+// table behind a dot are left off. Tables are those of the CSS3.0 schema. Empty when there is no such database.
+TRIGLUB_API std::vector<std::string> databases_meant_by(const std::string& text);
 
 }  // namespace triglub
 

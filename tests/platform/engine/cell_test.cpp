@@ -57,6 +57,7 @@ TEST(Cell, IsReadAsItsFieldSays) {
     std::string fault;
   };
   const std::string zero("1\0", 2);
+  const std::string kTime = "a time (epoch seconds, or a date such as 2014-03-03 11:07:06)";
   for (const auto& [type, name, cell, fault] : std::vector<Case>{
            {FieldType::text, "x", "any \x01 text", ""},
            {FieldType::text, "x", "\xFC", ""},
@@ -72,21 +73,41 @@ TEST(Cell, IsReadAsItsFieldSays) {
            {FieldType::real, "x", " nan", "expected a number, found 'nan'"},
            {FieldType::real, "x", zero, "a zero byte (byte 12)"},
            {FieldType::time, "x", "17.5", ""},
-           {FieldType::time, "x", "01-02-03 04:05:06", "expected a time (epoch seconds), found '01-02-03 04:05:06'"},
-           {FieldType::time, "lddate", "01-02-03 04:05:06", ""},
-           {FieldType::time, "lddate", "01-02-30 04:05:06",
-            "expected a time (epoch seconds), found '01-02-30 04:05:06'"},
-           {FieldType::time, "lddate", "1-02-03 04:05:06", "expected a time (epoch seconds), found '1-02-03 04:05:06'"},
+           {FieldType::time, "x", "01-02-03 04:05:06", ""},
+           {FieldType::time, "x", "\t17", "expected " + kTime + ", found '\t17'"},
+           {FieldType::time, "x", "01-02-30 04:05:06", "expected " + kTime + ", found '01-02-30 04:05:06'"},
+           {FieldType::real, "x", "2014-03-03", "expected a number, found '2014-03-03'"},
+           {FieldType::time, "lddate", "yesterday", ""},
+           {FieldType::text, "lddate", "yesterday", ""},
+           {FieldType::integer, "lddate", "yesterday", "expected an integer, found 'yesterday'"},
            {FieldType::time, "lddate", zero, "a zero byte (byte 12)"},
        }) {
     EXPECT_EQ(cell_fault(field_of(type, name), cell, 11), fault) << name << " " << cell;
   }
 }
 
-TEST(Cell, OfTheOlderLoadDateIsEpochSeconds) {
-  double time = 0;
-  ASSERT_TRUE(parse_cell(field_of(FieldType::time, "lddate"), "70-01-02 00:00:01", &time));
-  EXPECT_EQ(time, 86401);
+TEST(Cell, OfATimeMayHoldADate) {
+  for (const char* name : {"time", "lddate"}) {
+    double time = 0;
+    ASSERT_TRUE(parse_cell(field_of(FieldType::time, name), " 1970-01-02T000001 ", &time));
+    EXPECT_EQ(time, 86401);
+    ASSERT_TRUE(parse_cell(field_of(FieldType::time, name), "19700102", &time));
+    EXPECT_EQ(time, 19700102);
+  }
+}
+
+TEST(Cell, IsAnUnreadLoadDateWhenItHoldsNoTime) {
+  const auto is_unread = [](FieldType type, const char* name, std::string_view cell) {
+    return triglub::is_unread_load_date(field_of(type, name), cell);
+  };
+  EXPECT_TRUE(is_unread(FieldType::time, "lddate", "yesterday"));
+  EXPECT_TRUE(is_unread(FieldType::time, "lddate", "2014-02-30"));
+  EXPECT_FALSE(is_unread(FieldType::time, "lddate", "2014-02-28"));
+  EXPECT_FALSE(is_unread(FieldType::time, "lddate", "  "));
+  EXPECT_FALSE(is_unread(FieldType::time, "lddate", std::string_view("1\0", 2)));
+  EXPECT_FALSE(is_unread(FieldType::time, "time", "yesterday"));
+  EXPECT_FALSE(is_unread(FieldType::text, "lddate", "yesterday"));
+  EXPECT_FALSE(is_unread(FieldType::integer, "lddate", "yesterday"));
 }
 
 }  // namespace

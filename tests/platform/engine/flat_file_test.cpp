@@ -252,16 +252,6 @@ TEST(FlatFile, RefusesNumbersThatAreNone) {
            {"edepth", "1e999", "a number"},
            {"edepth", "*********", "a number"},
            {"edepth", "1.5D+03", "a number"},
-           {"lddate", "yesterday", "a time (epoch seconds)"},
-           {"lddate", "2001-01-01", "a time (epoch seconds)"},
-           {"lddate", "01-13-01 00:00:00", "a time (epoch seconds)"},
-           {"lddate", "01-02-29 00:00:00", "a time (epoch seconds)"},
-           {"lddate", "01-02-03 24:00:00", "a time (epoch seconds)"},
-           {"lddate", "01/02/03 04:05:06", "a time (epoch seconds)"},
-           {"lddate", "01-02-03T04:05:06", "a time (epoch seconds)"},
-           {"lddate", "01-02-03 04:05", "a time (epoch seconds)"},
-           {"lddate", "\t1700000000", "a time (epoch seconds)"},
-           {"lddate", "nan", "a time (epoch seconds)"},
        }) {
     const OneFile file("sitechan", flat_row("sitechan", {{"sta", "AAK"}, {field, text}}) + "\n");
     EXPECT_FALSE(file.is_loaded()) << field << " " << text;
@@ -277,21 +267,68 @@ TEST(FlatFile, ReadsAnIntegerOfAllDigitsThatFit) {
   EXPECT_THAT(file.texts("chanid"), ElementsAre("99999999", "-9999999"));
 }
 
-TEST(FlatFile, ReadsTheOlderLoadDates) {
-  const OneFile file("affiliation", flat_row("affiliation", {{"lddate", "70-01-02 00:00:01"}}) + "\n" +
-                                        flat_row("affiliation", {{"lddate", "00-02-29 23:59:59"}}) + "\n");
-  ASSERT_TRUE(file.is_loaded());
-  double time = 0;
-  ASSERT_EQ(dbgetv(at(file.table(), 0), nullptr, "lddate", &time, nullptr), 0);
-  EXPECT_EQ(time, 86401);
-  ASSERT_EQ(dbgetv(at(file.table(), 1), nullptr, "lddate", &time, nullptr), 0);
-  EXPECT_EQ(time, 951868799);
-  EXPECT_THAT(file.texts("lddate"), ElementsAre("70-01-02 00:00:01", "00-02-29 23:59:59"));
+TEST(FlatFile, RefusesATimeThatIsNone) {
+  for (const char* text : {"yesterday", "2014-02-30", "14-03-03 24:00:00", "14/03/03 04:05:06", "14-03-03T04:05:06",
+                           "14-03-03 04:05", "\t1700000000", "nan"}) {
+    const OneFile file("sensor", flat_row("sensor", {{"time", text}}) + "\n");
+    EXPECT_THAT(file.complaints(),
+                ElementsAre("warning: FILE:1: field sensor.time: expected a time (epoch seconds, or a date such as "
+                            "2014-03-03 11:07:06), found '" +
+                                std::string(text) + "'",
+                            "warning: FILE: table sensor is not loaded"));
+  }
 }
 
-TEST(FlatFile, ReadsTheOlderFormForLoadDatesOnly) {
-  const OneFile file("sensor", flat_row("sensor", {{"time", "70-01-02 00:00:01"}}) + "\n");
-  EXPECT_FALSE(file.is_loaded());
+// The texts are those of numbers: who reads a time need not know how it was written.
+TEST(FlatFile, ReadsTimesThatStandAsDates) {
+  const OneFile file("sensor", flat_row("sensor", {{"time", "70-01-02 00:00:01"}, {"endtime", "2000-02-29"}}) + "\n" +
+                                   flat_row("sensor", {{"time", "1970-01-02T000001"}, {"endtime", "29-FEB-2000"}}) +
+                                   "\n" + flat_row("sensor", {{"time", "86401.0"}, {"endtime", ""}}) + "\n");
+  ASSERT_TRUE(file.is_loaded());
+  for (const long record : {0, 1, 2}) {
+    double time = 0;
+    ASSERT_EQ(dbgetv(at(file.table(), record), nullptr, "time", &time, nullptr), 0);
+    EXPECT_EQ(time, 86401);
+  }
+  EXPECT_THAT(file.texts("time"), ElementsAre("86401.00000", "86401.00000", "86401.0"));
+  EXPECT_THAT(file.texts("endtime"), ElementsAre("951782400.00000", "951782400.00000", "9999999999.99900"));
+  EXPECT_EQ(record_count(dbsubset(file.table(), "time =~ /86401.00000/", nullptr)), 2);
+  EXPECT_THAT(texts_of(dbsubset(file.table(), "endtime == 951782400", nullptr), "endtime"),
+              ElementsAre("951782400.00000", "951782400.00000"));
+  EXPECT_THAT(file.complaints(), IsEmpty());
+}
+
+TEST(FlatFile, TellsRunsOfTimesApartByTheirTexts) {
+  std::string bytes;
+  for (const char* time : {"1970-01-02", "70-01-02 00:00:00", "86400.00000", "86400.0", "1970/01/02", ""}) {
+    bytes += flat_row("sensor", {{"time", time}}) + "\n";
+  }
+  const OneFile file("sensor", bytes);
+  std::vector<triglub::TextRun> runs;
+  triglub::text_runs(dblookup(file.table(), nullptr, nullptr, "time", nullptr), 0, 6, &runs);
+  Texts texts;
+  for (const triglub::TextRun& run : runs) texts.emplace_back(run.text);
+  EXPECT_THAT(texts, ElementsAre("86400.00000", "86400.0", "86400.00000", "-9999999999.99900"));
+}
+
+TEST(FlatFile, TakesLoadDatesThatAreNoneForNullAndTellsOnce) {
+  const auto row = [](const char* date) { return flat_row("affiliation", {{"sta", "A"}, {"lddate", date}}) + "\n"; };
+  for (const char* date : {"yesterday", "01-13-01 00:00:00", "01-02-29 00:00:00", "01/02/03 04:05:06", "\t17", "nan"}) {
+    const OneFile file("affiliation", row("17") + row(date) + row(date) + row("") + row("tomorrow"));
+    ASSERT_TRUE(file.is_loaded());
+    EXPECT_THAT(file.texts("lddate"),
+                ElementsAre("17", "-9999999999.99900", "-9999999999.99900", "-9999999999.99900", "-9999999999.99900"));
+    EXPECT_THAT(file.complaints(),
+                ElementsAre("notify: FILE:2: field affiliation.lddate: expected a time (epoch seconds, or a date such "
+                            "as 2014-03-03 11:07:06), found '" +
+                            std::string(date) + "': taken as null (rows with such a date: 3)"));
+  }
+}
+
+TEST(FlatFile, IsRefusedForAZeroByteInALoadDate) {
+  std::string row = flat_row("affiliation", {{"lddate", "yesterday"}}) + "\n";
+  row[row.find("yesterday")] = '\0';
+  EXPECT_FALSE(OneFile("affiliation", row).is_loaded());
 }
 
 TEST(FlatFile, TakesBlankFieldsForNull) {

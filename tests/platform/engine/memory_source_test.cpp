@@ -56,6 +56,20 @@ TEST_F(Memory, TakesATextOfAnyLength) {
   EXPECT_EQ(text, name.substr(0, 50));
 }
 
+TEST_F(Memory, ReadsTimesAsFilesDo) {
+  open({{"sensor",
+         {{{"sta", "A"}, {"time", "2014-03-03T11:07:06.25Z"}, {"lddate", "14-03-03 11:07:06"}},
+          {{"sta", "B"}, {"lddate", "yesterday"}},
+          {{"sta", "C"}, {"lddate", "someday"}}}}});
+  const Dbptr sensor = table_of(db_, "sensor");
+  EXPECT_THAT(texts_of(sensor, "time"), ElementsAre("1393844826.25", "-9999999999.99900", "-9999999999.99900"));
+  EXPECT_THAT(texts_of(sensor, "lddate"), ElementsAre("1393844826", "-9999999999.99900", "-9999999999.99900"));
+  EXPECT_THAT(log_.lines(),
+              ElementsAre("notify: memory:m.sensor row 2: field sensor.lddate: expected a time (epoch seconds, or a "
+                          "date such as 2014-03-03 11:07:06), found 'yesterday': taken as null (rows with such a "
+                          "date: 2)"));
+}
+
 TEST_F(Memory, NamesTheFaultsOfItsRows) {
   open({{"site", {{{"sta", "A"}}, {{"lat", "x"}, {"sta", std::string("A\0", 2)}}, {{"ondate", "1.5"}}}}});
   EXPECT_FALSE(is_view(table_of(db_, "site")));

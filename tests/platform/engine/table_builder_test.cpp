@@ -40,14 +40,27 @@ TEST(TableBuilder, RefusesCellsWithFaults) {
   TableBuilder rows(builtin_table("affiliation"));
   ASSERT_TRUE(rows.begin_row());
   EXPECT_FALSE(rows.column(0).add(std::string("A\0B", 3)));
-  EXPECT_FALSE(rows.column(2).add("yesterday"));
   EXPECT_FALSE(rows.column(2).add(std::string("17\0", 3)));
+  EXPECT_FALSE(rows.has_unread_dates());
   EXPECT_TRUE(rows.column(0).add("A"));
   EXPECT_TRUE(rows.column(1).add("B"));
   EXPECT_TRUE(rows.column(2).add("17"));
   const auto table = std::move(rows).build(".", "", triglub::shortest_texts(), {});
   EXPECT_THAT(column_texts(*table, "net"), ElementsAre("A")) << "nothing was added for the others";
   EXPECT_THAT(column_texts(*table, "lddate"), ElementsAre("17"));
+}
+
+TEST(TableBuilder, KnowsOfLoadDatesThatCouldNotBeRead) {
+  TableBuilder rows(builtin_table("affiliation"));
+  add_cells(&rows, {"A", "X", "1"});
+  EXPECT_FALSE(rows.has_unread_dates());
+  TableBuilder more(builtin_table("affiliation"));
+  add_cells(&more, {"A", "Y", "yesterday"});
+  EXPECT_TRUE(more.has_unread_dates());
+  ASSERT_TRUE(rows.append(std::move(more)));
+  EXPECT_TRUE(rows.has_unread_dates());
+  const auto table = std::move(rows).build(".", "", triglub::shortest_texts(), {});
+  EXPECT_THAT(column_texts(*table, "lddate"), ElementsAre("1", "-9999999999.99900"));
 }
 
 TEST(TableBuilder, FillsRowsThatRepeatTheOneAbove) {

@@ -94,18 +94,35 @@ TEST(Threads, NameTheFaultsOfAFileAsOneWould) {
   std::string bytes;
   for (int i = 0; i < kRows; ++i) {
     std::string row = affiliation_row(i);
-    if (i % 100000 == 99999) row[20] = 'x';
+    if (i % 100000 == 99999) row[20] = '\0';
     bytes += row + "\n";
   }
   Texts expected;
   loaded_as_text(bytes, 1, &expected);
   EXPECT_THAT(expected,
-              testing::ElementsAre(testing::StartsWith("warning: FILE:100000: field affiliation.lddate: expected"),
-                                   testing::StartsWith("warning: FILE:200000: field affiliation.lddate: expected"),
+              testing::ElementsAre(testing::StartsWith("warning: FILE:100000: field affiliation.lddate: a zero byte"),
+                                   testing::StartsWith("warning: FILE:200000: field affiliation.lddate: a zero byte"),
                                    "warning: FILE: table affiliation is not loaded"));
   Texts complaints;
   EXPECT_EQ(loaded_as_text(bytes, 3, &complaints), "");
   EXPECT_EQ(complaints, expected);
+}
+
+TEST(Threads, NoteTheUnreadLoadDatesOfAFileOnce) {
+  std::string bytes;
+  for (int i = 0; i < kRows; ++i) {
+    std::string row = affiliation_row(i);
+    if (i % 100000 >= 99998) row[20] = 'x';
+    bytes += row + "\n";
+  }
+  Texts expected;
+  const std::string text = loaded_as_text(bytes, 1, &expected);
+  ASSERT_EQ(expected.size(), 1u);
+  EXPECT_THAT(expected.front(), testing::StartsWith("notify: FILE:99999: field affiliation.lddate: expected a time"));
+  EXPECT_THAT(expected.front(), testing::EndsWith("taken as null (rows with such a date: 4)"));
+  Texts notes;
+  EXPECT_TRUE(loaded_as_text(bytes, 3, &notes) == text);
+  EXPECT_EQ(notes, expected);
 }
 
 }  // namespace

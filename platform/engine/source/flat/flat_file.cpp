@@ -49,6 +49,14 @@ void complain_of_faults(const TableSchema& schema, const RowLayout& layout, cons
   faults.conclude();
 }
 
+// What was read does not tell which rows they are; only where there are any is the file gone through again.
+void note_unread_dates(const TableSchema& schema, const RowLayout& layout, const std::string& path,
+                       std::string_view file) {
+  UnreadDates dates(schema.name, path + ":");
+  find_unread_dates(schema, layout, file, &dates);
+  dates.conclude();
+}
+
 // Nothing when they are more than a table can have.
 std::optional<Rows> put_together(std::vector<std::optional<Rows>> pieces) {
   Rows all = *std::move(pieces.front());
@@ -90,7 +98,8 @@ std::unique_ptr<const Table> load_flat_file(const TableSchema& schema, const std
     complain_of_faults(schema, layout, path, file->bytes());
     return nullptr;
   }
-  auto digits = std::make_unique<FileDigits>(file, std::move(rows->lines), std::move(layout));
+  if (rows->table.has_unread_dates()) note_unread_dates(schema, layout, path, file->bytes());
+  auto digits = std::make_unique<FileDigits>(file, std::move(rows->lines), std::move(layout), schema);
   return std::move(rows->table).build(directory, path + ":", std::move(digits), conditions);
 }
 

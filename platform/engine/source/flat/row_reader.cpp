@@ -283,4 +283,16 @@ void tell_faults(const TableSchema& schema, const RowLayout& layout, std::string
   for_each_line(file, 0, file.size(), [&](std::size_t, std::string_view line) { return finder.look_at(line); });
 }
 
+void find_unread_dates(const TableSchema& schema, const RowLayout& layout, std::string_view file, UnreadDates* dates) {
+  std::uint64_t number = 0;
+  for_each_line(file, 0, file.size(), [&](std::size_t, std::string_view line) {
+    const std::string_view row = row_of(line, layout.width());
+    ++number;
+    for (std::size_t i = 0; i < layout.field_count(); ++i) {
+      dates->look_at(schema.fields[i], number, cell_of(row, layout[i]));
+    }
+    return true;
+  });
+}
+
 }  // namespace triglub

@@ -14,6 +14,7 @@
 
 #include "engine/source/flat/line_begins.h"
 #include "engine/source/flat/row_layout.h"
+#include "engine/source/unread_dates.h"
 #include "engine/table/table_builder.h"
 
 namespace triglub {
@@ -35,6 +36,9 @@ bool read_rows(const RowLayout& layout, std::string_view file, std::size_t begin
 // the name of its field (empty for the whole row).
 using FaultTeller = std::function<void(std::uint64_t line, const std::string& field, const std::string& fault)>;
 void tell_faults(const TableSchema& schema, const RowLayout& layout, std::string_view file, const FaultTeller& tell);
+
+// Finds the cells of the rows of a file without faults that `dates` looks for.
+void find_unread_dates(const TableSchema& schema, const RowLayout& layout, std::string_view file, UnreadDates* dates);
 
 }  // namespace triglub
 

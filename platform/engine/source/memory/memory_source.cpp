@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "engine/source/table_faults.h"
+#include "engine/source/unread_dates.h"
 #include "engine/table/cell.h"
 #include "engine/table/table_builder.h"
 
@@ -29,7 +30,11 @@ void check_tables(const Schema& schema, const MemorySource::Tables& tables) {
 class RowLoader {
  public:
   RowLoader(const TableSchema& schema, const std::string& place)
-      : schema_(schema), before_number_(place + " row "), rows_(schema), faults_(schema.name, place) {}
+      : schema_(schema),
+        before_number_(place + " row "),
+        rows_(schema),
+        faults_(schema.name, place),
+        dates_(schema.name, before_number_) {}
 
   void add(const MemorySource::Row& row) {
     if (!rows_.begin_row()) return faults_.tell(place(), "", "more rows than a table can have");
@@ -43,6 +48,7 @@ class RowLoader {
   std::unique_ptr<const Table> table(std::string folder, std::unique_ptr<const NumberTexts> number_texts,
                                      const RowConditions& conditions) && {
     if (!faults_.any()) {
+      dates_.conclude();
       return std::move(rows_).build(std::move(folder), before_number_, std::move(number_texts), conditions);
     }
     faults_.conclude();
@@ -53,7 +59,7 @@ class RowLoader {
   std::string place() const { return before_number_ + std::to_string(rows_.row_count()); }
 
   void add_cell(std::size_t i, const std::string& cell) {
-    if (rows_.column(i).add(cell)) return;
+    if (rows_.column(i).add(cell)) return dates_.look_at(schema_.fields[i], rows_.row_count(), cell);
     faults_.tell(place(), schema_.fields[i].name, cell_fault(schema_.fields[i], cell, 1));
     rows_.column(i).add("");  // so that the columns stay in step
   }
@@ -62,6 +68,7 @@ class RowLoader {
   std::string before_number_;
   TableBuilder rows_;
   TableFaults faults_;
+  UnreadDates dates_;
 };
 
 }  // namespace
