@@ -2,7 +2,6 @@
 #include "tool/convert.h"
 
 #include <cstdlib>
-#include <memory>
 
 #include "dbhelper.h"
 #include "platform/elog.h"
@@ -14,28 +13,13 @@
 #include "tool/messages.h"
 #include "tool/networks.h"
 #include "tool/output.h"
+#include "tool/parameters.h"
 
 namespace triglub::tool {
 
 namespace {
 
 constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-
-using Parameters = std::unique_ptr<Pf, decltype(&pffree)>;
-
-Parameters read_parameters(const std::string& name) {
-  Pf* pf = nullptr;
-  switch (pfread(name.c_str(), &pf)) {
-    case 0:
-      return {pf, &pffree};
-    case -1:
-      elog_die(0, "parameter file %s: not found", name.c_str());
-    case -2:
-      elog_die(0, "parameter file %s: cannot be read", name.c_str());
-    default:
-      elog_die(0, "parameter file %s: cannot be used", name.c_str());
-  }
-}
 
 // Tells what was left out; true when the document is as good as was asked for.
 bool accept(const Findings& findings, bool strict) {
