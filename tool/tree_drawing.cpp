@@ -2,7 +2,6 @@
 #include "tool/tree_drawing.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 #include "base/utf8.h"
@@ -41,13 +40,13 @@ std::vector<Row> rows_of(const TreeNode& root) {
   return rows;
 }
 
-// A word off the front of *text, with the blanks before it. An operator between operands goes with what is behind it.
+bool is_operator(std::string_view word) { return word.find_first_not_of("?:&|=!~<>+-*/%") == std::string_view::npos; }
+
+// A word off the front of *text, with the blanks before it. An operator goes with what is behind it.
 std::string_view take_piece(std::string_view* text) {
-  constexpr std::array<std::string_view, 4> kOperators = {"?", ":", "&&", "||"};
   const std::size_t begin = std::min(text->find_first_not_of(' '), text->size());
   std::size_t end = std::min(text->find(' ', begin), text->size());
-  const std::string_view word = text->substr(begin, end - begin);
-  if (end < text->size() && std::ranges::count(kOperators, word) > 0)
+  if (end < text->size() && is_operator(text->substr(begin, end - begin)))
     end = std::min(text->find(' ', end + 1), text->size());
   const std::string_view piece = text->substr(0, end);
   text->remove_prefix(end);
