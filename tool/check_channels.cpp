@@ -63,7 +63,7 @@ std::vector<std::size_t> first_missing(Dbptr joined) {
   return missing;
 }
 
-void tell_missing(Dbptr joined, Findings* findings) {
+void tell_missing(Dbptr joined, Gaps* gaps) {
   const std::vector<std::size_t> missing = first_missing(joined);
   const std::vector<std::uint32_t> epochs = base_rows(joined, "sitechan");
   for (std::size_t r = 0; r < epochs.size();) {
@@ -72,20 +72,20 @@ void tell_missing(Dbptr joined, Findings* findings) {
     std::size_t end = r + 1;
     for (; end < epochs.size() && epochs[end] == epochs[r]; ++end) furthest = std::max(furthest, missing[end]);
     joined.record = static_cast<std::int64_t>(r);
-    findings->left_out(reason_for(furthest, joined), name_of(joined));
+    gaps->left_out(reason_for(furthest, joined), name_of(joined));
     r = end;
   }
 }
 
 }  // namespace
 
-void check_channels(const Request& request, Dbptr everything, Findings* findings) {
+void check_channels(const Request& request, Dbptr everything, Gaps* gaps) {
   const Dbptr sitechan = table_of(request.db, "sitechan");
   const std::vector<std::uint32_t> rows = rows_not_in(sitechan, everything);
   if (rows.empty()) return;
   const Dbptr dropped = view_of_records(sitechan, rows, nullptr);
   const Dbptr joined = join_what_there_is(request, dropped);
-  tell_missing(joined, findings);
+  tell_missing(joined, gaps);
   release_view(dropped);
   release_view(joined);
 }

@@ -33,12 +33,12 @@ std::unordered_set<std::uint32_t> rows_without_date(Dbptr table, const char* fie
   return {rows.begin(), rows.end()};
 }
 
-void tell(Dbptr row, const char* table, const char* field, Findings* findings) {
-  findings->fault(row_place(row) + ": field " + table + "." + field + ": expected a date (yyyyddd), found '" +
+void tell(Dbptr row, const char* table, const char* field, Gaps* gaps) {
+  gaps->fault(row_place(row) + ": field " + table + "." + field + ": expected a date (yyyyddd), found '" +
                   db_fieldlookup(row, field) + "'");
 }
 
-void check_table(Dbptr everything, const char* table, Findings* findings) {
+void check_table(Dbptr everything, const char* table, Gaps* gaps) {
   Dbptr base = dblookup(everything, nullptr, table, nullptr, nullptr);
   std::unordered_set<std::uint32_t> faulty[] = {rows_without_date(base, kDates[0]), rows_without_date(base, kDates[1])};
   if (faulty[0].empty() && faulty[1].empty()) return;
@@ -46,16 +46,16 @@ void check_table(Dbptr everything, const char* table, Findings* findings) {
   for (const std::uint32_t row : base_rows(everything, table)) {
     base.record = row;
     for (int i = 0; i < 2; ++i) {
-      if (faulty[i].erase(row) > 0) tell(base, table, kDates[i], findings);
+      if (faulty[i].erase(row) > 0) tell(base, table, kDates[i], gaps);
     }
   }
 }
 
 }  // namespace
 
-void check_dates(Dbptr everything, Findings* findings) {
-  check_table(everything, "site", findings);
-  check_table(everything, "sitechan", findings);
+void check_dates(Dbptr everything, Gaps* gaps) {
+  check_table(everything, "site", gaps);
+  check_table(everything, "sitechan", gaps);
 }
 
 }  // namespace triglub::tool

@@ -25,8 +25,8 @@ std::string reason_of(const Response& response) {
 
 class StageCheck {
  public:
-  StageCheck(Dbptr everything, Findings* findings)
-      : view_(everything), stage_(dblookup(everything, nullptr, "stage", nullptr, nullptr)), findings_(*findings) {
+  StageCheck(Dbptr everything, Gaps* gaps)
+      : view_(everything), stage_(dblookup(everything, nullptr, "stage", nullptr, nullptr)), gaps_(*gaps) {
     const char* folder = nullptr;
     if (dbquery(stage_, dbTABLE_DIRNAME, &folder) >= 0) folder_ = folder;
   }
@@ -57,7 +57,7 @@ class StageCheck {
     const auto cannot_stand = [](std::string_view unit) { return unit.find_first_of("&<") != std::string_view::npos; };
     for (const std::uint32_t record : records_with_text(db_setfield(view_, field), cannot_stand)) {
       view_.record = record;
-      findings_.fault(row_place(stage_row(record)) + ": field " + field + ": the unit '" +
+      gaps_.fault(row_place(stage_row(record)) + ": field " + field + ": the unit '" +
                       db_fieldlookup(view_, field) + "' cannot stand in XML, expected no & and no <");
     }
   }
@@ -83,7 +83,7 @@ class StageCheck {
     if (is_new) known->second = reason_for(file);
     if (known->second.empty()) return;
     for (view_.record = begin; view_.record < end; ++view_.record) {
-      findings_.left_out("stages without their filter: " + known->second, name(file.name()));
+      gaps_.left_out("stages without their filter: " + known->second, name(file.name()));
     }
   }
 
@@ -99,7 +99,7 @@ class StageCheck {
       free_response(response);
       return reason;
     }
-    if (status != -1) findings_.fault(fault);
+    if (status != -1) gaps_.fault(fault);
     return status == -1 ? "response file missing" : "response file faulty";
   }
 
@@ -107,7 +107,7 @@ class StageCheck {
   void check_rate(const Response& response, const std::string& file) {
     const ResponseGroup& group = response.groups[0];
     if (group.type != RESPONSE_FIR || static_cast<const Fir*>(group.filter)->samprate > 0.0) return;
-    findings_.fault(folder_ + "/" + file + ": the filter's input sample rate is not positive");
+    gaps_.fault(folder_ + "/" + file + ": the filter's input sample rate is not positive");
   }
 
   std::string name(const std::string& file) const {
@@ -117,7 +117,7 @@ class StageCheck {
 
   Dbptr view_;
   Dbptr stage_;
-  Findings& findings_;
+  Gaps& gaps_;
   std::string folder_;
   std::vector<std::uint32_t> rows_;                                     // of stage, by record
   std::map<std::pair<const char*, const char*>, std::string> reasons_;  // by folder and name
@@ -125,6 +125,6 @@ class StageCheck {
 
 }  // namespace
 
-void check_stages(Dbptr everything, Findings* findings) { StageCheck(everything, findings).run(); }
+void check_stages(Dbptr everything, Gaps* gaps) { StageCheck(everything, gaps).run(); }
 
 }  // namespace triglub::tool

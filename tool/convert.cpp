@@ -2,18 +2,20 @@
 #include "tool/convert.h"
 
 #include <cstdlib>
-#include <memory>
 
 #include "dbhelper.h"
+#include "element_tree.h"
 #include "platform/elog.h"
 #include "tool/check_channels.h"
 #include "tool/check_dates.h"
 #include "tool/check_stages.h"
 #include "tool/check_tree.h"
-#include "tool/findings.h"
+#include "tool/convert_epochs.h"
+#include "tool/gaps.h"
 #include "tool/messages.h"
 #include "tool/networks.h"
 #include "tool/output.h"
+#include "tool/parameters.h"
 #include "tool/slips.h"
 
 namespace triglub::tool {
@@ -21,22 +23,6 @@ namespace triglub::tool {
 namespace {
 
 constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-
-using Parameters = std::unique_ptr<Pf, decltype(&pffree)>;
-
-Parameters read_parameters(const std::string& name) {
-  Pf* pf = nullptr;
-  switch (pfread(name.c_str(), &pf)) {
-    case 0:
-      return {pf, &pffree};
-    case -1:
-      elog_die(0, "parameter file %s: not found", name.c_str());
-    case -2:
-      elog_die(0, "parameter file %s: cannot be read", name.c_str());
-    default:
-      elog_die(0, "parameter file %s: cannot be used", name.c_str());
-  }
-}
 
 // False after messages.
 bool open_database(const std::string& source, Dbptr* db) {
@@ -46,27 +32,27 @@ bool open_database(const std::string& source, Dbptr* db) {
 }
 
 // Tells what was left out; true when the document is as good as was asked for.
-bool accept(const Findings& findings, bool strict) {
-  findings.report();
-  if (!strict || !findings.any_left_out()) return true;
+bool accept(const Gaps& gaps, bool strict) {
+  gaps.report();
+  if (!strict || !gaps.any_left_out()) return true;
   elog_notify(0, "something was left out, which --strict forbids");
   return false;
 }
 
-Findings look_for_gaps(const Request& request, DetailLevel level, Dbptr everything) {
-  Findings findings;
-  check_dates(everything, &findings);
-  if (level == DetailLevel::response) check_stages(everything, &findings);
-  check_channels(request, everything, &findings);
-  return findings;
+Gaps look_for_gaps(const Request& request, DetailLevel level, Dbptr everything) {
+  Gaps gaps;
+  check_dates(everything, &gaps);
+  if (level == DetailLevel::response) check_stages(everything, &gaps);
+  check_channels(request, everything, &gaps);
+  return gaps;
 }
 
-int write(const ConvertOptions& options, const Request& request, Dbptr everything, const Findings& findings) {
+int write(const ConvertOptions& options, const Request& request, Dbptr everything, const Gaps& gaps) {
   const auto output = Output::open(options.output);
   output->stream() << kDeclaration;
   write_document(*output, request, everything, options.jobs);
   output->finish();
-  if (!accept(findings, options.strict)) return EXIT_FAILURE;
+  if (!accept(gaps, options.strict)) return EXIT_FAILURE;
   output->commit();
   return EXIT_SUCCESS;
 }
@@ -80,17 +66,18 @@ int run(const ConvertOptions& options) {
   if (!open_database(options.source, &request.db)) return EXIT_FAILURE;
   const Parameters parameters = read_parameters(options.parameters);
   request.pf = parameters.get();
+  if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
   request.conditions = options.conditions;
   request.flags = flags_for(options.level, options.verbosity);
   const Dbptr everything = master_view(request);
-  const Findings findings = look_for_gaps(request, options.level, everything);
-  if (findings.any_fault()) elog_die(0, "%s: faults in the tables; nothing is written", options.source.c_str());
+  const Gaps gaps = look_for_gaps(request, options.level, everything);
+  if (gaps.any_fault()) elog_die(0, "%s: faults in the tables; nothing is written", options.source.c_str());
   if (is_empty(everything)) {
-    findings.report();
+    gaps.report();
     elog_die(0, "%s: no channel epoch is selected and complete; nothing is written", options.source.c_str());
   }
-  return write(options, request, everything, findings);
+  return write(options, request, everything, gaps);
 }
 
 }  // namespace

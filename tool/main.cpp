@@ -8,6 +8,7 @@
 #include "platform/elog.h"
 #include "tool/convert.h"
 #include "tool/slips.h"
+#include "tool/tree.h"
 
 namespace {
 
@@ -108,6 +109,23 @@ void suggest_line(const CLI::App& app, const CLI::App& convert, const std::vecto
   if (word != arguments.end()) triglub::tool::suggest_database(*word);
 }
 
+constexpr const char* kTreeExamples = R"(Examples:
+  triglub tree
+      the tree that a conversion writes when it is told nothing else
+  triglub tree network.pf
+      that of a parameter file of your own, or every fault that it has
+
+An element has its tag, an attribute its name behind an @. What stands in parentheses has no element of its own: what is
+in it stands in its place.
+Exit status: 0 done, 1 the parameter file has faults, 2 wrong usage.)";
+
+CLI::App* add_tree(CLI::App& app, triglub::tool::TreeOptions& options) {
+  CLI::App* tree = app.add_subcommand("tree", "Show what a document holds by a parameter file, and check that file");
+  tree->add_option("PF", options.parameters, "the parameter file")->capture_default_str();
+  tree->footer(kTreeExamples);
+  return tree;
+}
+
 // False after a message when a --subset is none.
 bool read_subsets(const std::vector<std::string>& arguments, triglub::tool::Conditions* conditions) {
   return std::all_of(arguments.begin(), arguments.end(), [conditions](const std::string& argument) {
@@ -129,13 +147,16 @@ int main(int argc, char** argv) {
   options.jobs = std::clamp(std::thread::hardware_concurrency(), 1U, kMaxJobs);
   RawOptions raw;
   const CLI::App* convert = add_convert(app, options, raw);
+  triglub::tool::TreeOptions tree_options;
+  const CLI::App* tree = add_tree(app, tree_options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     if (app.exit(e) == 0) return EXIT_SUCCESS;
-    suggest_line(app, *convert, {argv + 1, argv + argc});
+    if (!tree->parsed()) suggest_line(app, *convert, {argv + 1, argv + argc});
     return kWrongUsage;
   }
+  if (tree->parsed()) return triglub::tool::tree(tree_options);
   if (!read_subsets(raw.subsets, &options.conditions)) return kWrongUsage;
   options.level = kLevels.at(raw.level);
   options.verbosity = std::min(static_cast<unsigned int>(raw.verbose), kMaxVerbosity);

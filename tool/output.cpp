@@ -68,6 +68,15 @@ mode_t permissions_for(const std::string& path) {
   return 0666 & ~mask;
 }
 
+// A file that nobody sees, and that is gone when it is closed.
+int open_unnamed() {
+  const char* folder = std::getenv("TMPDIR");
+  std::string path = std::string(folder == nullptr ? "/tmp" : folder) + "/triglub.XXXXXX";
+  const int descriptor = mkostemp(path.data(), O_CLOEXEC);
+  if (descriptor >= 0) unlink(path.c_str());
+  return descriptor;
+}
+
 }  // namespace
 
 void write_parts(int descriptor, const std::string& name, std::vector<iovec> parts) {
@@ -117,15 +126,24 @@ Output::Output(int descriptor, std::string name, std::string temporary)
       buffer_(descriptor, name_),
       stream_(&buffer_) {}
 
-std::unique_ptr<Output> Output::open(const std::string& path) {
+std::unique_ptr<Output> Output::direct(int descriptor, const std::string& name, Hold hold) {
+  if (hold == Hold::no) return std::unique_ptr<Output>(new Output(descriptor, name, ""));
+  const int held = open_unnamed();
+  if (held < 0) fail("a temporary file");
+  auto output = std::unique_ptr<Output>(new Output(held, name, ""));
+  output->held_for_ = descriptor;
+  return output;
+}
+
+std::unique_ptr<Output> Output::open(const std::string& path, Hold hold) {
   // A reader that has seen enough ends the process without a word, as it does others; who started it may have that
   // signal ignored.
   std::signal(SIGPIPE, SIG_DFL);
-  if (path.empty() || path == "-") return std::unique_ptr<Output>(new Output(STDOUT_FILENO, "standard output", ""));
+  if (path.empty() || path == "-") return direct(STDOUT_FILENO, "standard output", hold);
   if (is_special(path)) {
     const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
     if (descriptor < 0) fail(path);
-    return std::unique_ptr<Output>(new Output(descriptor, path, ""));
+    return direct(descriptor, path, hold);
   }
   const std::string target = resolved(path);
   std::string temporary = target + ".XXXXXX";
@@ -144,8 +162,20 @@ Output::~Output() {
   unfinished[0] = '\0';
 }
 
+void Output::hand_on_held() {
+  if (lseek(descriptor_, 0, SEEK_SET) != 0) fail(name_);
+  std::vector<char> piece(DescriptorBuffer::kPiece);
+  for (ssize_t count = 0; (count = read(descriptor_, piece.data(), piece.size())) != 0;) {
+    if (count < 0) fail(name_);
+    write_parts(held_for_, name_, {{piece.data(), static_cast<std::size_t>(count)}});
+  }
+  close(descriptor_);
+  descriptor_ = held_for_;
+}
+
 void Output::commit() {
   buffer_.finish();
+  if (held_for_ >= 0) hand_on_held();
   if (temporary_.empty()) {
     if (close(descriptor_) != 0) fail(name_);
     descriptor_ = -1;

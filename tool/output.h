@@ -41,10 +41,12 @@ class DescriptorBuffer final : public std::streambuf {
 
 class Output {
  public:
+  // Whether what cannot be taken back, as what goes to a pipe, waits in a file without a name until commit().
+  enum class Hold : bool { no, until_commit };
   // Opens the output: `path` empty or "-" for standard output. Fatal when it cannot be opened. A regular file is
   // written beside its final place, with the permissions of the file that it replaces; anything else is written
   // directly. From now on a pipe that nobody reads any more ends the process by SIGPIPE.
-  static std::unique_ptr<Output> open(const std::string& path);
+  static std::unique_ptr<Output> open(const std::string& path, Hold hold = Hold::no);
   // Removes what was written unless commit() was called. The same happens when the process exits before.
   ~Output();
   Output(const Output&) = delete;
@@ -60,10 +62,13 @@ class Output {
 
  private:
   Output(int descriptor, std::string name, std::string temporary);
+  static std::unique_ptr<Output> direct(int descriptor, const std::string& name, Hold hold);
+  void hand_on_held();
 
   std::string name_;
   std::string temporary_;  // empty when written directly
   int descriptor_;
+  int held_for_ = -1;  // where what is held goes to
   DescriptorBuffer buffer_;
   std::ostream stream_;
 };

@@ -11,11 +11,13 @@
 
 namespace triglub::tool {
 
-TurnBuffer::TurnBuffer(int descriptor, std::string name, std::size_t capacity, Sequencer& sequencer)
+TurnBuffer::TurnBuffer(int descriptor, std::string name, std::size_t capacity, Sequencer& sequencer,
+                       std::function<void()> before_text)
     : descriptor_(descriptor),
       name_(std::move(name)),
       chunks_left_(std::max<std::size_t>(capacity / kChunk, 1)),
-      sequencer_(sequencer) {}
+      sequencer_(sequencer),
+      before_text_(std::move(before_text)) {}
 
 void TurnBuffer::begin(std::size_t piece) { held_.emplace_back().piece = piece; }
 
@@ -83,6 +85,7 @@ void TurnBuffer::write_front() {
   Held& front = held_.front();
   show_messages_of(front);
   is_writing_ = true;
+  if (before_text_ && !front.parts.empty()) before_text_();
   write_parts(descriptor_, name_, std::exchange(front.parts, {}));
   is_writing_ = false;
   std::move(front.chunks.begin(), front.chunks.end(), std::back_inserter(free_));

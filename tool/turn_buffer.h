@@ -5,6 +5,7 @@
 #include <sys/uio.h>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <streambuf>
 #include <string>
@@ -27,7 +28,9 @@ class TurnBuffer final : public std::streambuf {
 
   // Holds at most `capacity` bytes, but at least one chunk; memory that nobody writes to is not taken. The descriptor
   // stays the caller's, `name` is what a failure to write is reported under, and `sequencer` is to live as long.
-  TurnBuffer(int descriptor, std::string name, std::size_t capacity, Sequencer& sequencer);
+  // `before_text`, unless null, is called in the turn of each piece before text of it is written.
+  TurnBuffer(int descriptor, std::string name, std::size_t capacity, Sequencer& sequencer,
+             std::function<void()> before_text = nullptr);
 
   // What is put from now on belongs to this piece, which comes after those before. REQUIRES: the last one has ended.
   void begin(std::size_t piece);
@@ -69,6 +72,7 @@ class TurnBuffer final : public std::streambuf {
   std::string name_;
   std::size_t chunks_left_;  // that may still be made
   Sequencer& sequencer_;
+  std::function<void()> before_text_;
   RepeatedTexts repeated_;
   std::vector<Chunk> free_;
   std::deque<Held> held_;  // the current piece is the last

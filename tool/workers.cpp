@@ -1,4 +1,5 @@
-// Processes, not threads: each writes with the memory of the parent as it was, and none can disturb another.
+// Processes where a conversion keeps its state in the process: each writes with the memory of the parent as it was, and
+// none can disturb another. Threads where all state is the writer's own.
 #include "tool/workers.h"
 
 #include <signal.h>
@@ -10,6 +11,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 #include <vector>
 
 #include "platform/database.h"
@@ -26,12 +28,8 @@ constexpr std::size_t kHeldBack = std::size_t{64} << 20;
 
 void tell(ElogLevel level, const char* text, void* buffer) { static_cast<TurnBuffer*>(buffer)->tell(level, text); }
 
-[[noreturn]] void work(const Output& output, std::size_t pieces, std::size_t capacity, Sequencer& sequencer,
-                       const PieceWriter& write) {
-  prctl(PR_SET_PDEATHSIG, SIGKILL);  // nobody would wait for what is written after the parent
-  set_threads(1);                    // the processors are taken by the other workers
-  TurnBuffer buffer(output.descriptor(), output.name(), capacity, sequencer);
-  elog_set_sink(tell, &buffer);
+// Takes piece after piece until there is none.
+void write_pieces(TurnBuffer& buffer, std::size_t pieces, Sequencer& sequencer, const PieceWriter& write) {
   std::ostream out(&buffer);
   for (std::size_t piece = sequencer.take(); piece < pieces; piece = sequencer.take()) {
     buffer.begin(piece);
@@ -39,6 +37,15 @@ void tell(ElogLevel level, const char* text, void* buffer) { static_cast<TurnBuf
     buffer.end();
   }
   buffer.finish();
+}
+
+[[noreturn]] void work(const Output& output, std::size_t pieces, std::size_t capacity, Sequencer& sequencer,
+                       const PieceWriter& write) {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);  // nobody would wait for what is written after the parent
+  set_threads(1);                    // the processors are taken by the other workers
+  TurnBuffer buffer(output.descriptor(), output.name(), capacity, sequencer);
+  elog_set_sink(tell, &buffer);
+  write_pieces(buffer, pieces, sequencer, write);
   // Not by way of exit: what is to be done at the end is the parent's.
   _exit(EXIT_SUCCESS);
 }
@@ -81,6 +88,22 @@ void write_in_order(Output& output, std::size_t pieces, unsigned int jobs, const
     workers.push_back(worker);
   }
   wait_for_all(std::move(workers));
+  Sequencer::release(sequencer);
+}
+
+void write_side_by_side(Output& output, std::size_t pieces, unsigned int jobs, const std::function<void()>& before_text,
+                        const MakePieceWriter& make_writer) {
+  const std::size_t count = std::min<std::size_t>(jobs, pieces);
+  output.finish();
+  Sequencer& sequencer = Sequencer::make();
+  const auto work = [&] {
+    TurnBuffer buffer(output.descriptor(), output.name(), kHeldBack / count, sequencer, before_text);
+    write_pieces(buffer, pieces, sequencer, make_writer());
+  };
+  std::vector<std::thread> workers;
+  for (std::size_t i = 1; i < count; ++i) workers.emplace_back(work);
+  work();
+  for (std::thread& worker : workers) worker.join();
   Sequencer::release(sequencer);
 }
 

@@ -18,7 +18,7 @@ void append_borders(const HeldRows& rows, std::vector<Instant>* borders) {
 
 // Whether a span is a part of the first or the last day of a row that knows days only: no more was said.
 bool is_part_of_a_day(const Span& span, const Span& row) {
-  if (span.begin == kPast || span.end == kFuture || span.end - span.begin >= kDay) return false;
+  if (span.begin == kPast || span.end == kFuture || span.end - span.begin > kDay) return false;
   return span.begin == row.begin || span.end == row.end;
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "engine/classic/handle.h"
+#include "engine/source/memory/memory_source.h"
 #include "engine/source/open/open_source.h"
 #include "platform/elog.h"
 #include "platform/sessions.h"
@@ -23,6 +24,10 @@ Dbptr open_over(std::shared_ptr<const Snapshot> snapshot) {
 int dbopen_source(std::shared_ptr<const Source> source, Dbptr* db) {
   *db = open_over(std::make_shared<const Snapshot>(std::move(source)));
   return 0;
+}
+
+Dbptr open_empty() {
+  return open_over(std::make_shared<const Snapshot>(std::make_shared<MemorySource>("empty", MemorySource::Tables{})));
 }
 
 int open_session(Dbptr db, Dbptr* session) {

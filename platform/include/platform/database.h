@@ -202,6 +202,10 @@ TRIGLUB_API Dbptr view_of_records(Dbptr view, const std::vector<std::uint32_t>& 
 // Frees a view made by an operation (a base table stays). Handles of it are invalid afterwards.
 TRIGLUB_API void release_view(Dbptr view);
 
+// Opens a database of the built-in schema whose tables have no rows: for looking names and kinds up, and compiling
+// expressions, before there is a database. The caller ends it with dbclose.
+TRIGLUB_API Dbptr open_empty();
+
 // The file that a table was loaded from, empty when there is none; for messages.
 TRIGLUB_API std::string table_path(Dbptr db, const char* table);
 

@@ -42,6 +42,18 @@ TEST_F(OpenSource, TakesAPathForFlatFiles) {
   EXPECT_THAT(log_.lines(), IsEmpty());
 }
 
+TEST_F(OpenSource, GivesTheTablesOfTheSchemaWithoutRows) {
+  const Dbptr db = triglub::open_empty();
+  const Dbptr stage = table_of(db, "stage");
+  long count = -1;
+  EXPECT_EQ(dbquery(stage, dbRECORD_COUNT, &count), 0);
+  EXPECT_EQ(count, 0);
+  Expression* compiled = nullptr;
+  EXPECT_EQ(dbex_compile(stage, "stageid + gnom", &compiled, dbREAL), 0);
+  EXPECT_EQ(dbclose(db), 0);
+  EXPECT_THAT(log_.lines(), IsEmpty());
+}
+
 TEST_F(OpenSource, LeavesOtherColonsToThePath) {
   std::filesystem::current_path(files_.folder());
   for (const std::string name :
