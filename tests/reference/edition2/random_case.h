@@ -10,7 +10,7 @@ namespace triglub_reference::edition2 {
 
 // Each row has a number of its own in a field that no key holds: auth, refsta, descrip, tshift, snident, ssident,
 // rsptype.
-Tables random_tables(Random& random);
+Tables random_tables(Random& random, int most_stations = 3);
 
 // A tree of any shape.
 Tree random_tree(Random& random);
@@ -22,6 +22,8 @@ Tree ledger_tree();
 Request random_tree_request(Random& random);
 Request random_document_request(Random& random);
 Request random_ledger_request(Random& random);
+// Any tree over many stations, at the response level.
+Request many_stations_request(Random& random);
 
 }  // namespace triglub_reference::edition2
 

@@ -32,11 +32,12 @@ class TableMaker {
  public:
   TableMaker(Random& random, Tables& tables) : random_(random), tables_(tables) {}
 
-  void make() {
-    for (int n = random_.between(1, 3); n > 0; --n) {
-      stations_.push_back(random_.pick({"AAK", "AAK", "AAK", "A*", "(A", "&", "Ä", "A B", " B", "-", "\"Q'"}));
+  void make(int most_stations) {
+    for (int n = random_.between(1, most_stations); n > 0; --n) {
+      stations_.push_back(n > 3 ? "S" + std::to_string(n)
+                                : random_.pick({"AAK", "AAK", "AAK", "A*", "(A", "&", "Ä", "A B", " B", "-", "\"Q'"}));
     }
-    for (int n = random_.between(0, 4); n > 0; --n) add_network();
+    for (int n = random_.between(1, 4); n > 0; --n) add_network();
     for (int n = random_.between(0, 4); n > 0; --n) add_instrument();
     for (const std::string& sta : stations_) add_station(sta);
   }
@@ -143,7 +144,7 @@ class TableMaker {
     const int end = random_.percent(4) ? random_.below(kLastDay + 1) : random_.between(begin, kLastDay);
     row["ondate"] = random_.percent(12) ? random_.pick({"-1", ""}) : kDays[begin].yearday;
     row["offdate"] = random_.percent(45) ? random_.pick({"-1", "", "2286324", "2999365"}) : kDays[end].yearday;
-    if (random_.below(1000) < 4) row[random_.pick({"ondate", "offdate"})] = random_.pick({"1999366", "0", "2000000"});
+    if (random_.below(1000) < 1) row[random_.pick({"ondate", "offdate"})] = random_.pick({"1999366", "0", "2000000"});
     return row;
   }
 
@@ -170,9 +171,9 @@ class TableMaker {
 
 }  // namespace
 
-Tables random_tables(Random& random) {
+Tables random_tables(Random& random, int most_stations) {
   Tables tables;
-  TableMaker(random, tables).make();
+  TableMaker(random, tables).make(most_stations);
   return tables;
 }
 

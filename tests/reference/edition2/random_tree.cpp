@@ -45,6 +45,7 @@ class TreeMaker {
   Tree make() {
     tree_.root = "root";
     make_group("root", "FDSNStationXML", 1);
+    require_nothing(tree_.groups["root"]);
     tree_.groups["root"].attributes.push_back({"xmlns:ns", "-", "text", "urn:extra"});
     return tree_;
   }
@@ -59,6 +60,15 @@ class TreeMaker {
     return random_.pick({"Network", "Station", "Channel", "Stage", "Response", "Comment", "-", "-", "ns:Extra"});
   }
 
+  // So that there is a document.
+  static void require_nothing(Group& group) {
+    for (std::vector<Line>* lines : {&group.attributes, &group.elements}) {
+      for (Line& line : *lines) {
+        if (line.flag == "r") line.flag = "-";
+      }
+    }
+  }
+
   std::string expression(bool is_text) {
     ExpressionMaker maker(random_, true);
     return is_text ? maker.text(random_.below(kExpressionDepth)) : maker.number(random_.below(kExpressionDepth));
@@ -67,7 +77,8 @@ class TreeMaker {
   std::string value_for(const std::string& type) {
     if (type == "text") return random_.pick({"1.2", "two  blanks", "R &amp; D", "http://www.fdsn.org/xml/station/1"});
     if (type == "other_pf:site") return random_.pick({"country", "town"});
-    if (type == "string" || type == "lookup" || type == "count") return expression(random_.percent(60));
+    if (type == "string" || type == "lookup") return expression(random_.percent(60));
+    if (type == "count") return ExpressionMaker(random_, false).any(random_.below(kExpressionDepth));
     if (random_.percent(4)) return expression(true);
     if (type == "epoch" && random_.percent(80)) {
       return random_.pick({"time", "epoch.time", "epoch.endtime", "station_epoch.time", "station_epoch.endtime",
@@ -153,9 +164,9 @@ Group step(const std::string& child, const std::string& expression) {
   return {"-", {}, {{child, "-", "CATEGORIZED_GROUP", expression}}, {}};
 }
 
-Request request_over_random_tables(Random& random) {
+Request request_over_random_tables(Random& random, int most_stations = 3) {
   Request request;
-  request.tables = random_tables(random);
+  request.tables = random_tables(random, most_stations);
   request.site = {{"country", "Kyrgyzstan"}, {"town", "Ala Archa &amp; around"}};
   constexpr Level levels[] = {Level::response, Level::response, Level::response,
                               Level::network,  Level::station,  Level::channel};
@@ -299,6 +310,14 @@ Request random_ledger_request(Random& random) {
   Request request = request_over_random_tables(random);
   request.tree = ledger_tree();
   add_conditions(random, request);
+  return request;
+}
+
+Request many_stations_request(Random& random) {
+  constexpr int most_stations = 25;
+  Request request = request_over_random_tables(random, most_stations);
+  request.tree = random.percent(50) ? random_tree(random) : document_tree();
+  request.level = Level::response;
   return request;
 }
 
