@@ -144,6 +144,16 @@ TEST(PlainRecords, AStationHasTheEarliestBorderOfItsChannels) {
   EXPECT_EQ(name_in(view.records[0], STATION_EPOCH, "channels"), "2");
 }
 
+TEST(PlainRecords, AChannelOfSeveralEpochsCountsOnce) {
+  const View view = view_of(request_for({{SITECHAN, {{"offdate", "1999365"}}},
+                                         {SITECHAN, {{"ondate", "2000001"}}},
+                                         {SITECHAN, {{"chan", "LHZ"}}},
+                                         {SITE, {}},
+                                         {SNETSTA, {}}}));
+  ASSERT_EQ(view.records.size(), 3u);
+  EXPECT_EQ(name_in(view.records[0], STATION_EPOCH, "channels"), "2");
+}
+
 TEST(PlainRecords, ANetworkIsAsLongAsAllItsPlacesWhateverIsChosen) {
   const TableRows rows = {{SITE, {{"ondate", "2000001"}, {"offdate", "2000001"}}},
                           {SITE, {{"ondate", "2000003"}, {"offdate", "2000003"}, {"sta", "B"}}},

@@ -136,6 +136,7 @@ TEST(PlainValues, AreWrittenAsIsToldByHand) {
       {"deg_az", "360", "0"},
       {"deg_az", "359.9", "359.9"},
       {"dip", "vang", "0"},
+      {"dip", "90.1", "0.1"},
       {"dip", "180.1", ""},
       {"dip", "0.3", "-89.7"},
       {"meters", "elev", "1645"},
