@@ -1,0 +1,131 @@
+#include "reference/edition2/value_text.h"
+
+#include <cmath>
+#include <optional>
+#include <stdexcept>
+
+#include "reference/edition2/instants.h"
+#include "reference/edition2/records.h"
+
+namespace triglub_reference::edition2 {
+
+namespace {
+
+// Of the characters that XML does not allow, those that a row can hold.
+bool is_forbidden(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
+}
+
+std::string escaped(char c, bool is_attribute) {
+  switch (c) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    case '"':
+      return is_attribute ? "&quot;" : "\"";
+    case '\t':
+    case '\n':
+    case '\r':
+      return " ";
+    default:
+      return {c};
+  }
+}
+
+std::string xml_text(const std::string& text, bool is_attribute) {
+  std::string safe;
+  for (const char c : text) {
+    if (!is_forbidden(c)) safe += escaped(c, is_attribute);
+  }
+  return safe;
+}
+
+using Number = std::optional<double>;
+
+Number number_at_first(const Node& node, const RecordList& records) {
+  const Value value = value_at(node, *records.front(), records);
+  if (is_null(value)) return std::nullopt;
+  if (const auto* text = std::get_if<std::string>(&value)) return number_in(trimmed(*text));
+  return number_of(value);
+}
+
+std::string integer_text(const Node& node, const RecordList& records) {
+  const Value value = value_at(node, *records.front(), records);
+  if (const auto* integer = std::get_if<long>(&value)) return std::to_string(*integer);
+  const Number number = number_at_first(node, records);
+  constexpr double limit = 9223372036854775808.0;
+  if (!number || !(*number >= -limit && *number < limit)) return "";
+  return std::to_string(static_cast<long>(*number));
+}
+
+std::string julian_text(const Number& yearday) {
+  if (!yearday || std::abs(*yearday) > 1e9) return "";
+  const auto day = day_of_yearday(static_cast<long>(*yearday));
+  return day ? instant_text(static_cast<double>(*day) * kDay) : "";
+}
+
+double nine_decimals(double number) { return std::round(number * 1e9) / 1e9; }
+
+std::string within(double number, double low, double high) {
+  return number >= low && number <= high ? shortest(number) : "";
+}
+
+// A whole turn from `low` on.
+double wrapped(double angle, double low) { return nine_decimals(angle - 360.0 * std::floor((angle - low) / 360.0)); }
+
+constexpr double kNoAngle = 1e6;
+
+std::string longitude_text(double angle) {
+  if (std::abs(angle) >= kNoAngle) return "";
+  return shortest(angle >= -180.0 && angle <= 180.0 ? angle : wrapped(angle, -180.0));
+}
+
+std::string azimuth_text(double angle) {
+  if (std::abs(angle) >= kNoAngle) return "";
+  return shortest(angle >= 0.0 && angle < 360.0 ? angle : wrapped(angle, 0.0));
+}
+
+std::string number_text(const std::string& type, double number) {
+  if (type == "float") return shortest(number);
+  if (type == "epoch") return instant_text(rounded(number));
+  if (type == "julian") return julian_text(number);
+  if (type == "deg_lat") return within(number, -90.0, 90.0);
+  if (type == "dip") return within(nine_decimals(number - 90.0), -90.0, 90.0);
+  if (type == "deg_lon") return longitude_text(number);
+  if (type == "deg_az") return azimuth_text(number);
+  if (type == "meters") return shortest(nine_decimals(number * 1000.0));
+  throw std::runtime_error("no type " + type);
+}
+
+}  // namespace
+
+std::string value_text(const Line& line, const RecordList& records, const std::map<std::string, std::string>& site,
+                       bool is_attribute) {
+  if (line.type == "text") return line.value;
+  if (line.type == "other_pf:site") return site.at(line.value);
+  const Node node = parsed(line.value);
+  if (line.type == "count") return std::to_string(distinct_values(node, records));
+  if (line.type == "string" || line.type == "lookup") {
+    return xml_text(trimmed(text_at(node, *records.front(), records).value_or("")), is_attribute);
+  }
+  if (line.type == "integer") return integer_text(node, records);
+  const Number number = number_at_first(node, records);
+  return number ? number_text(line.type, *number) : "";
+}
+
+long distinct_values(const Node& node, const RecordList& records) {
+  std::vector<Value> values;
+  for (const Record* record : records) {
+    const Value value = value_at(node, *record, records);
+    bool is_known = is_null(value);
+    for (const Value& other : values) is_known = is_known || (!is_less(value, other) && !is_less(other, value));
+    if (!is_known) values.push_back(value);
+  }
+  return static_cast<long>(values.size());
+}
+
+}  // namespace triglub_reference::edition2
