@@ -342,7 +342,7 @@ Part called(const std::string& name, const Parts& arguments) {
 Part called_with_nulls(const std::string& name, const Parts& arguments) {
   const auto found = nullable_functions().find(name);
   if (found == nullable_functions().end()) return called(name, arguments);
-  const Part result = value_of(found->second, arguments);
+  Part result = value_of(found->second, arguments);
   if (name == "assume") return result;
   if (does_one_fail(arguments)) return failed(result.type);
   return name == "xml" && is_one_null(arguments) ? null(result.type) : result;
