@@ -1,6 +1,7 @@
 // Records are made once; the writer of the whole and those of the pieces each have plans of their own over them.
 #include "epoch_document.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -43,6 +44,13 @@ std::unique_ptr<const ElementTree> read_or_fail(Dbptr db, Pf* pf) {
   return tree;
 }
 
+// Whether stages are written with their filters: a group that writes fields of theirs can have them as they are.
+bool has_stage_line(const TreeGroup& group) {
+  return std::any_of(group.elements.begin(), group.elements.end(), [](const TreeLine& line) {
+    return line.type == LineType::stage || (line.group != nullptr && has_stage_line(*line.group));
+  });
+}
+
 RecordList all_of(const RecordSet& records) { return {nullptr, 0, records.size()}; }
 
 }  // namespace
@@ -62,7 +70,7 @@ struct EpochDocument::Inside {
     RecordChoice choice;
     choice.conditions = conditions;
     choice.with_empty_networks = level == DetailLevel::network;
-    if (level == DetailLevel::response) {
+    if (level == DetailLevel::response && has_stage_line(tree->root())) {
       choice.amend = [this](RecordRows* rows) { drop_broken_chains(stage, calibration, &files, rows, &findings); };
     }
     return make_record_view(db, choice, &findings);

@@ -238,6 +238,7 @@ TEST(RecordExpressionThreads, ShareAView) {
   std::array<Texts, kThreads> texts;
   std::barrier start(kThreads);
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (Texts& of_thread : texts) {
     threads.emplace_back([&] {
       start.arrive_and_wait();

@@ -45,7 +45,7 @@ bool any_names(const Conditions& conditions, const std::function<bool(Table)>& i
 }
 
 bool is_of_channels(Table table) {
-  constexpr Table tables[] = {SITECHAN, SENSOR, INSTRUMENT, CALIBRATION, STAGE, EPOCH};
+  constexpr Table tables[] = {SITECHAN, SCHANLOC, SENSOR, INSTRUMENT, CALIBRATION, STAGE, EPOCH};
   return std::count(std::begin(tables), std::end(tables), table) > 0;
 }
 
