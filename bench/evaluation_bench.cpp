@@ -2,12 +2,15 @@
 // Rival: the field read with dbgetv and written with snprintf.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
 #include "dbhelper.h"
 #include "made_database.h"
+#include "platform/record_expression.h"
 
 namespace {
 
@@ -47,6 +50,33 @@ BENCHMARK_CAPTURE(evaluate, formatted_time, "string",
     ->Apply(evaluation_sizes);
 BENCHMARK_CAPTURE(evaluate, safe_text, "string", "is_null(site.staname) ? xml(snetsta.fsta) : xml(site.staname)")
     ->Apply(evaluation_sizes);
+
+// Expressions in which nulls propagate, at each record of elements of a hundred.
+void evaluate_with_nulls(benchmark::State& state, const char* text) {
+  const Dbptr view = MadeDatabase::of({.channel_epochs = state.range(0)}).document_view();
+  const auto count = static_cast<std::uint32_t>(records(view));
+  const auto expression = triglub::RecordExpression::compile(view, text, nullptr);
+  if (expression == nullptr) return state.SkipWithError("the expression does not compile");
+  std::uint32_t values = 0;
+  for ([[maybe_unused]] const auto& round : state) {
+    for (std::uint32_t record = 0; record < count; ++record) {
+      triglub::RecordValue value;
+      const std::uint32_t first = record / 100 * 100;
+      expression->evaluate(record, {.first = first, .count = std::min<std::uint32_t>(100, count - first)}, &value);
+      values += value.is_null ? 0 : 1;
+    }
+  }
+  if (values == 0) state.SkipWithError("every value is null");
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * count);
+}
+BENCHMARK_CAPTURE(evaluate_with_nulls, field_of_text, "snetsta.fsta")->Apply(evaluation_sizes);
+BENCHMARK_CAPTURE(evaluate_with_nulls, field_of_number, "site.lat")->Apply(evaluation_sizes);
+BENCHMARK_CAPTURE(evaluate_with_nulls, choice_of_numbers, "assume(calibration.samprate, instrument.samprate)")
+    ->Apply(evaluation_sizes);
+BENCHMARK_CAPTURE(evaluate_with_nulls, formatted_number, "format(\"%.1f\", site.elev * 1000)")->Apply(evaluation_sizes);
+BENCHMARK_CAPTURE(evaluate_with_nulls, safe_text, "assume(site.staname, snetsta.fsta)")->Apply(evaluation_sizes);
+BENCHMARK_CAPTURE(evaluate_with_nulls, earliest_of_a_hundred, "earliest(sensor.time)")->Apply(evaluation_sizes);
+BENCHMARK_CAPTURE(evaluate_with_nulls, count_of_a_hundred, "count(sitechan.chan)")->Apply(evaluation_sizes);
 
 // The rival of formatted_number.
 void rival_snprintf(benchmark::State& state) {

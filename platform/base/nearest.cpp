@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 
 #include "base/characters.h"
 
@@ -11,7 +10,11 @@ namespace triglub {
 
 namespace {
 
-using Row = std::vector<std::size_t>;  // by length of the start of the candidate: slips from the start of the word
+using Row = std::vector<std::size_t>;  // by length of the start of the candidate: what it costs from the word's
+
+// Of as many slips, those with fewer wrong letters cost less: a name of other letters was less likely meant.
+constexpr std::size_t kSlip = std::size_t{1} << 16;
+constexpr std::size_t kWrongLetter = kSlip + 1;
 
 bool are_same(char a, char b) { return to_lower(a) == to_lower(b); }
 
@@ -19,19 +22,19 @@ bool are_swapped(std::string_view a, std::size_t i, std::string_view b, std::siz
   return i > 0 && j > 0 && are_same(a[i], b[j - 1]) && are_same(a[i - 1], b[j]);
 }
 
-std::size_t slips_between(std::string_view word, std::string_view candidate) {
+std::size_t cost_between(std::string_view word, std::string_view candidate) {
   Row before(candidate.size() + 1);
   Row above(candidate.size() + 1);
   Row row(candidate.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t j = 0; j < row.size(); ++j) row[j] = j * kSlip;
   for (std::size_t i = 0; i < word.size(); ++i) {
     before.swap(above);
     above.swap(row);
-    row[0] = i + 1;
+    row[0] = (i + 1) * kSlip;
     for (std::size_t j = 0; j < candidate.size(); ++j) {
-      const std::size_t changed = above[j] + (are_same(word[i], candidate[j]) ? 0 : 1);
-      row[j + 1] = std::min({changed, above[j + 1] + 1, row[j] + 1});
-      if (are_swapped(word, i, candidate, j)) row[j + 1] = std::min(row[j + 1], before[j - 1] + 1);
+      const std::size_t changed = above[j] + (are_same(word[i], candidate[j]) ? 0 : kWrongLetter);
+      row[j + 1] = std::min({changed, above[j + 1] + kSlip, row[j] + kSlip});
+      if (are_swapped(word, i, candidate, j)) row[j + 1] = std::min(row[j + 1], before[j - 1] + kSlip);
     }
   }
   return row.back();
@@ -50,13 +53,14 @@ std::size_t first_refused(std::string_view word) {
 
 std::optional<std::string> nearest(std::string_view word, const std::vector<std::string>& candidates) {
   const std::string* best = nullptr;
-  std::size_t limit = first_refused(word);
+  const std::size_t refused = first_refused(word);
+  std::size_t limit = refused * kSlip;
   for (const std::string& candidate : candidates) {
-    if (length_difference(word, candidate) >= limit) continue;
-    const std::size_t slips = slips_between(word, candidate);
-    if (slips >= limit) continue;
+    if (length_difference(word, candidate) >= refused) continue;
+    const std::size_t cost = cost_between(word, candidate);
+    if (cost >= limit) continue;
     best = &candidate;
-    limit = slips;
+    limit = cost;
   }
   return best == nullptr ? std::nullopt : std::optional(*best);
 }

@@ -9,9 +9,10 @@
 
 namespace triglub {
 
-// The candidate with the fewest slips from `word`, the first of equals; nothing when none is near. A slip is a letter
-// too many, a letter missing, a wrong letter, or two neighbours in the wrong order; large and small ASCII letters are
-// the same. One slip is allowed, one more for each three bytes from the sixth on, and fewer than the word has bytes.
+// The candidate with the fewest slips from `word`, of those with the fewest wrong letters, of those the first; nothing
+// when none is near. A slip is a letter too many, a letter missing, a wrong letter, or two neighbours in the wrong
+// order; large and small ASCII letters are the same. One slip is allowed, one more for each three bytes from the sixth
+// on, and fewer than the word has bytes.
 std::optional<std::string> nearest(std::string_view word, const std::vector<std::string>& candidates);
 
 }  // namespace triglub

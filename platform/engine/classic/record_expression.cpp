@@ -5,9 +5,9 @@
 
 namespace triglub {
 
-std::unique_ptr<RecordExpression> RecordExpression::compile(Dbptr db, std::string_view text, std::string* fault) {
-  const View* view = view_of(db);
-  if (view != nullptr) return RecordExpressionCompiler::compile(*view, text, fault);
+std::unique_ptr<RecordExpression> RecordExpression::compile(Dbptr view, std::string_view text, std::string* fault) {
+  const View* seen = view_of(view);
+  if (seen != nullptr) return RecordExpressionCompiler::compile(*seen, text, fault);
   if (fault != nullptr) *fault = "an expression needs a view to be compiled for: " + std::string(text);
   return nullptr;
 }

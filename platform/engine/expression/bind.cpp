@@ -109,7 +109,7 @@ class Binder {
     const std::span<const NodeIndex> arguments = tree_->arguments_of(*node);
     for (std::size_t i = 0; i < arguments.size(); ++i) expect_argument(*function, i, at(arguments[i]));
     if (function->form == Form::format) expect_format(at(arguments[0]), at(arguments[1]));
-    if (function->form == Form::over_records) expect_no_function_over_records(*node);
+    if (is_over_records(function->form)) expect_no_function_over_records(*node);
     node->function = function;
     node->kind = kind_of_call(*function, arguments);
   }
@@ -118,7 +118,7 @@ class Binder {
     if (function.form == Form::assumption) {
       return common_kind(at(arguments[0]), at(arguments[1]), "as argument 2 of assume as argument 1 is");
     }
-    if (function.form == Form::over_records && function.over_records != OverRecords::count) {
+    if (is_over_records(function.form) && function.form != Form::count) {
       return at(arguments[0]).kind;
     }
     const bool all_integers =
@@ -131,7 +131,7 @@ class Binder {
     const auto index = static_cast<std::size_t>(&call - tree_->nodes.data());
     for (std::size_t inside = index; inside > 0 && tree_->nodes[inside - 1].begin > call.begin; --inside) {
       const Node& node = tree_->nodes[inside - 1];
-      if (node.function == nullptr || node.function->form != Form::over_records) continue;
+      if (node.function == nullptr || !is_over_records(node.function->form)) continue;
       throw CompileError{node.begin, "expected no function over records within " + std::string(call.text)};
     }
   }

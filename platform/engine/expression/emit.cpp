@@ -210,14 +210,18 @@ void Emitter::emit_call(const Node& node) {
       return emit(arguments[0], Want::own);
     case Form::assumption:
       return emit_assumption(node);
-    case Form::over_records:
+    case Form::first:
+    case Form::earliest:
+    case Form::latest:
+    case Form::count:
       return emit_over_records(node);
     case Form::call:
+    case Form::call_on_nulls:
       break;
   }
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     emit(arguments[i], argument_wanted(node, i));
-    if (function.takes_nulls) add({.op = Op::null_to_empty}, 1, 1);
+    if (function.form == Form::call_on_nulls) add({.op = Op::null_to_empty}, 1, 1);
   }
   const bool on_integers = function.run_integers != nullptr && node.kind == Kind::integer;
   add({.op = Op::call,
@@ -252,7 +256,7 @@ void Emitter::emit_assumption(const Node& node) {
 void Emitter::emit_over_records(const Node& node) {
   const NodeIndex argument = tree_.arguments_of(node)[0];
   add({.op = Op::over_records, .part = static_cast<std::uint32_t>(program_.parts.size())}, 0, 1);
-  program_.parts.push_back({node.function->over_records, Emitter(tree_, nulls_).whole(argument)});
+  program_.parts.push_back({node.function->form, Emitter(tree_, nulls_).whole(argument)});
 }
 
 void Emitter::emit_format(const Node& node) {

@@ -52,6 +52,10 @@ Outcome compare_to_text(const Instruction& instruction, const Record& record, Va
 
 }  // namespace
 
+bool Evaluation::run(Value* result) {
+  return run_steps([this](const Instruction& instruction) { return step(instruction); }, result);
+}
+
 bool Evaluation::step(const Instruction& instruction) {
   switch (instruction.op) {
     case Op::constant:

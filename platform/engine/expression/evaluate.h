@@ -15,12 +15,10 @@ class Evaluation {
  public:
   // `scratch`: program.scratch_size texts; their memory is reused by later evaluations.
   Evaluation(const Program& program, const Record& record, std::string* scratch)
-      : program_(program), record_(record), stack_(program.stack_size), scratch_(scratch) {}
+      : program_(program), record_(record), scratch_(scratch), stack_(program.stack_size) {}
 
   // False when the evaluation fails.
-  bool run(Value* result) {
-    return run_steps([this](const Instruction& instruction) { return step(instruction); }, result);
-  }
+  bool run(Value* result);
 
  protected:
   // Goes through the program, by its jumps, and does step(instruction) with the others.
@@ -35,6 +33,7 @@ class Evaluation {
 
   const Program& program_;
   const Record& record_;
+  std::string* scratch_;
   SmallArray<Value, 16> stack_;
   std::size_t size_ = 0;
 
@@ -48,8 +47,6 @@ class Evaluation {
   bool format(const Instruction& instruction);
   bool format_any(const Instruction& instruction);
   bool put_scratch(const Instruction& instruction);
-
-  std::string* scratch_;
 };
 
 template <typename Step>

@@ -89,12 +89,12 @@ constexpr Function kFunctions[] = {
 // Where nulls propagate these come before the others.
 constexpr Function kNullableFunctions[] = {
     {"assume", "aa", Kind::text, Form::assumption, nullptr, nullptr},
-    {"concat", "s*", Kind::text, Form::call, concat, nullptr, OverRecords::first, true},
-    {"count", "a", Kind::integer, Form::over_records, nullptr, nullptr, OverRecords::count},
-    {"earliest", "a", Kind::text, Form::over_records, nullptr, nullptr, OverRecords::earliest},
-    {"first", "a", Kind::text, Form::over_records, nullptr, nullptr, OverRecords::first},
+    {"concat", "s*", Kind::text, Form::call_on_nulls, concat, nullptr},
+    {"count", "a", Kind::integer, Form::count, nullptr, nullptr},
+    {"earliest", "a", Kind::text, Form::earliest, nullptr, nullptr},
+    {"first", "a", Kind::text, Form::first, nullptr, nullptr},
     {"is_null", "a", Kind::integer, Form::null_test, nullptr, nullptr},
-    {"latest", "a", Kind::text, Form::over_records, nullptr, nullptr, OverRecords::latest},
+    {"latest", "a", Kind::text, Form::latest, nullptr, nullptr},
     {"xml", "t", Kind::text, Form::identity, nullptr, nullptr},
 };
 

@@ -36,23 +36,25 @@ enum class Form : std::uint8_t {
   null_test,   // asks the record, or its argument where nulls propagate
   format,      // checked as far as can be when compiled
   // Where nulls propagate:
-  identity,      // its argument
-  assumption,    // its second argument where the first is null
-  over_records,  // its argument at all records of an element
+  identity,       // its argument
+  assumption,     // its second argument where the first is null
+  call_on_nulls,  // runs an implementation; nulls are empty texts to it
+  // Of its argument at all records of an element.
+  first,
+  earliest,
+  latest,
+  count,
 };
 
-// What a function over records makes of the values.
-enum class OverRecords : std::uint8_t { first, earliest, latest, count };
+constexpr bool is_over_records(Form form) { return form >= Form::first; }
 
 struct Function {
   std::string_view name;
   std::string_view parameters;
   Kind result;
   Form form;
-  Implementation run;           // of Form::call
+  Implementation run;           // of calls
   Implementation run_integers;  // when all arguments are integers, with an integer for result; null: no difference
-  OverRecords over_records = OverRecords::first;  // of Form::over_records
-  bool takes_nulls = false;  // as empty texts; a null argument of any other function makes its result null
 
   bool is_open_ended() const { return parameters.ends_with('*'); }
   std::size_t least_arguments() const { return parameters.size() - is_open_ended(); }

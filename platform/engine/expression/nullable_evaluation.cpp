@@ -19,6 +19,10 @@ std::size_t operand_count(const Instruction& instruction) {
 
 }  // namespace
 
+bool NullableEvaluation::run(Value* result) {
+  return run_steps([this](const Instruction& instruction) { return step(instruction); }, result);
+}
+
 bool NullableEvaluation::step(const Instruction& instruction) {
   switch (instruction.op) {
     case Op::field_integer:

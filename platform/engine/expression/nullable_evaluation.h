@@ -28,9 +28,7 @@ class NullableEvaluation : private Evaluation {
       : Evaluation(program, record, scratch), surroundings_(surroundings) {}
 
   // False when the evaluation fails.
-  bool run(Value* result) {
-    return run_steps([this](const Instruction& instruction) { return step(instruction); }, result);
-  }
+  bool run(Value* result);
 
  private:
   bool step(const Instruction& instruction);

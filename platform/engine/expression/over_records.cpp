@@ -23,9 +23,9 @@ std::string_view bytes_of(Value* value, Kind kind) {
 
 bool FunctionOverRecords::evaluate(const Surroundings& surroundings, Value* result) {
   switch (program_.function) {
-    case OverRecords::first:
+    case Form::first:
       return argument_at(0, surroundings, result);
-    case OverRecords::count:
+    case Form::count:
       return count(surroundings, result);
     default:
       return extreme(surroundings, result);
@@ -46,7 +46,7 @@ bool FunctionOverRecords::extreme(const Surroundings& surroundings, Value* resul
     Value value;
     if (!argument_at(i, surroundings, &value)) return false;
     if (value.is_null()) {
-      if (program_.function == OverRecords::earliest) continue;
+      if (program_.function == Form::earliest) continue;
       best = value;
       break;
     }
@@ -58,7 +58,7 @@ bool FunctionOverRecords::extreme(const Surroundings& surroundings, Value* resul
 
 bool FunctionOverRecords::is_better(const Value& value, const Value& best) const {
   const Kind kind = program_.argument.result;
-  return program_.function == OverRecords::earliest ? is_below(value, best, kind) : is_below(best, value, kind);
+  return program_.function == Form::earliest ? is_below(value, best, kind) : is_below(best, value, kind);
 }
 
 // A text may stand where the next record's will.

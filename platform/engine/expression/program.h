@@ -99,7 +99,7 @@ struct Program {
 
 // A function over records and the program of its argument.
 struct ProgramOverRecords {
-  OverRecords function{};
+  Form function{};
   Program argument;
 };
 

@@ -22,7 +22,7 @@ TEST(Nearest, IsTheNameWithTheFewestSlips) {
   } cases[] = {
       {"lat", "lat"},
       {"LAT", "lat"},
-      {"lno", "lon"},    // two neighbours in the wrong order are one slip
+      {"lta", "lat"},    // two neighbours in the wrong order are one slip
       {"latt", "lat"},   // one too many
       {"elv", "elev"},   // one missing
       {"elef", "elev"},  // one wrong
@@ -43,6 +43,11 @@ TEST(Nearest, IsTheNameWithTheFewestSlips) {
 TEST(Nearest, IsTheFirstOfEquals) {
   EXPECT_EQ(nearest("bat", {"cat", "rat"}), "cat");
   EXPECT_EQ(nearest("bat", {"cats", "rat", "sat"}), "rat");
+}
+
+TEST(Nearest, HasRatherALetterOutOfPlaceThanAWrongOne) {
+  EXPECT_EQ(nearest("lta", {"sta", "lat"}), "lat");
+  EXPECT_EQ(nearest("cat", {"car", "cats", "at"}), "cats");
 }
 
 TEST(Nearest, OfNoCandidatesIsNothing) { EXPECT_EQ(nearest("lat", {}), std::nullopt); }

@@ -339,6 +339,7 @@ std::string_view name_of(int field) { return station_fields()[static_cast<std::s
 
 std::vector<std::string_view> names_of(const std::vector<int>& fields) {
   std::vector<std::string_view> names;
+  names.reserve(fields.size());
   for (const int field : fields) names.push_back(name_of(field));
   return names;
 }

@@ -1,9 +1,11 @@
 // Random expressions mean the same to the compiled form and to a plain evaluator.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <random>
 #include <string>
 
+#include "element.h"
 #include "reference.h"
 #include "station.h"
 #include "support/random_seed.h"
@@ -15,11 +17,13 @@ namespace {
 // more often than not, so that precedence decides.
 class Generator {
  public:
-  explicit Generator(std::uint64_t seed) : random_(seed) {}
+  explicit Generator(std::uint64_t seed, Nulls nulls = Nulls::as_values)
+      : random_(seed), has_nulls_(nulls == Nulls::propagate) {}
 
   std::string number(int depth) {
     if (one_in(60)) return text(depth - 1);
     if (depth <= 0) return leaf();
+    if (has_nulls_ && one_in(6)) return number_of_nullable_call(depth);
     switch (below(9)) {
       case 0:
         return leaf();
@@ -51,6 +55,7 @@ class Generator {
     if (depth <= 0 || one_in(3))
       return one_of({"sta", "chan", "code", "digits", "nothing", "place", "markup", "'AAK'", "'7'", "' 1.5 '", "'x'",
                      "'A'", "''"});
+    if (has_nulls_ && one_in(5)) return text_of_nullable_call(depth);
     switch (below(7)) {
       case 0:
         return "concat(" + text(depth - 1) + "," + (one_in(2) ? number(depth - 1) : text(depth - 1)) + ")";
@@ -85,6 +90,22 @@ class Generator {
                number(depth - 1) + ")";
     }
   }
+  std::string number_of_nullable_call(int depth) {
+    switch (below(4)) {
+      case 0:
+        return "count(" + (one_in(2) ? text(depth - 1) : number(depth - 1)) + ")";
+      case 1:
+        return "is_null(" + (one_in(2) ? text(depth - 1) : number(depth - 1)) + ")";
+      case 2:
+        return "assume(" + number(depth - 1) + "," + number(depth - 1) + ")";
+      default:
+        return one_of({"first(", "earliest(", "latest("}) + number(depth - 1) + ")";
+    }
+  }
+  std::string text_of_nullable_call(int depth) {
+    if (one_in(2)) return "assume(" + text(depth - 1) + "," + text(depth - 1) + ")";
+    return one_of({"first(", "earliest(", "latest("}) + text(depth - 1) + ")";
+  }
   // Most often near the ends of a short text.
   std::string position(int depth) {
     return one_in(4) ? number(depth - 2) : one_of({"0", "1", "2", "3", "5", "100", "-1"});
@@ -100,6 +121,7 @@ class Generator {
   }
 
   std::mt19937 random_;
+  bool has_nulls_;
 };
 
 TEST(RandomExpressions, MeanTheSameToAPlainEvaluator) {
@@ -126,6 +148,27 @@ TEST(RandomExpressions, MeanTheSameToAPlainEvaluator) {
   EXPECT_GT(values, 10000);
   EXPECT_GT(failures, 50);
   EXPECT_GT(refusals, 100);
+}
+
+TEST(RandomExpressions, MeanTheSameToAPlainEvaluatorWhereNullsPropagate) {
+  Generator generator(triglub_test::random_seed(), Nulls::propagate);
+  std::map<std::string, int> met;
+  for (int i = 0; i < 30000; ++i) {
+    const int depth = 1 + i % 5;
+    const std::string expression = generator.below(3) == 0 ? generator.text(depth) : generator.number(depth);
+    const auto record = static_cast<std::uint32_t>(i % 3);
+    const std::string expected = reference_text_in_element(expression, record);
+    if (expected == "refused") {
+      ASSERT_EQ(compile_nullable(expression), nullptr) << expression;
+    } else {
+      ASSERT_EQ(text_in_element(expression, record), expected) << expression << " at " << record;
+    }
+    ++met[expected == "refused" || expected == "null" || expected == "fails" ? expected : "value"];
+  }
+  EXPECT_GT(met["value"], 10000);
+  EXPECT_GT(met["null"], 1000);
+  EXPECT_GT(met["fails"], 50);
+  EXPECT_GT(met["refused"], 100);
 }
 
 // Pieces of expressions in any order: whatever comes, an answer and no crash.

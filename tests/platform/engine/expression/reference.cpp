@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "element.h"
 #include "station.h"
 
 namespace triglub::expression {
@@ -33,13 +34,21 @@ struct Part {
   std::int64_t integer = 0;
   double real = 0;
   std::string text;
-  std::optional<std::size_t> field;  // when it is that field and nothing else
+  std::optional<StationField> field;  // when it is that field and nothing else
+  bool is_null = false;               // where nulls propagate
 };
 
 Part failed(Type type) {
   Part part;
   part.type = type;
   part.fails = true;
+  return part;
+}
+
+Part null(Type type) {
+  Part part;
+  part.type = type;
+  part.is_null = true;
   return part;
 }
 
@@ -82,7 +91,8 @@ double number(const Part& part) {
 }
 
 std::string text(const Part& part) {
-  if (part.field) return std::string(station_fields()[*part.field].text);
+  if (part.is_null) return "";
+  if (part.field) return std::string(part.field->text);
   if (part.type == Type::text) return part.text;
   if (part.type == Type::integer) return std::to_string(part.integer);
   if (part.real == 0) return "0";
@@ -193,8 +203,29 @@ Part str(const Parts& arguments) { return of_text(text(arguments[0])); }
 
 Part is_null(const Parts& arguments) {
   if (!arguments[0].field) throw Refused();
-  return of_integer(station_fields()[*arguments[0].field].is_null ? 1 : 0);
+  return of_integer(arguments[0].field->is_null ? 1 : 0);
 }
+
+Part is_value_null(const Parts& arguments) { return of_integer(arguments[0].is_null ? 1 : 0); }
+
+// One of two values, of the kind that both have in common.
+Part one_of(const Part& a, const Part& b, bool is_first) {
+  if ((a.type == Type::text) != (b.type == Type::text)) throw Refused();
+  const Type type = a.type == b.type ? a.type : Type::real;
+  const Part& chosen = is_first ? a : b;
+  if (chosen.fails) return failed(type);
+  if (chosen.is_null) return null(type);
+  if (type == Type::text) return of_text(text(chosen));
+  return type == Type::integer ? of_integer(chosen.integer) : of_finite_or_not(number(chosen));
+}
+
+Part assume(const Parts& arguments) {
+  Part chosen = one_of(arguments[0], arguments[1], !arguments[0].is_null);
+  if (arguments[0].fails) chosen = failed(chosen.type);
+  return chosen;
+}
+
+Part identity(const Parts& arguments) { return of_text(need_text(arguments[0])); }
 
 Part number_of(const Part& part) { return part.type == Type::text ? read(part.text) : part; }
 
@@ -280,17 +311,103 @@ const std::map<std::string, Function>& functions() {
   return all;
 }
 
-Part called(const std::string& name, const Parts& arguments) {
-  const auto found = functions().find(name);
-  if (found == functions().end()) throw Refused();
-  const Function& function = found->second;
+// Those of other meaning where nulls propagate, or that are only there.
+const std::map<std::string, Function>& nullable_functions() {
+  static const std::map<std::string, Function> all = {
+      {"assume", {2, assume}}, {"concat", {0, concat}}, {"is_null", {1, is_value_null}}, {"xml", {1, identity}}};
+  return all;
+}
+
+Part value_of(const Function& function, const Parts& arguments) {
   if (function.arguments != 0 && function.arguments != arguments.size()) throw Refused();
   return function.value(arguments);
 }
 
+bool does_one_fail(const Parts& parts) {
+  return std::any_of(parts.begin(), parts.end(), [](const Part& part) { return part.fails; });
+}
+
+bool is_one_null(const Parts& parts) {
+  return std::any_of(parts.begin(), parts.end(), [](const Part& part) { return part.is_null; });
+}
+
+Part called(const std::string& name, const Parts& arguments) {
+  const auto found = functions().find(name);
+  if (found == functions().end()) throw Refused();
+  const Part result = value_of(found->second, arguments);
+  if (does_one_fail(arguments)) return failed(result.type);
+  return is_one_null(arguments) ? null(result.type) : result;
+}
+
+Part called_with_nulls(const std::string& name, const Parts& arguments) {
+  const auto found = nullable_functions().find(name);
+  if (found == nullable_functions().end()) return called(name, arguments);
+  Part result = value_of(found->second, arguments);
+  if (name == "assume") return result;
+  if (does_one_fail(arguments)) return failed(result.type);
+  return name == "xml" && is_one_null(arguments) ? null(result.type) : result;
+}
+
+bool is_over_records(const std::string& name) {
+  return name == "first" || name == "earliest" || name == "latest" || name == "count";
+}
+
+bool is_less(const Part& a, const Part& b) {
+  if (a.type == Type::text) return a.text < b.text;
+  return a.type == Type::integer ? a.integer < b.integer : a.real < b.real;
+}
+
+Part counted(Parts values) {
+  if (does_one_fail(values)) return failed(Type::integer);
+  values.erase(std::remove_if(values.begin(), values.end(), [](const Part& part) { return part.is_null; }),
+               values.end());
+  std::sort(values.begin(), values.end(), is_less);
+  const auto end =
+      std::unique(values.begin(), values.end(), [](const Part& a, const Part& b) { return !is_less(a, b); });
+  return of_integer(end - values.begin());
+}
+
+// Nulls are skipped.
+Part earliest(Parts values) {
+  if (does_one_fail(values)) return failed(values[0].type);
+  std::stable_sort(values.begin(), values.end(), [](const Part& a, const Part& b) {
+    return a.is_null || b.is_null ? b.is_null && !a.is_null : is_less(a, b);
+  });
+  return values[0];
+}
+
+// Nothing behind a null is looked at.
+Part latest(const Parts& values) {
+  Part best = values[0];
+  for (const Part& value : values) {
+    if (value.fails || value.is_null) return value;
+    if (is_less(best, value)) best = value;
+  }
+  return best;
+}
+
+// The values are those at the records of an element.
+Part called_over_records(const std::string& name, const Parts& values) {
+  if (name == "count") return counted(values);
+  Part result = name == "first" ? values[0] : name == "earliest" ? earliest(values) : latest(values);
+  result.field.reset();
+  return result;
+}
+
+// Where an expression is evaluated.
+struct Place {
+  bool has_nulls = false;        // at the station with nulls as values, or in the element with nulls as nulls
+  std::uint32_t record = 0;      // of the element
+  bool is_over_records = false;  // within the argument of a function over records
+
+  StationField field(std::size_t number) const {
+    return has_nulls ? field_of_element(record, number) : station_fields()[number];
+  }
+};
+
 class Reader {
  public:
-  explicit Reader(const std::string& text) : text_(text) {}
+  Reader(const std::string& text, const Place& place, std::size_t at = 0) : text_(text), place_(place), at_(at) {}
 
   Part whole() {
     Part part = conditional();
@@ -320,7 +437,7 @@ class Reader {
     if (!take(symbol)) throw Refused();
   }
 
-  static bool truth(const Part& part) { return number(part) != 0; }
+  static bool truth(const Part& part) { return number(part) != 0 && !part.is_null; }
 
   Part conditional() {
     Part condition = disjunction();
@@ -329,12 +446,8 @@ class Reader {
     Part yes = conditional();
     need(":");
     Part no = conditional();
-    if ((yes.type == Type::text) != (no.type == Type::text)) throw Refused();
-    const Type type = yes.type == no.type ? yes.type : Type::real;
-    Part chosen = holds ? yes : no;
-    if (condition.fails || chosen.fails) return failed(type);
-    if (type == Type::text) return of_text(text(chosen));
-    return type == Type::integer ? of_integer(chosen.integer) : of_finite_or_not(number(chosen));
+    const Part chosen = one_of(yes, no, holds);
+    return condition.fails ? failed(chosen.type) : chosen;
   }
 
   Part disjunction() {
@@ -370,8 +483,9 @@ class Reader {
       if (end == std::string::npos) throw Refused();
       const std::regex& pattern = regex(text_.substr(at_, end - at_));
       at_ = end + 1;
-      left = left.fails ? failed(Type::integer)
-                        : of_integer(std::regex_match(trimmed_copy(text(left)), pattern) == wanted ? 1 : 0);
+      left = left.fails     ? failed(Type::integer)
+             : left.is_null ? null(Type::integer)
+                            : of_integer(std::regex_match(trimmed_copy(text(left)), pattern) == wanted ? 1 : 0);
     }
     return left;
   }
@@ -392,6 +506,7 @@ class Reader {
 
   static Part compared(const Part& a, const Part& b, const std::string& symbol) {
     if (a.fails || b.fails) return failed(Type::integer);
+    if (a.is_null || b.is_null) return null(Type::integer);
     const std::optional<int> is = order(a, b);
     if (!is) return of_integer(symbol == "!=" ? 1 : 0);
     const bool holds = symbol == "<"    ? *is < 0
@@ -453,6 +568,7 @@ class Reader {
     const double y = number(b);
     const bool integers = a.type == Type::integer && b.type == Type::integer && symbol != '/';
     if (a.fails || b.fails) return failed(integers ? Type::integer : Type::real);
+    if (a.is_null || b.is_null) return null(integers ? Type::integer : Type::real);
     if (integers) {
       const Wide i = a.integer;
       const Wide j = b.integer;
@@ -472,6 +588,7 @@ class Reader {
       Part part = prefix();
       number(part);
       if (part.fails) return failed(part.type);
+      if (part.is_null) return null(part.type);
       return part.type == Type::integer ? of_wide(-static_cast<Wide>(part.integer)) : of_finite_or_not(-part.real);
     }
     if (take("!")) {
@@ -518,41 +635,63 @@ class Reader {
     if (take("(")) return call(name);
     const auto field = StationNames().find(name);
     if (!field) throw Refused();
-    const StationField& value = station_fields()[static_cast<std::size_t>(field->id)];
+    const StationField value = place_.field(static_cast<std::size_t>(field->id));
     Part part;
     part.type = value.kind == Kind::text ? Type::text : value.kind == Kind::real ? Type::real : Type::integer;
     part.integer = value.integer;
     part.real = value.real;
     part.text = value.text;
-    part.field = static_cast<std::size_t>(field->id);
+    part.field = value;
+    part.is_null = place_.has_nulls && value.is_null;
     return part;
   }
 
   Part call(const std::string& name) {
+    if (place_.has_nulls && is_over_records(name)) return call_over_records(name);
     Parts arguments;
     if (!see(")")) {
       do arguments.push_back(conditional());
       while (take(","));
     }
     need(")");
-    const Part result = called(name, arguments);
-    const bool fails = std::any_of(arguments.begin(), arguments.end(), [](const Part& part) { return part.fails; });
-    return fails ? failed(result.type) : result;
+    return place_.has_nulls ? called_with_nulls(name, arguments) : called(name, arguments);
+  }
+
+  // Reads the argument once for each record.
+  Part call_over_records(const std::string& name) {
+    if (place_.is_over_records) throw Refused();
+    Parts values;
+    std::size_t end = at_;
+    for (const std::uint32_t record : {0U, 1U, 2U}) {
+      Reader reader(text_, {true, record, true}, at_);
+      values.push_back(reader.conditional());
+      end = reader.at_;
+    }
+    at_ = end;
+    need(")");
+    return called_over_records(name, values);
   }
 
   const std::string& text_;
-  std::size_t at_ = 0;
+  Place place_;
+  std::size_t at_;
 };
 
-}  // namespace
-
-std::string reference_text(const std::string& expression) {
+std::string text_at_place(const std::string& expression, const Place& place) {
   try {
-    const Part part = Reader(expression).whole();
-    return part.fails ? "fails" : text(part);
+    const Part part = Reader(expression, place).whole();
+    return part.fails ? "fails" : part.is_null ? "null" : text(part);
   } catch (const Refused&) {
     return "refused";
   }
+}
+
+}  // namespace
+
+std::string reference_text(const std::string& expression) { return text_at_place(expression, {}); }
+
+std::string reference_text_in_element(const std::string& expression, std::uint32_t record) {
+  return text_at_place(expression, {.has_nulls = true, .record = record});
 }
 
 }  // namespace triglub::expression

@@ -4,6 +4,7 @@
 #ifndef TRIGLUB_TESTS_EXPRESSION_REFERENCE_H
 #define TRIGLUB_TESTS_EXPRESSION_REFERENCE_H
 
+#include <cstdint>
 #include <string>
 
 namespace triglub::expression {
@@ -11,6 +12,9 @@ namespace triglub::expression {
 // The value of an expression at the station as text; "fails" when it has none, "refused" when the text is no
 // expression.
 std::string reference_text(const std::string& expression);
+
+// The same at a record of the element, where nulls propagate; "null" for one.
+std::string reference_text_in_element(const std::string& expression, std::uint32_t record);
 
 }  // namespace triglub::expression
 
