@@ -44,6 +44,7 @@ std::optional<LineType> line_type(std::string_view keyword) {
 
 std::vector<std::string> line_type_keywords() {
   std::vector<std::string> words;
+  words.reserve(kKeywords.size());
   for (const Keyword& keyword : kKeywords) words.emplace_back(keyword.word);
   return words;
 }
