@@ -108,11 +108,8 @@ std::uint32_t RecordMaker::station_epoch_of(std::uint32_t site) {
   const auto [entry, is_new] =
       station_epochs_.try_emplace(site, static_cast<std::uint32_t>(records_.station_epochs.size()));
   if (!is_new) return entry->second;
-  const StationPlace* place = places_.of_site(site);
-  // A place that no instant is left of for the station as a whole is as long as what is there.
-  const StationEpoch made =
-      place == nullptr ? StationEpoch{{kFuture, kPast}, 0} : StationEpoch{place->span, place->channels};
-  records_.station_epochs.push_back(made);
+  const StationPlace& place = places_.of_site(site);
+  records_.station_epochs.push_back({place.span, place.channels});
   return entry->second;
 }
 
@@ -128,6 +125,7 @@ void RecordMaker::begin_network(const PublishedStation& station) {
     ++network.stations;
   }
   for (const StationPlace& place : places_.of(station.station)) {
+    if (!place.span.holds_ever()) continue;
     network.span.include(place.span);
     network.has_span = true;
   }

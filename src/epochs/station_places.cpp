@@ -66,20 +66,18 @@ void StationPlaces::find_places(std::uint32_t station, KeyCursor* sites, ToldLis
   HeldRows rows;
   sites->visit(first_key_of(station), [&](std::uint32_t row) { rows.push_back(tables_.site.held(row)); });
   if (rows.size() > 1) meet(station, &rows);
-  std::erase_if(rows, [&](const HeldRow& row) {
+  for (const HeldRow& row : rows) {
+    place_of_site_[row.row] = static_cast<std::uint32_t>(places_.size());
+    places_.push_back({row.row, row.span});
     if (!row.span.holds_ever()) told->push_back({Remark::never_site, row.row});
-    return !row.span.holds_ever();
-  });
+  }
+  std::erase_if(rows, [](const HeldRow& row) { return !row.span.holds_ever(); });
   std::sort(rows.begin(), rows.end());
   find_contradictions(rows, [&](const HeldRow& earlier, const HeldRow& later) {
     told->push_back({Remark::clash_site, earlier.row, later.row});
   });
   std::vector<Stretch> stretches;
   if (!rows.empty()) find_stretches(rows, &stretches);
-  for (const HeldRow& row : rows) {
-    place_of_site_[row.row] = static_cast<std::uint32_t>(places_.size());
-    places_.push_back({row.row, row.span});
-  }
   for (const Stretch& stretch : stretches) places_[place_of_site_[stretch.row]].stands = true;
 }
 
@@ -95,7 +93,6 @@ void StationPlaces::count_channels() {
   std::vector<ChannelKey> latest(places_.size(), kNoChannel);
   for (const Epoch& epoch : epochs_.epochs) {
     const std::uint32_t place = place_of_site_[epoch.site];
-    if (place == kAbsent) continue;
     const ChannelKey key = order_.sitechan.key_of_row(epoch.sitechan);
     if (latest[place] == key) continue;
     latest[place] = key;
@@ -111,8 +108,6 @@ std::span<const Epoch> StationPlaces::epochs_of(std::uint32_t station) const {
   return std::span(epochs_.epochs).subspan(first_epoch_[station], first_epoch_[station + 1] - first_epoch_[station]);
 }
 
-const StationPlace* StationPlaces::of_site(std::uint32_t site) const {
-  return place_of_site_[site] == kAbsent ? nullptr : &places_[place_of_site_[site]];
-}
+const StationPlace& StationPlaces::of_site(std::uint32_t site) const { return places_[place_of_site_[site]]; }
 
 }  // namespace triglub

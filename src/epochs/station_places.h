@@ -24,12 +24,12 @@ class StationPlaces {
   // Contradictions are added to *told. All arguments must outlive it.
   StationPlaces(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs, ToldList* told);
 
-  // Those of a station that hold at some instant, by time.
+  // Those of a station.
   std::span<const StationPlace> of(std::uint32_t station) const;
   // The epochs of a station's channels, by channel and time.
   std::span<const Epoch> epochs_of(std::uint32_t station) const;
-  // The place that a row of site is; null for one that never holds.
-  const StationPlace* of_site(std::uint32_t site) const;
+  // The place that a row of site is. REQUIRES: it has a station.
+  const StationPlace& of_site(std::uint32_t site) const;
 
  private:
   void find_places(std::uint32_t station, KeyCursor* sites, ToldList* told);

@@ -67,11 +67,13 @@ class ViewMaker {
     check_dates();
     epochs_ = channel_epochs(tables_);
     add_channels();
-    if (!any_names(request_.conditions, is_of_channels)) add_places_without_channels();
+    add_places_without_channels();
     const auto is_not_network = [](Table table) { return table != NETWORK; };
     if (request_.level == Level::network && !any_names(request_.conditions, is_not_network)) add_unused_networks();
+    const bool are_places_wanted = !any_names(request_.conditions, is_of_channels);
     for (const Draft& draft : drafts_) {
-      if (is_chosen(draft, request_.conditions)) chosen_.push_back(draft);
+      const bool is_place = draft.epoch == nullptr && draft.rows[SNETSTA] != nullptr;
+      if ((are_places_wanted || !is_place) && is_chosen(draft, request_.conditions)) chosen_.push_back(draft);
     }
     for (Draft& draft : chosen_) add_station_and_network(draft);
     std::sort(chosen_.begin(), chosen_.end(), [&](const Draft& a, const Draft& b) { return is_before(a, b); });
