@@ -78,7 +78,7 @@ CLI::App* add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Raw
 // The first option of the line that there is not, without its value; empty when there is none.
 std::string unknown_option(const std::vector<std::string>& arguments, const std::vector<std::string>& known) {
   for (const std::string& argument : arguments) {
-    const std::string option = argument.substr(0, argument.find('='));
+    std::string option = argument.substr(0, argument.find('='));
     if (option.starts_with("--") && std::find(known.begin(), known.end(), option) == known.end()) return option;
   }
   return "";

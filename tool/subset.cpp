@@ -65,7 +65,11 @@ Subset::Subset(Conditions conditions) : conditions_(std::move(conditions)), arra
   std::string key;
   for (auto condition = conditions_.begin(); condition != conditions_.end(); ++condition) {
     const bool is_further = condition != conditions_.begin() && std::prev(condition)->first == condition->first;
-    key = is_further ? key + " " : condition->first;
+    if (is_further) {
+      key += ' ';
+    } else {
+      key = condition->first;
+    }
     setarr(array_, key.c_str(), condition->second.data());
   }
 }

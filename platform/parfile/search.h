@@ -8,8 +8,8 @@
 
 namespace triglub::parfile {
 
-// The folders that data files are looked for in: those of TRIGLUB_PFPATH, then triglub's own, which is found from where the
-// library is.
+// The folders that data files are looked for in: those of TRIGLUB_PFPATH, then triglub's own, which is found from where
+// the library is.
 std::vector<std::string> data_folders();
 
 // The paths to try for a name, the first one first.

@@ -16,6 +16,14 @@ namespace triglub {
 // was, when the text is no date, has one that the calendar has not, or anything around it.
 bool read_date_text(std::string_view text, double* seconds);
 
+// A quick look: true for every text that read_date_text takes, false for nearly every number.
+constexpr bool may_be_date_text(std::string_view text) {
+  const auto has = [text](std::size_t at, std::string_view marks) {
+    return at < text.size() && marks.find(text[at]) != std::string_view::npos;
+  };
+  return has(2, "-") || has(4, "-/") || has(8, "T \t");
+}
+
 }  // namespace triglub
 
 #endif

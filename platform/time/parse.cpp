@@ -1,4 +1,5 @@
 // Text to epoch seconds: each form is tried in turn on the trimmed text; the first one that fits it whole counts.
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <initializer_list>
@@ -210,13 +211,12 @@ std::optional<double> time_in(std::string_view text) {
 }  // namespace
 
 bool triglub::read_date_text(std::string_view text, double* seconds) {
-  for (const auto form : {mixed_form, compact_form, load_date_form, month_name_form}) {
-    if (const std::optional<double> time = form(Scanner(text))) {
-      *seconds = *time;
-      return true;
-    }
-  }
-  return false;
+  constexpr std::array kForms = {mixed_form, compact_form, load_date_form, month_name_form};
+  return std::any_of(kForms.begin(), kForms.end(), [&](auto form) {
+    const std::optional<double> time = form(Scanner(text));
+    if (time) *seconds = *time;
+    return time.has_value();
+  });
 }
 
 int is_epoch_string(const char* text, double* seconds) {

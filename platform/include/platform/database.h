@@ -104,7 +104,8 @@ inline constexpr std::size_t MAX_VALUE_BYTES = 1023;
 
 // The value at the handle's field and record as text, trimmed, into `buffer`, which needs room for 1024 bytes (longer
 // values are cut to MAX_VALUE_BYTES, never inside a character). Null: the schema's null text; else a flat file's own
-// digits, and for a time that stands there as a date its epoch seconds as the schema writes them. 0, or dbINVALID (no complaint, buffer untouched) when the handle names no value.
+// digits, and for a time that stands there as a date its epoch seconds as the schema writes them. 0, or dbINVALID (no
+// complaint, buffer untouched) when the handle names no value.
 TRIGLUB_API int dbget(Dbptr db, char* buffer);
 
 // Reads fields of the current record: pairs of field name and address, ended by a null name. Text goes into a char

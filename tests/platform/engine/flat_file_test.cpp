@@ -300,15 +300,16 @@ TEST(FlatFile, ReadsTimesThatStandAsDates) {
 
 TEST(FlatFile, TellsRunsOfTimesApartByTheirTexts) {
   std::string bytes;
-  for (const char* time : {"1970-01-02", "70-01-02 00:00:00", "86400.00000", "86400.0", "1970/01/02", ""}) {
+  for (const char* time :
+       {"1970-01-02", "70-01-02 00:00:00", "86400.00000", "86400.0", "1970/01/02", "86.4e3", "1e-2", ""}) {
     bytes += flat_row("sensor", {{"time", time}}) + "\n";
   }
   const OneFile file("sensor", bytes);
   std::vector<triglub::TextRun> runs;
-  triglub::text_runs(dblookup(file.table(), nullptr, nullptr, "time", nullptr), 0, 6, &runs);
+  triglub::text_runs(dblookup(file.table(), nullptr, nullptr, "time", nullptr), 0, 8, &runs);
   Texts texts;
   for (const triglub::TextRun& run : runs) texts.emplace_back(run.text);
-  EXPECT_THAT(texts, ElementsAre("86400.00000", "86400.0", "86400.00000", "-9999999999.99900"));
+  EXPECT_THAT(texts, ElementsAre("86400.00000", "86400.0", "86400.00000", "86.4e3", "1e-2", "-9999999999.99900"));
 }
 
 TEST(FlatFile, TakesLoadDatesThatAreNoneForNullAndTellsOnce) {

@@ -43,6 +43,7 @@ TEST(DateText, IsReadInEveryForm) {
     double time = 0.5;
     EXPECT_TRUE(read_date_text(c.text, &time)) << c.text;
     EXPECT_EQ(time, c.time) << c.text;
+    EXPECT_TRUE(triglub::may_be_date_text(c.text)) << c.text;
   }
 }
 
@@ -54,6 +55,12 @@ TEST(DateText, KnowsEveryMonthByItsName) {
     double time = 0.5;
     EXPECT_TRUE(read_date_text(texts[month], &time));
     EXPECT_EQ(time, days[month] * 86400.0) << texts[month];
+  }
+}
+
+TEST(DateText, IsNotExpectedInPlainNumbers) {
+  for (const char* text : {"", "-1", "1393804800", "-9999999999.99900", " 946684800.00000", "20140303", "17e8"}) {
+    EXPECT_FALSE(triglub::may_be_date_text(text)) << text;
   }
 }
 

@@ -8,6 +8,7 @@
 #include "base/number.h"
 #include "engine/table/table.h"
 #include "platform/text.h"
+#include "time/date_text.h"
 
 namespace triglub {
 
@@ -24,7 +25,7 @@ std::string_view FileDigits::cell(std::size_t field, std::uint32_t row) const {
 
 bool FileDigits::is_date_text(std::size_t field, std::string_view cell) const {
   double number = 0.0;
-  return schema_.fields[field].type == FieldType::time && !parse_real(cell, &number);
+  return may_be_date_text(cell) && schema_.fields[field].type == FieldType::time && !parse_real(cell, &number);
 }
 
 std::string_view FileDigits::text(const Table& table, std::size_t field, std::uint32_t row) const {
