@@ -62,7 +62,7 @@ Pf* parameters() {
     // The document's root asks for a second parameter file by its name alone.
     setenv("TRIGLUB_PFPATH", kDataFolder, 1);
     Pf* read = nullptr;
-    if (pfread("stationxml", &read) != 0) throw std::runtime_error("stationxml.pf cannot be read");
+    if (pfread("stationxml-edition1", &read) != 0) throw std::runtime_error("stationxml-edition1.pf cannot be read");
     return read;
   }();
   return pf;

@@ -27,7 +27,7 @@ std::string library_document(const Case& c) {
   Dbptr db;
   Pf* pf = nullptr;
   EXPECT_EQ(dbopen(c.database, "r", &db), 0);
-  EXPECT_EQ(pfread("stationxml", &pf), 0);
+  EXPECT_EQ(pfread("stationxml-edition1", &pf), 0);
   rbtree* subset = newarr(nullptr);
   const std::string pattern = "/" + std::string(c.network) + "/";
   setarr(subset, "snetsta.snet", pattern.c_str());
@@ -40,8 +40,8 @@ std::string library_document(const Case& c) {
 }
 
 std::string command_document(const Case& c) {
-  return triglub_test::run_shell("$TRIGLUB convert --subset snetsta.snet=" + std::string(c.network) + " " + c.database +
-                                 " 2>/dev/null")
+  return triglub_test::run_shell("$TRIGLUB convert -p stationxml-edition1 --subset snetsta.snet=" +
+                                 std::string(c.network) + " " + c.database + " 2>/dev/null")
       .output;
 }
 

@@ -38,7 +38,8 @@ TEST(StandardOutput, ThatIsFullIsAFatalReport) {
 }
 
 TEST(Verbosity, TracesTheStepsOfTheMasterView) {
-  const std::string line = "$TRIGLUB convert --level network --subset snetsta.snet=XA " + EXAMPLE + " 2>&1 >/dev/null";
+  const std::string line = "$TRIGLUB convert -p stationxml-edition1 --level network --subset snetsta.snet=XA " +
+                           EXAMPLE + " 2>&1 >/dev/null";
   EXPECT_EQ(run_shell(line).output, "");
   const std::string traced = run_shell("V=-v; " + line + " -v").output;
   EXPECT_NE(traced.find("triglub: debug: dbprocess: dbjoin -o stage: "), std::string::npos);
@@ -48,7 +49,7 @@ TEST(Verbosity, TracesTheStepsOfTheMasterView) {
 
 TEST(SourceDateEpoch, StandsForTheTimeOfWriting) {
   const auto outcome = run_shell("$TRIGLUB convert --level network " + EXAMPLE);
-  EXPECT_NE(outcome.output.find("<Created>2023-11-14T22:13:20</Created>"), std::string::npos);
+  EXPECT_NE(outcome.output.find("<Created>2023-11-14T22:13:20Z</Created>"), std::string::npos);
 }
 
 // The command of the build tree, as whoever has just built it calls it.
