@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "platform/elog.h"
+#include "platform/text.h"
 #include "tool/convert.h"
 #include "tool/slips.h"
 #include "tool/tree.h"
@@ -100,8 +101,8 @@ void suggest_line(const CLI::App& app, const CLI::App& convert, const std::vecto
     return;
   }
   const std::vector<std::string> known = option_names(convert.parsed() ? convert : app);
-  const std::string meant = triglub::tool::nearest(unknown_option(arguments, known), known);
-  if (!meant.empty()) return elog_notify(0, "did you mean %s?", meant.c_str());
+  const auto meant = triglub::nearest(unknown_option(arguments, known), known);
+  if (meant) return elog_notify(0, "did you mean %s?", meant->c_str());
   if (!convert.parsed()) return;
   // All files of a database, say, as a shell lists them; the subcommand stands before them.
   const auto word = std::find_if(arguments.begin() + 1, arguments.end(),

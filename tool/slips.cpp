@@ -1,8 +1,7 @@
-// Words are compared by the number of letters to change; databases are looked for where the text leads.
+// Databases are looked for where the text leads.
 #include "tool/slips.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "base/characters.h"
 #include "platform/elog.h"
@@ -12,23 +11,7 @@ namespace triglub::tool {
 
 namespace {
 
-constexpr std::size_t kMaxEdits = 2;
 constexpr const char* kConvert = "triglub convert";
-
-// The letters to put in, leave out or change. Only the row of the table that is worked on is kept.
-std::size_t edits_between(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> edits(b.size() + 1);
-  std::iota(edits.begin(), edits.end(), 0);
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = edits[0]++;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t changed = diagonal + (to_lower(a[i]) == to_lower(b[j]) ? 0 : 1);
-      diagonal = edits[j + 1];
-      edits[j + 1] = std::min({changed, edits[j] + 1, edits[j + 1] + 1});
-    }
-  }
-  return edits.back();
-}
 
 std::string joined(const std::vector<std::string>& words, const char* separator) {
   std::string text;
@@ -52,18 +35,6 @@ std::string line_for(const std::string& database) { return std::string(kConvert)
 bool is_database(const std::string& word) { return !databases_meant_by(word).empty(); }
 
 }  // namespace
-
-std::string nearest(std::string_view word, const std::vector<std::string>& known) {
-  std::string best;
-  std::size_t least = std::min(kMaxEdits, word.size() / 2) + 1;
-  for (const std::string& candidate : known) {
-    const std::size_t edits = edits_between(word, candidate);
-    if (edits >= least) continue;
-    least = edits;
-    best = candidate;
-  }
-  return best;
-}
 
 void suggest_database(const std::string& source) {
   const std::vector<std::string> names = databases_meant_by(source);

@@ -10,10 +10,6 @@
 
 namespace triglub::tool {
 
-// The known word that is nearest to this one: at most two letters of it are others, missing, or too many, large letters
-// being no others. Empty when none is that near.
-std::string nearest(std::string_view word, const std::vector<std::string>& known);
-
 // Tells the line to type for a source that could not be opened, if there is one to be guessed.
 void suggest_database(const std::string& source);
 

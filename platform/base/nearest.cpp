@@ -1,5 +1,5 @@
 // The restricted edit distance, row by row: only the two rows above are ever looked at.
-#include "base/nearest.h"
+#include "platform/text.h"
 
 #include <algorithm>
 #include <cstddef>

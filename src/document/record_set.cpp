@@ -14,7 +14,8 @@ TableMask mask_of(const std::vector<std::size_t>& tables) {
   return mask;
 }
 
-RecordSet::RecordSet(Dbptr view, std::size_t tables) : view_(view), size_(0) {
+RecordSet::RecordSet(Dbptr view, std::size_t tables, std::size_t sources)
+    : view_(view), size_(0), sources_(sources) {
   for (std::size_t table = 0; table < tables; ++table) rows_.push_back(rows_of(view, table));
   size_ = static_cast<std::uint32_t>(rows_.front().size());
 }
@@ -48,13 +49,12 @@ bool RecordSet::are_same(TableMask tables, std::uint32_t a, std::uint32_t b) con
 }
 
 std::string RecordSet::place(std::uint32_t record, TableMask tables) const {
-  for (TableMask rest = tables; rest != 0; rest &= rest - 1) {
-    const std::string place = row_place(view_, static_cast<std::size_t>(std::countr_zero(rest)), record);
-    if (!place.empty() && place.find(' ') == std::string::npos) return place;
-  }
-  for (std::size_t table = 0; table < rows_.size(); ++table) {
-    const std::string place = row_place(view_, table, record);
-    if (!place.empty()) return place;
+  const TableMask of_sources = mask_of(sources_) - 1;
+  for (const TableMask wanted : {tables & of_sources, of_sources}) {
+    for (TableMask rest = wanted; rest != 0; rest &= rest - 1) {
+      const std::string place = row_place(view_, static_cast<std::size_t>(std::countr_zero(rest)), record);
+      if (!place.empty()) return place;
+    }
   }
   return "";
 }

@@ -21,8 +21,8 @@ TableMask mask_of(const std::vector<std::size_t>& tables);
 // The rows behind the records of one view. Does not change: threads may share it.
 class RecordSet {
  public:
-  // `tables`: how many tables the view has, at most 32.
-  RecordSet(Dbptr view, std::size_t tables);
+  // `tables`: how many tables the view has, at most 32; `sources`: how many of them, the first, a source has.
+  RecordSet(Dbptr view, std::size_t tables, std::size_t sources);
 
   Dbptr view() const { return view_; }
   std::uint32_t size() const { return size_; }
@@ -30,8 +30,7 @@ class RecordSet {
   TableMask constant_tables(TableMask tables, const RecordList& records) const;
   // Whether two records have the same rows of the tables.
   bool are_same(TableMask tables, std::uint32_t a, std::uint32_t b) const;
-  // Where the row of a table behind a record is, for messages; of the first table that has one, sitechan before the
-  // others, where it is absent.
+  // Where the row of one of the tables behind a record is, for messages; of the first table of all where none has one.
   std::string place(std::uint32_t record, TableMask tables) const;
 
  private:
@@ -39,6 +38,7 @@ class RecordSet {
 
   Dbptr view_;
   std::uint32_t size_;
+  std::size_t sources_;
   std::vector<std::span<const std::uint32_t>> rows_;  // by table
 };
 

@@ -63,7 +63,7 @@ struct EpochDocument::Inside {
         calibration(open_table(db, "calibration")),
         files(stage),
         view(make_view(db, conditions, level)),
-        records(view, kRecordTables),
+        records(view, kRecordTables, kEpoch),
         stages(stage, calibration, files) {}
 
   Dbptr make_view(Dbptr db, rbtree* conditions, DetailLevel level) {

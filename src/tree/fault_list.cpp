@@ -1,7 +1,7 @@
 // Faults are found in the order in which groups lead to each other, and told in the order of the file.
 #include "tree/fault_list.h"
 
-#include "base/nearest.h"
+#include "platform/text.h"
 #include "base/words.h"
 
 namespace triglub {

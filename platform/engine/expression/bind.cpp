@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "base/nearest.h"
+#include "platform/text.h"
 #include "engine/expression/fault.h"
 #include "engine/expression/format.h"
 #include "engine/expression/functions.h"

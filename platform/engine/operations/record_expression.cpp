@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/nearest.h"
+#include "platform/text.h"
 #include "engine/expression/nullable_expression.h"
 #include "engine/expression/numbers.h"
 #include "engine/view/view_record.h"

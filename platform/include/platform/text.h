@@ -3,8 +3,10 @@
 #define TRIGLUB_PLATFORM_TEXT_H
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/export.h"
 
@@ -30,6 +32,12 @@ TRIGLUB_API std::string_view utf8_prefix(std::string_view text, std::size_t n);
 
 // The view without white space at both ends.
 TRIGLUB_API std::string_view trimmed(std::string_view text);
+
+// For "did you mean" in messages. The candidate with the fewest slips from `word`, of those with the fewest wrong
+// letters, of those the first; nothing when none is near. A slip is a letter too many, a letter missing, a wrong
+// letter, or two neighbours in the wrong order; large and small ASCII letters are the same. One slip is allowed, one
+// more for each three bytes from the sixth on, and fewer than the word has bytes.
+TRIGLUB_API std::optional<std::string> nearest(std::string_view word, const std::vector<std::string>& candidates);
 
 }  // namespace triglub
 

@@ -1,5 +1,5 @@
 // The name that was likely meant.
-#include "base/nearest.h"
+#include "platform/text.h"
 
 #include <gtest/gtest.h>
 
