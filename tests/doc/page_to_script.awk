@@ -9,6 +9,10 @@ function named_in(sentence,    words) {
   return words
 }
 
+function side_in(sentence) {
+  return sentence ~ / before `/ ? "before" : "behind"
+}
+
 function call(what, text) {
   printf "%s <<'END_OF_BLOCK'\n%sEND_OF_BLOCK\n", what, text
 }
@@ -37,7 +41,7 @@ function call_commands(    lines, n, i, command, output) {
 is_inside && /^```$/ {
   is_inside = 0
   if (kind == "console") call_commands()
-  if (kind == "pf") call("write_to" named_in(sentence), block)
+  if (kind == "pf") call("write_to " side_in(sentence) named_in(sentence), block)
   if (kind == "xml" || kind == "text") call("find_in" named_in(sentence), block)
   next
 }
