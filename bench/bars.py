@@ -38,6 +38,7 @@ class Bars:
             self.loading,
             self.one_station,
             self.against_cat,
+            self.both_editions,
         ]
 
     # --- subjects ----------------------------------------------------------------------------------------------------
@@ -225,3 +226,29 @@ class Bars:
             rate = size / runs.best.wall / MB
             self.report.row(f"triglub, level response, {words}", runs, f"{rate:.0f} MB/s")
             self.report.at_least(f"  as a share of the pipe, {words}", None, rate / pipe_rate, 0.5)
+
+    # --- g. ----------------------------------------------------------------------------------------------------------
+
+    def both_editions(self):
+        self.report.heading("g. edition 2 beside edition 1, in turns")
+        many, chains = self.many_networks(self.sizes[-1]), self.with_chains()
+        station = f"snetsta.fsta={many.middle_station()}"
+        for database, level, jobs, subset, words in (
+            (many, "station", 1, None, "level station, one job"),
+            (many, "channel", 1, None, "level channel, one job"),
+            (many, "channel", 2, None, "level channel, two jobs"),
+            (self.one_network(self.sizes[-1]), "channel", 1, None, "level channel, one network"),
+            (many, "channel", 1, station, "level channel, one station"),
+            (chains, "response", 1, None, "level response, one job"),
+            (chains, "response", 2, None, "level response, two jobs"),
+        ):
+            self.compare_editions(database, level, jobs, subset, words)
+
+    def compare_editions(self, database, level, jobs, subset, words):
+        commands = [
+            self.subjects.convert(database.prefix, level, jobs, subset, parameters)
+            for parameters in ("stationxml-edition1", "stationxml")
+        ]
+        first, second = self.subjects.measure_in_turns(commands)
+        self.report.row(f"{words}, edition 1", first)
+        self.report.at_most(f"{words}, edition 2", second, second.best.wall / first.best.wall, 1)

@@ -76,9 +76,11 @@ class Subjects:
 
     # --- commands ----------------------------------------------------------------------------------------------------
 
-    def convert(self, source, level, jobs=1, subset=None):
-        """`jobs` None leaves their number to the command."""
+    def convert(self, source, level, jobs=1, subset=None, parameters=None):
+        """`jobs` None leaves their number to the command, `parameters` None the parameter file."""
         command = [self.command, "convert", "--level", level]
+        if parameters is not None:
+            command += ["--parameters", parameters]
         if jobs is not None:
             command += ["--jobs", str(jobs)]
         if subset is not None:

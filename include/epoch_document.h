@@ -12,6 +12,7 @@
 #define TRIGLUB_EPOCH_DOCUMENT_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -37,8 +38,9 @@ class TRIGLUB_API EpochDocument {
 
   // What there is to tell, of the records and of all that was written so far by write() and split().
   const Findings& findings() const;
-  // Whether any record is chosen.
-  bool has_records() const;
+  // How many records are chosen.
+  std::uint32_t record_count() const;
+  bool has_records() const { return record_count() > 0; }
 
   // Writes the document, without an XML declaration; false when nothing was written: no records, or something required
   // is missing for all of them.

@@ -7,6 +7,7 @@
 
 #include "dbhelper.h"
 #include "station_views.h"
+#include "tool/late_conditions.h"
 
 namespace triglub::tool {
 
@@ -35,7 +36,10 @@ Dbptr join_what_there_is(const Request& request, Dbptr rows) {
   const Dbptr joined = with_station_tables(with_network, Partners::optional, false);
   release_view(coded);
   release_view(with_network);
-  return joined;
+  if (request.late_conditions.empty()) return joined;
+  const Dbptr whole = joined_with_stages(joined);
+  release_view(joined);
+  return meeting(whole, request.late_conditions);
 }
 
 std::string reason_for(std::size_t missing, Dbptr db) {

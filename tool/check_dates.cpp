@@ -35,7 +35,7 @@ std::unordered_set<std::uint32_t> rows_without_date(Dbptr table, const char* fie
 
 void tell(Dbptr row, const char* table, const char* field, Gaps* gaps) {
   gaps->fault(row_place(row) + ": field " + table + "." + field + ": expected a date (yyyyddd), found '" +
-                  db_fieldlookup(row, field) + "'");
+              db_fieldlookup(row, field) + "'");
 }
 
 void check_table(Dbptr everything, const char* table, Gaps* gaps) {

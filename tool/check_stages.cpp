@@ -57,8 +57,8 @@ class StageCheck {
     const auto cannot_stand = [](std::string_view unit) { return unit.find_first_of("&<") != std::string_view::npos; };
     for (const std::uint32_t record : records_with_text(db_setfield(view_, field), cannot_stand)) {
       view_.record = record;
-      gaps_.fault(row_place(stage_row(record)) + ": field " + field + ": the unit '" +
-                      db_fieldlookup(view_, field) + "' cannot stand in XML, expected no & and no <");
+      gaps_.fault(row_place(stage_row(record)) + ": field " + field + ": the unit '" + db_fieldlookup(view_, field) +
+                  "' cannot stand in XML, expected no & and no <");
     }
   }
 

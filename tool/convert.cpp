@@ -12,6 +12,7 @@
 #include "tool/check_tree.h"
 #include "tool/convert_epochs.h"
 #include "tool/gaps.h"
+#include "tool/late_conditions.h"
 #include "tool/messages.h"
 #include "tool/networks.h"
 #include "tool/output.h"
@@ -69,6 +70,7 @@ int run(const ConvertOptions& options) {
   if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
   request.conditions = options.conditions;
+  request.late_conditions = take_late_conditions(request.db, &request.conditions);
   request.flags = flags_for(options.level, options.verbosity);
   const Dbptr everything = master_view(request);
   const Gaps gaps = look_for_gaps(request, options.level, everything);

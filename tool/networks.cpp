@@ -11,6 +11,7 @@
 #include "dbhelper.h"
 #include "platform/elog.h"
 #include "station_views.h"
+#include "tool/late_conditions.h"
 #include "tool/messages.h"
 #include "tool/workers.h"
 
@@ -184,7 +185,8 @@ std::optional<std::vector<ViewMaker>> network_views(const Request& request, cons
 
 Dbptr master_view(const Request& request) {
   Subset subset(request.conditions);
-  return request.conversion->prepare(request.db, request.pf, subset.array(), request.flags);
+  const Dbptr view = request.conversion->prepare(request.db, request.pf, subset.array(), request.flags);
+  return meeting(view, request.late_conditions);
 }
 
 void write_document(Output& output, const Request& request, Dbptr everything, unsigned int jobs) {

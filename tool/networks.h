@@ -23,6 +23,7 @@ struct Request {
   Dbptr db;
   Pf* pf = nullptr;
   Conditions conditions;
+  Conditions late_conditions{};  // of tables that only the master view has
   unsigned int flags = 0;
 };
 

@@ -114,7 +114,7 @@ EpochDocument::~EpochDocument() {
 
 const Findings& EpochDocument::findings() const { return inside_->findings; }
 
-bool EpochDocument::has_records() const { return inside_->records.size() > 0; }
+std::uint32_t EpochDocument::record_count() const { return inside_->records.size(); }
 
 bool EpochDocument::write(std::ostream& out) {
   if (!has_records()) return false;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/threads.h"
+#include "epochs/station_choice.h"
 
 namespace triglub {
 
@@ -62,8 +63,8 @@ class ChannelReader {
 };
 
 // The channels that begin at these places of sitechan.
-void sweep_part(const StationTables& tables, const ChannelOrder& order, std::uint32_t begin, std::uint32_t end,
-                EpochList* list) {
+void sweep_part(const StationTables& tables, const ChannelOrder& order, const StationSet& stations, std::uint32_t begin,
+                std::uint32_t end, EpochList* list) {
   const auto begins = [&](std::uint32_t place) {
     return place == 0 || order.sitechan.key(place - 1) != order.sitechan.key(place);
   };
@@ -73,7 +74,7 @@ void sweep_part(const StationTables& tables, const ChannelOrder& order, std::uin
   ChannelSweep sweep(tables);
   ChannelRows rows;
   for (std::uint32_t place = begin; place < end && order.sitechan.key(place) != kNoChannel; ++place) {
-    if (!begins(place)) continue;
+    if (!begins(place) || !stations.has(station_of(order.sitechan.key(place)))) continue;
     reader.read(order.sitechan.key(place), &rows);
     sweep.sweep(&rows, list);
   }
@@ -105,11 +106,12 @@ ChannelOrder::ChannelOrder(const StationTables& tables)
       calibration(tables.calibration.row_count(), RowKeys(tables.calibration.columns(), stations, channels)),
       stage(tables.stage.row_count(), RowKeys(tables.stage.columns(), stations, channels)) {}
 
-EpochList find_epochs(const StationTables& tables, const ChannelOrder& order) {
+EpochList find_epochs(const StationTables& tables, const ChannelOrder& order, const StationSet& stations) {
   const Chunks chunks(0, order.sitechan.size());
   std::vector<EpochList> parts(chunks.size());
-  run_side_by_side(chunks.size(),
-                   [&](std::size_t i) { sweep_part(tables, order, chunks.begin(i), chunks.end(i), &parts[i]); });
+  run_side_by_side(chunks.size(), [&](std::size_t i) {
+    sweep_part(tables, order, stations, chunks.begin(i), chunks.end(i), &parts[i]);
+  });
   EpochList all = std::move(parts.front());
   for (std::size_t i = 1; i < parts.size(); ++i) append(std::move(parts[i]), &all);
   return all;

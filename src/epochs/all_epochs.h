@@ -24,8 +24,11 @@ struct ChannelOrder {
 inline std::uint32_t station_of(ChannelKey key) { return static_cast<std::uint32_t>(key >> 32); }
 inline ChannelKey first_key_of(std::uint32_t station) { return ChannelKey{station} << 32; }
 
-// By station, channel and time. Worked out by as many threads as set_threads allows; the same for any number.
-EpochList find_epochs(const StationTables& tables, const ChannelOrder& order);
+class StationSet;
+
+// Those of the stations, by station, channel and time. Worked out by as many threads as set_threads allows; the same
+// for any number.
+EpochList find_epochs(const StationTables& tables, const ChannelOrder& order, const StationSet& stations);
 
 }  // namespace triglub
 

@@ -52,9 +52,7 @@ KeyedRows::KeyedRows(std::uint32_t row_count, RowKeys keys) : keys_(std::move(ke
   for (const auto& [key, row] : pairs) order_.push_back(row);
 }
 
-std::uint32_t KeyedRows::find(ChannelKey key) const {
-  std::uint32_t begin = 0;
-  std::uint32_t end = size_;
+std::uint32_t KeyedRows::find_between(std::uint32_t begin, std::uint32_t end, ChannelKey key) const {
   while (begin < end) {
     const std::uint32_t middle = begin + (end - begin) / 2;
     if (this->key(middle) < key) {
@@ -64,6 +62,18 @@ std::uint32_t KeyedRows::find(ChannelKey key) const {
     }
   }
   return begin;
+}
+
+// In steps that double until they are beyond the key.
+std::uint32_t KeyedRows::find_from(std::uint32_t place, ChannelKey key) const {
+  std::uint32_t step = 1;
+  while (place < size_ && this->key(place) < key) {
+    const std::uint32_t next = step < size_ - place ? place + step : size_;
+    if (next == size_ || this->key(next) >= key) return find_between(place + 1, next, key);
+    place = next;
+    step *= 2;
+  }
+  return place;
 }
 
 }  // namespace triglub

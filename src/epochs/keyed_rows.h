@@ -62,10 +62,13 @@ class KeyedRows {
   std::uint32_t row(std::uint32_t place) const { return order_.empty() ? place : order_[place]; }
   ChannelKey key(std::uint32_t place) const { return keys_[row(place)]; }
   ChannelKey key_of_row(std::uint32_t row) const { return keys_[row]; }
-  // The first place with that key or one behind it.
-  std::uint32_t find(ChannelKey key) const;
+  // The first place with that key or one behind it; the second looks from a place on, and is fast where it is near.
+  std::uint32_t find(ChannelKey key) const { return find_between(0, size_, key); }
+  std::uint32_t find_from(std::uint32_t place, ChannelKey key) const;
 
  private:
+  std::uint32_t find_between(std::uint32_t begin, std::uint32_t end, ChannelKey key) const;
+
   RowKeys keys_;
   std::uint32_t size_;
   std::vector<std::uint32_t> order_;  // empty where the table is in order, as most are
@@ -80,7 +83,7 @@ class KeyCursor {
   // visit(row) for each row of the key. REQUIRES: keys are asked for in ascending order.
   template <typename Visit>
   void visit(ChannelKey key, const Visit& visit) {
-    while (place_ < rows_->size() && rows_->key(place_) < key) ++place_;
+    place_ = rows_->find_from(place_, key);
     while (place_ < rows_->size() && rows_->key(place_) == key) visit(rows_->row(place_++));
   }
 

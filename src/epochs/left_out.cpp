@@ -15,26 +15,38 @@ namespace triglub {
 
 namespace {
 
-void note_strays(const KeyedRows& rows, const ChannelOrder& order, Remark remark, ToldList* told) {
-  ChannelKey known = kNoChannel;
-  bool is_known = false;
+// visit(place, key) for the rows of the stations of `data`, and those that are of none.
+template <typename Visit>
+void visit_rows(const StationData& data, const KeyedRows& rows, const Visit& visit) {
   for (std::uint32_t place = 0; place < rows.size(); ++place) {
     const ChannelKey key = rows.key(place);
-    if (place == 0 || key != known) {
-      known = key;
-      const std::uint32_t found = order.sitechan.find(key);
-      is_known = key != kNoChannel && found < order.sitechan.size() && order.sitechan.key(found) == key;
+    if (key == kNoChannel || data.stations.has(station_of(key))) {
+      visit(place, key);
+    } else {
+      place = rows.find_from(place, first_key_of(station_of(key) + 1)) - 1;
+    }
+  }
+}
+
+void note_strays(const StationData& data, const KeyedRows& rows, Remark remark, ToldList* told) {
+  KeyCursor channels(data.order.sitechan, 0);
+  ChannelKey latest = kNoChannel;
+  bool is_known = false;
+  visit_rows(data, rows, [&](std::uint32_t place, ChannelKey key) {
+    if (key != latest) {
+      latest = key;
+      is_known = false;
+      channels.visit(key, [&](std::uint32_t) { is_known = key != kNoChannel; });
     }
     if (!is_known) told->push_back({remark, rows.row(place)});
-  }
+  });
 }
 
 void note_unpublished(StationData* data) {
   std::vector<bool> is_published(data->order.stations.size(), false);
   for (const PublishedStation& station : data->partners.published()) is_published[station.station] = true;
   const auto note = [&](const KeyedRows& rows, bool are_channels) {
-    for (std::uint32_t place = 0; place < rows.size(); ++place) {
-      const ChannelKey key = rows.key(place);
+    visit_rows(*data, rows, [&](std::uint32_t place, ChannelKey key) {
       const std::uint32_t row = rows.row(place);
       if (key == kNoChannel) {
         if (are_channels) data->told.push_back({Remark::left_out_no_station, row, kAbsent, row});
@@ -42,7 +54,7 @@ void note_unpublished(StationData* data) {
         data->told.push_back(are_channels ? Told{Remark::left_out_no_network, row, kAbsent, row}
                                           : Told{Remark::site_without_network, row});
       }
-    }
+    });
   };
   note(data->order.sitechan, true);
   note(data->order.site, false);
@@ -79,7 +91,8 @@ struct Chosen {
 RecordRows records_of_told(const StationData& data) {
   RecordRows rows;
   std::unordered_set<std::uint32_t> done;
-  ChannelCodes codes(data.tables, data.order);
+  std::vector<std::vector<const PublishedStation*>> published(data.order.stations.size());
+  for (const PublishedStation& station : data.partners.published()) published[station.station].push_back(&station);
   std::array<std::uint32_t, kRecordTables> record{};
   for (const Told& told : data.told) {
     if (told.sitechan == kAbsent || !done.insert(told.sitechan).second) continue;
@@ -88,10 +101,9 @@ RecordRows records_of_told(const StationData& data) {
     for (std::size_t t = 0; t < record.size(); ++t) rows.rows[t].push_back(record[t]);
     const ChannelKey key = data.order.sitechan.key_of_row(told.sitechan);
     if (key == kNoChannel) continue;
-    for (const PublishedStation& station : data.partners.published()) {
-      if (station.station != station_of(key)) continue;
-      record[kSnetsta] = station.snetsta;
-      record[kNetwork] = station.network;
+    for (const PublishedStation* station : published[station_of(key)]) {
+      record[kSnetsta] = station->snetsta;
+      record[kNetwork] = station->network;
       for (std::size_t t = 0; t < record.size(); ++t) rows.rows[t].push_back(record[t]);
     }
   }
@@ -130,13 +142,13 @@ void tell(const StationData& data, const Told& told, Findings* findings) {
 
 void note_left_out(StationData* data) {
   note_unpublished(data);
-  note_strays(data->order.sensor, data->order, Remark::stray_sensor, &data->told);
-  note_strays(data->order.calibration, data->order, Remark::stray_calibration, &data->told);
-  note_strays(data->order.stage, data->order, Remark::stray_stage, &data->told);
+  note_strays(*data, data->order.sensor, Remark::stray_sensor, &data->told);
+  note_strays(*data, data->order.calibration, Remark::stray_calibration, &data->told);
+  note_strays(*data, data->order.stage, Remark::stray_stage, &data->told);
 }
 
-void tell(const StationData& data, rbtree* conditions, const RecordRows& chosen, Findings* findings) {
-  if (cntarr(conditions) == 0) {
+void tell(const StationData& data, const Conditions& conditions, const RecordRows& chosen, Findings* findings) {
+  if (conditions.is_empty()) {
     for (const Told& told : data.told) tell(data, told, findings);
     return;
   }

@@ -4,7 +4,6 @@
 
 #include "epochs/station_data.h"
 #include "findings.h"
-#include "platform/containers.h"
 
 namespace triglub {
 
@@ -13,7 +12,7 @@ void note_left_out(StationData* data);
 
 // Tells all that data.told has; with conditions, what is about channels and stations of the chosen records, and rows of
 // sitechan that are left out but would be among them.
-void tell(const StationData& data, rbtree* conditions, const RecordRows& chosen, Findings* findings);
+void tell(const StationData& data, const Conditions& conditions, const RecordRows& chosen, Findings* findings);
 
 }  // namespace triglub
 

@@ -30,6 +30,7 @@ class Partners {
   // By network code, station code and station, each in the order of texts.
   const std::vector<PublishedStation>& published() const { return published_; }
   const TextNumbers& nets() const { return nets_; }
+  std::uint32_t snetsta_rows() const { return tables_.snetsta.row_count(); }
   // Rows of network that count, in the order of their codes, with the numbers of those.
   const std::vector<std::pair<std::uint32_t, std::uint32_t>>& networks() const { return networks_; }
   // kAbsent where there is none.

@@ -28,6 +28,9 @@ Dbptr make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings)
 // The same view without any record, for those who need its names. Throws FatalFailure where a table refuses to load.
 Dbptr make_empty_record_view(Dbptr db);
 
+// The view of records of which no epoch, station at a place or network is known.
+Dbptr make_record_view_without_epochs(Dbptr db, RecordRows rows);
+
 }  // namespace triglub
 
 #endif

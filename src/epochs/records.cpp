@@ -9,6 +9,8 @@
 #include <tuple>
 #include <vector>
 
+#include "epochs/station_data.h"
+
 namespace triglub {
 
 namespace {
@@ -23,9 +25,8 @@ constexpr Row nothing() {
 
 class RecordMaker {
  public:
-  RecordMaker(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs,
-              const StationPlaces& places, const Partners& partners, Records* records)
-      : tables_(tables), order_(order), epochs_(epochs), places_(places), partners_(partners), records_(*records) {}
+  RecordMaker(const StationData& data, Records* records)
+      : data_(data), epochs_(data.epochs), places_(data.places), partners_(data.partners), records_(*records) {}
 
   void make(const std::vector<std::uint32_t>& codes);
   void make_empty_networks();
@@ -46,8 +47,7 @@ class RecordMaker {
   std::uint32_t station_epoch_of(std::uint32_t site);
   std::int64_t first_day_of(std::uint32_t site) const;
 
-  const StationTables& tables_;
-  const ChannelOrder& order_;
+  const StationData& data_;
   const EpochList& epochs_;
   const StationPlaces& places_;
   const Partners& partners_;
@@ -62,12 +62,13 @@ class RecordMaker {
 
 // Null comes first.
 std::int64_t RecordMaker::first_day_of(std::uint32_t site) const {
-  const std::int64_t day = tables_.site.first_day(site);
-  return day == tables_.site.null_day() ? std::numeric_limits<std::int64_t>::min() : day;
+  const std::int64_t day = data_.tables.site.first_day(site);
+  return day == data_.tables.site.null_day() ? std::numeric_limits<std::int64_t>::min() : day;
 }
 
 void RecordMaker::find_items(std::uint32_t station) {
   items_.clear();
+  if (!data_.stations.has(station)) return;
   const std::span<const Epoch> epochs = places_.epochs_of(station);
   for (const StationPlace& place : places_.of(station)) {
     if (place.stands && place.channels == 0) items_.push_back({first_day_of(place.site), false, place.site});
@@ -120,7 +121,9 @@ void RecordMaker::begin_network(const PublishedStation& station) {
     records_.network_epochs.push_back({{kFuture, kPast}, false, 0});
   }
   NetworkEpoch& network = records_.network_epochs.back();
-  if (!items_.empty() && station.code != code_) {
+  const bool has_records =
+      !items_.empty() || (!data_.stations.has(station.station) && places_.any_stands(station.station));
+  if (has_records && station.code != code_) {
     code_ = station.code;
     ++network.stations;
   }
@@ -176,23 +179,22 @@ void RecordMaker::make_empty_networks() {
   }
 }
 
-std::vector<std::uint32_t> codes_of(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs,
-                                    ToldList* told) {
-  ChannelCodes codes(tables, order);
+std::vector<std::uint32_t> codes_of(StationData& data) {
+  ChannelCodes codes(data.tables, data.order);
   std::vector<std::uint32_t> rows;
-  rows.reserve(epochs.epochs.size());
-  for (const Epoch& epoch : epochs.epochs)
-    rows.push_back(codes.row_of(order.sitechan.key_of_row(epoch.sitechan), told));
+  rows.reserve(data.epochs.epochs.size());
+  for (const Epoch& epoch : data.epochs.epochs) {
+    rows.push_back(codes.row_of(data.order.sitechan.key_of_row(epoch.sitechan), &data.told));
+  }
   return rows;
 }
 
 }  // namespace
 
-Records make_records(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs,
-                     const StationPlaces& places, const Partners& partners, bool with_empty_networks, ToldList* told) {
+Records make_records(StationData& data, bool with_empty_networks) {
   Records records;
-  RecordMaker maker(tables, order, epochs, places, partners, &records);
-  maker.make(codes_of(tables, order, epochs, told));
+  RecordMaker maker(data, &records);
+  maker.make(codes_of(data));
   if (with_empty_networks) maker.make_empty_networks();
   return records;
 }

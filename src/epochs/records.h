@@ -6,9 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "epochs/all_epochs.h"
-#include "epochs/partners.h"
-#include "epochs/station_places.h"
+#include "epochs/channel_sweep.h"
 
 namespace triglub {
 
@@ -58,10 +56,11 @@ struct Records {
   std::vector<NetworkEpoch> network_epochs;
 };
 
-// All records of a database, in the order in which documents are written. Networks without stations come last, where
-// they are wanted at all.
-Records make_records(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs,
-                     const StationPlaces& places, const Partners& partners, bool with_empty_networks, ToldList* told);
+struct StationData;
+
+// All records of the stations of `data`, in the order in which documents are written. Networks without stations come
+// last, where they are wanted at all. Contradictions are added to data.told.
+Records make_records(StationData& data, bool with_empty_networks);
 
 // Widens the spans of stations and networks to hold the epochs of their records.
 void widen(const EpochList& epochs, Records* records);

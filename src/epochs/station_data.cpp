@@ -67,15 +67,25 @@ std::vector<ViewPart> table_parts(Dbptr db) {
 
 }  // namespace
 
-StationData::StationData(Dbptr db, bool with_empty_networks)
+StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks)
     : db(db),
       tables(db),
       order(tables),
-      epochs(find_epochs(tables, order)),
-      told(std::move(epochs.told)),
-      places(tables, order, epochs, &told),
       partners(tables, order, &told),
-      records(make_records(tables, order, epochs, places, partners, with_empty_networks, &told)) {}
+      places(tables, order, &told),
+      stations(possible_stations(db, tables, order, partners, conditions)) {
+  if (!stations.are_all()) {
+    for (std::uint32_t station = 0; station < order.stations.size(); ++station) {
+      if (places.need_epochs_of(station)) stations.add(station);
+    }
+  }
+  epochs = find_epochs(tables, order, stations);
+  told.insert(told.end(), epochs.told.begin(), epochs.told.end());
+  epochs.told = {};
+  places.take(epochs);
+  records = make_records(*this, with_empty_networks);
+  epochs.stages = {};  // millions of numbers, which the records have by now
+}
 
 Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& spans) {
   std::vector<ViewPart> parts = table_parts(data.db);
@@ -86,12 +96,15 @@ Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& s
   return put_together(data.db, std::move(parts), kOperation);
 }
 
-Dbptr make_empty_record_view(Dbptr db) {
+Dbptr make_record_view_without_epochs(Dbptr db, RecordRows rows) {
   std::vector<ViewPart> parts = table_parts(db);
+  for (std::size_t t = 0; t < parts.size(); ++t) parts[t].rows = std::move(rows.rows[t]);
   parts[kEpoch].columns = epoch_columns({});
   parts[kStationEpoch].columns = station_columns({});
   parts[kNetworkEpoch].columns = network_columns({});
   return put_together(db, std::move(parts), kOperation);
 }
+
+Dbptr make_empty_record_view(Dbptr db) { return make_record_view_without_epochs(db, {}); }
 
 }  // namespace triglub

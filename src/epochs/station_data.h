@@ -3,8 +3,10 @@
 #define TRIGLUB_SRC_EPOCHS_STATION_DATA_H
 
 #include "epochs/all_epochs.h"
+#include "epochs/conditions.h"
 #include "epochs/partners.h"
 #include "epochs/records.h"
+#include "epochs/station_choice.h"
 #include "epochs/station_places.h"
 #include "epochs/station_tables.h"
 #include "epochs/told.h"
@@ -12,18 +14,19 @@
 namespace triglub {
 
 struct StationData {
-  // Throws as StationTables.
-  StationData(Dbptr db, bool with_empty_networks);
+  // Of the stations that the conditions can choose from; networks are whole all the same. Throws as StationTables.
+  StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks);
   StationData(const StationData&) = delete;
   StationData& operator=(const StationData&) = delete;
 
   Dbptr db;
   StationTables tables;
   ChannelOrder order;
-  EpochList epochs;
   ToldList told;
-  StationPlaces places;
   Partners partners;
+  StationPlaces places;
+  StationSet stations;
+  EpochList epochs;
   Records records;
 };
 

@@ -28,17 +28,25 @@ class EarliestBorders final : public DayBorders {
 
 }  // namespace
 
-StationPlaces::StationPlaces(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs,
-                             ToldList* told)
-    : tables_(tables), order_(order), epochs_(epochs), place_of_site_(tables.site.row_count(), kAbsent) {
+StationPlaces::StationPlaces(const StationTables& tables, const ChannelOrder& order, ToldList* told)
+    : tables_(tables), order_(order), place_of_site_(tables.site.row_count(), kAbsent) {
   KeyCursor sites(order.site, 0);
   for (std::uint32_t station = 0; station < order.stations.size(); ++station) {
     first_place_.push_back(static_cast<std::uint32_t>(places_.size()));
     find_places(station, &sites, told);
   }
   first_place_.push_back(static_cast<std::uint32_t>(places_.size()));
+}
+
+void StationPlaces::take(const EpochList& epochs) {
+  epochs_ = &epochs;
   find_epochs();
   count_channels();
+}
+
+bool StationPlaces::any_stands(std::uint32_t station) const {
+  const std::span<const StationPlace> places = of(station);
+  return std::any_of(places.begin(), places.end(), [](const StationPlace& place) { return place.stands; });
 }
 
 // Cuts rows that meet on a day at the earliest border that a channel of the station has there.
@@ -83,7 +91,7 @@ void StationPlaces::find_places(std::uint32_t station, KeyCursor* sites, ToldLis
 
 void StationPlaces::find_epochs() {
   first_epoch_.assign(order_.stations.size() + 1, 0);
-  for (const Epoch& epoch : epochs_.epochs) {
+  for (const Epoch& epoch : epochs_->epochs) {
     ++first_epoch_[station_of(order_.sitechan.key_of_row(epoch.sitechan)) + 1];
   }
   for (std::size_t i = 1; i < first_epoch_.size(); ++i) first_epoch_[i] += first_epoch_[i - 1];
@@ -91,7 +99,7 @@ void StationPlaces::find_epochs() {
 
 void StationPlaces::count_channels() {
   std::vector<ChannelKey> latest(places_.size(), kNoChannel);
-  for (const Epoch& epoch : epochs_.epochs) {
+  for (const Epoch& epoch : epochs_->epochs) {
     const std::uint32_t place = place_of_site_[epoch.site];
     const ChannelKey key = order_.sitechan.key_of_row(epoch.sitechan);
     if (latest[place] == key) continue;
@@ -105,7 +113,7 @@ std::span<const StationPlace> StationPlaces::of(std::uint32_t station) const {
 }
 
 std::span<const Epoch> StationPlaces::epochs_of(std::uint32_t station) const {
-  return std::span(epochs_.epochs).subspan(first_epoch_[station], first_epoch_[station + 1] - first_epoch_[station]);
+  return std::span(epochs_->epochs).subspan(first_epoch_[station], first_epoch_[station + 1] - first_epoch_[station]);
 }
 
 const StationPlace& StationPlaces::of_site(std::uint32_t site) const { return places_[place_of_site_[site]]; }

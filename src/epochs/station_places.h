@@ -21,8 +21,14 @@ struct StationPlace {
 
 class StationPlaces {
  public:
-  // Contradictions are added to *told. All arguments must outlive it.
-  StationPlaces(const StationTables& tables, const ChannelOrder& order, const EpochList& epochs, ToldList* told);
+  // Contradictions are added to *told. The other arguments must outlive it.
+  StationPlaces(const StationTables& tables, const ChannelOrder& order, ToldList* told);
+
+  // Counts the channels of the places, and files epochs, which must stay.
+  void take(const EpochList& epochs);
+  bool any_stands(std::uint32_t station) const;
+  // Whether nothing but its epochs tells if a station has any: it has rows, of which none stands for it as a whole.
+  bool need_epochs_of(std::uint32_t station) const { return !of(station).empty() && !any_stands(station); }
 
   // Those of a station.
   std::span<const StationPlace> of(std::uint32_t station) const;
@@ -39,7 +45,7 @@ class StationPlaces {
 
   const StationTables& tables_;
   const ChannelOrder& order_;
-  const EpochList& epochs_;
+  const EpochList* epochs_ = nullptr;
   std::vector<StationPlace> places_;
   std::vector<std::uint32_t> first_place_;  // by station, and one entry more
   std::vector<std::uint32_t> first_epoch_;  // likewise

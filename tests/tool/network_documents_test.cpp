@@ -77,7 +77,9 @@ INSTANTIATE_TEST_SUITE_P(RealStations, NetworkDocument,
                          name_of);
 
 TEST(AllNetworks, StandInsideOneRootElement) {
-  const std::string all = triglub_test::run_shell("$TRIGLUB convert " + std::string(kExample) + " 2>/dev/null").output;
+  const std::string all =
+      triglub_test::run_shell("$TRIGLUB convert -p stationxml-edition1 " + std::string(kExample) + " 2>/dev/null")
+          .output;
   std::string expected = kDeclaration;
   const std::string end = " </FDSNStationXML>\n";
   for (const char* network : {"9K", "XA", "XB", "XC"}) {
