@@ -29,6 +29,7 @@ struct PlannedLine {
   bool is_code = false;              // that FDSN has rules for
   // Of the element being written.
   const std::string* text = nullptr;  // null for what is no attribute and no leaf
+  bool has_written = false;           // of others: whether anything stands by it
   std::string count;
   RecordGroups groups;
 };

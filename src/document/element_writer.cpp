@@ -81,30 +81,33 @@ std::size_t ElementWriter::child_depth(const Element& element) const {
   return element.depth + (element.plan.group->is_transparent ? 0 : 1);
 }
 
-void ElementWriter::settle(Element* element) {
-  if (!element->is_unsettled || element->missing > 0 || (element->is_optional && !element->holds)) return;
-  element->is_unsettled = false;
-  --unsettled_;
+// What stands below an element makes it stand too, and lets the text go that waited for it.
+void ElementWriter::make_certain(Element* element) {
+  const bool needs_content = element->is_optional || element->plan.group->is_transparent;
+  if (element->is_certain || element->missing > 0 || (needs_content && !element->holds)) return;
+  element->is_certain = true;
+  if (element->is_unsettled) --unsettled_;
+  if (element->parent != nullptr) note_child(element->parent, *element->line);
 }
 
-void ElementWriter::note_written(Element* element, const PlannedLine& line, bool is_first) {
+void ElementWriter::note_child(Element* element, PlannedLine& line) {
   element->holds = true;
-  if (is_first && line.line->is_required && !names_element(line.line->type)) --element->missing;
-  settle(element);
-  hand_on();
+  if (!line.has_written && line.line->is_required && !names_element(line.line->type)) --element->missing;
+  line.has_written = true;
+  make_certain(element);
 }
 
-void ElementWriter::write_leaf(Element* element, const PlannedLine& line) {
+void ElementWriter::write_leaf(Element* element, PlannedLine& line) {
   if (line.text->empty() && line.line->is_optional) return;
   text_.append(child_depth(*element), ' ');
   text_.append(line.head).append(*line.text).append(line.tail);
-  note_written(element, line, true);
+  note_child(element, line);
 }
 
-void ElementWriter::write_stage(Element* element, const PlannedLine& line) {
+void ElementWriter::write_stage(Element* element, PlannedLine& line) {
   const std::size_t before = text_.size();
   stages_.append(element->records[0], child_depth(*element), &text_);
-  if (text_.size() > before) note_written(element, line, true);
+  if (text_.size() > before) note_child(element, line);
 }
 
 void ElementWriter::write_groups(Element* element, PlannedLine& line) {
@@ -114,16 +117,14 @@ void ElementWriter::write_groups(Element* element, PlannedLine& line) {
   } else {
     line.groups.lists.assign(1, element->records);
   }
-  bool is_first = true;
   for (const RecordList& records : line.groups.lists) {
-    if (!write_element(*line.child, records, element->constant, child_depth(*element), line.line->is_optional))
-      continue;
-    note_written(element, line, is_first);
-    is_first = false;
+    write_element(*line.child, records, element, &line);
+    hand_on();
   }
 }
 
 void ElementWriter::write_line(Element* element, PlannedLine& line) {
+  line.has_written = false;
   if (names_element(line.line->type)) return write_leaf(element, line);
   if (line.line->type == LineType::stage) return write_stage(element, line);
   write_groups(element, line);
@@ -133,10 +134,9 @@ void ElementWriter::write_line(Element* element, PlannedLine& line) {
 void ElementWriter::write_lines(Element* element, std::size_t begin, std::size_t end) {
   for (std::size_t i = begin; i < end; ++i) {
     PlannedLine& line = element->plan.lines[i];
-    const std::size_t missing = element->missing;
     write_line(element, line);
     const bool is_required = line.line->is_required && !names_element(line.line->type) && !line.is_cut;
-    if (is_required && element->missing == missing) return tell_missing(*element, line, " is missing");
+    if (is_required && !line.has_written) return tell_missing(*element, line, " is missing");
   }
 }
 
@@ -149,34 +149,39 @@ bool ElementWriter::begin(Element* element, TableMask known) {
   element->is_unsettled = element->missing > 0 || element->is_optional;
   if (element->is_unsettled) ++unsettled_;
   write_opening(element);
-  settle(element);
+  make_certain(element);
   return true;
 }
 
 // Closes the element; false when it is to be taken back.
 bool ElementWriter::end(Element* element) {
-  const bool is_taken_back = element->missing > 0 || (!element->holds && element->is_optional);
-  if (element->is_unsettled) --unsettled_;
-  if (is_taken_back) return false;
-  if (element->plan.group->is_transparent) return element->holds;
+  if (!element->is_certain) {
+    if (element->is_unsettled) --unsettled_;
+    return false;
+  }
+  if (element->plan.group->is_transparent) return true;
   text_.append(element->depth, ' ').append(element->plan.closing);
   return true;
 }
 
-bool ElementWriter::write_element(ElementPlan& plan, const RecordList& records, TableMask known, std::size_t depth,
-                                  bool is_optional) {
-  Element element{plan, records, depth, is_optional};
+bool ElementWriter::write_element(Element* element, TableMask known) {
   const std::size_t before = text_.size();
-  if (!begin(&element, known)) return false;
-  write_lines(&element, 0, plan.lines.size());
-  if (end(&element)) return true;
+  if (!begin(element, known)) return false;
+  write_lines(element, 0, element->plan.lines.size());
+  if (end(element)) return true;
   text_.resize(before);
   return false;
 }
 
+bool ElementWriter::write_element(ElementPlan& plan, const RecordList& records, Element* parent, PlannedLine* line) {
+  Element element{plan, records, child_depth(*parent), line->line->is_optional, parent, line};
+  return write_element(&element, parent->constant);
+}
+
 bool ElementWriter::write(const TreeGroup& group, const RecordList& records, std::size_t depth, std::ostream& out) {
   out_ = &out;
-  const bool is_written = write_element(plans_.of(group), records, 0, depth, false);
+  Element root{plans_.of(group), records, depth, false};
+  const bool is_written = write_element(&root, 0);
   out_->write(text_.data(), static_cast<std::streamsize>(text_.size()));
   text_.clear();
   return is_written;
@@ -197,7 +202,7 @@ bool ElementWriter::split(const TreeGroup& group, const RecordList& records, std
   line->split->split(records, element.constant, &line->groups);
   parts->line = line->line;
   parts->categories = line->groups.lists;
-  element.missing = 0;
+  note_child(&element, *line);
   write_lines(&element, at + 1, plan.lines.size());
   end(&element);
   parts->tail = std::exchange(text_, {});

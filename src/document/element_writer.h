@@ -44,14 +44,17 @@ class ElementWriter {
     const RecordList& records;
     std::size_t depth;
     bool is_optional;
-    TableMask constant = 0;     // tables with one row for all the records
-    bool holds = false;         // an attribute or a child
-    bool is_unsettled = false;  // it may have to be taken back
-    std::size_t missing = 0;    // required groups that have written nothing yet
+    Element* parent = nullptr;    // null at the root
+    PlannedLine* line = nullptr;  // of the parent, that leads here
+    TableMask constant = 0;       // tables with one row for all the records
+    bool holds = false;           // an attribute or a child
+    bool is_certain = false;      // it stands, whatever comes below it
+    bool is_unsettled = false;    // it is counted among those that may have to be taken back
+    std::size_t missing = 0;      // required groups that have written nothing yet
   };
 
-  bool write_element(ElementPlan& plan, const RecordList& records, TableMask known, std::size_t depth,
-                     bool is_optional);
+  bool write_element(ElementPlan& plan, const RecordList& records, Element* parent, PlannedLine* line);
+  bool write_element(Element* element, TableMask known);
   bool begin(Element* element, TableMask known);
   bool end(Element* element);
   bool find_texts(Element* element);
@@ -59,11 +62,11 @@ class ElementWriter {
   void write_opening(Element* element);
   void write_lines(Element* element, std::size_t begin, std::size_t end);
   void write_line(Element* element, PlannedLine& line);
-  void write_leaf(Element* element, const PlannedLine& line);
+  void write_leaf(Element* element, PlannedLine& line);
   void write_groups(Element* element, PlannedLine& line);
-  void write_stage(Element* element, const PlannedLine& line);
-  void note_written(Element* element, const PlannedLine& line, bool is_first);
-  void settle(Element* element);
+  void write_stage(Element* element, PlannedLine& line);
+  void note_child(Element* element, PlannedLine& line);
+  void make_certain(Element* element);
   std::size_t child_depth(const Element& element) const;
   void tell_missing(const Element& element, const PlannedLine& line, const char* what);
   void check_code(const Element& element, const PlannedLine& line);
