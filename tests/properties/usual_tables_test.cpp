@@ -1,0 +1,103 @@
+// Most databases have one sitechan row for a channel as long as place, direction and depth stay, and tell its epochs by
+// the rows of the other tables. They give the same documents as databases with a row for each epoch.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "properties/databases.h"
+#include "properties/xml_reader.h"
+
+namespace triglub_properties {
+
+namespace {
+
+constexpr const char* kShared = TRIGLUB_SOURCE_DIR "/../shared/data/";
+
+std::string shared_prefix(const std::string& name) { return kShared + name + "/" + name; }
+
+bool is_there(const std::string& name) { return std::filesystem::exists(shared_prefix(name) + ".sitechan"); }
+
+long count_of_channels(const std::string& document) {
+  const Element root = read_xml(document);
+  std::size_t count = 0;
+  for (const Element* network : root.all("Network")) {
+    for (const Element* station : network->all("Station")) count += station->all("Channel").size();
+  }
+  return static_cast<long>(count);
+}
+
+long day_of(const Row& row, const char* name) { return std::stol(row.at(name)); }
+
+bool is_same_channel(const Row& row, const Row& other) {
+  const char* fields[] = {"sta", "chan", "ctype", "edepth", "hang", "vang", "descrip"};
+  return std::all_of(std::begin(fields), std::end(fields),
+                     [&](const char* field) { return row.at(field) == other.at(field); });
+}
+
+// True when the station came to another place after the one row began, and before or when the other did.
+bool moved_between(const Database& database, const Row& row, const Row& later) {
+  const auto& sites = database.tables.rows.at("site");
+  return std::any_of(sites.begin(), sites.end(), [&](const Row& site) {
+    return site.at("sta") == row.at("sta") && day_of(site, "ondate") > day_of(row, "ondate") &&
+           day_of(site, "ondate") <= day_of(later, "ondate");
+  });
+}
+
+// Puts rows of a channel that say the same into one; their sensors name it instead.
+Database put_together(Database database) {
+  std::vector<Row> rows = database.tables.rows["sitechan"];
+  std::stable_sort(rows.begin(), rows.end(),
+                   [](const Row& a, const Row& b) { return day_of(a, "ondate") < day_of(b, "ondate"); });
+  std::map<std::pair<std::string, std::string>, Row> last;
+  std::map<std::string, std::string> chanids;  // old to new
+  std::map<std::string, Row> kept;             // by chanid
+  for (const Row& row : rows) {
+    const auto [found, is_new] = last.try_emplace({row.at("sta"), row.at("chan")}, row);
+    Row& before = found->second;
+    const bool goes_on = !is_new && is_same_channel(before, row) && !moved_between(database, before, row);
+    if (goes_on) {
+      before["offdate"] = row.at("offdate");
+    } else {
+      before = row;
+    }
+    chanids[row.at("chanid")] = before.at("chanid");
+    kept[before.at("chanid")] = before;
+  }
+  database.tables.rows["sitechan"].clear();
+  for (const auto& [chanid, row] : kept) database.tables.rows["sitechan"].push_back(row);
+  for (Row& sensor : database.tables.rows["sensor"]) sensor["chanid"] = chanids.at(sensor.at("chanid"));
+  return database;
+}
+
+TEST(UsualTables, GiveTheDocumentOfOneRowForEachEpoch) {
+  if (!is_there("merged") || !is_there("observatories")) GTEST_SKIP() << "there is no " << kShared;
+  const std::string merged = shipped_document(read_database(shared_prefix("merged")));
+  EXPECT_EQ(count_of_channels(merged), 18);
+  EXPECT_EQ(merged, shipped_document(read_database(shared_prefix("observatories"))));
+}
+
+TEST(UsualTables, GiveTheDocumentOfAStationThatMoves) {
+  if (!is_there("moved")) GTEST_SKIP() << "there is no " << kShared;
+  const Database moved = read_database(shared_prefix("moved"));
+  const Database together = put_together(moved);
+  EXPECT_LT(together.tables.rows.at("sitechan").size(), 60u);
+  const std::string document = shipped_document(moved);
+  EXPECT_EQ(count_of_channels(document), 72);
+  EXPECT_EQ(document, shipped_document(together));
+}
+
+TEST(UsualTables, GiveTheDocumentOfTheExample) {
+  const Database example = read_database(TRIGLUB_SOURCE_DIR "/examples/observatory/observatory");
+  const std::string document = shipped_document(example);
+  EXPECT_EQ(count_of_channels(document), 64);
+  EXPECT_EQ(document, shipped_document(put_together(example)));
+}
+
+}  // namespace
+
+}  // namespace triglub_properties
