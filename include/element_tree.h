@@ -60,7 +60,7 @@ struct TreeGroup;
 
 // One line of a group: an attribute, a leaf element, or what leads to groups and stages.
 struct TreeLine {
-  std::string name;  // the XML name; of a line that leads to a group the name of the group's table
+  std::string name;  // the XML name; of a line that leads to a group the name of the group's table; see is_content()
   LineType type = LineType::literal;
   std::string keyword;  // the type as the file has it
   // Literals: XML text, keys of site.pf already looked up. Groups and stages: empty. Else the expression.
@@ -69,6 +69,10 @@ struct TreeLine {
   bool is_optional = false;
   const TreeGroup* group = nullptr;  // where the line leads to one
   long line = 0;                     // in the parameter file; 0 for one made in memory
+
+  // True for a line without an element of its own: its value is what the element of its group holds. It is then the
+  // only one in `elements`.
+  bool is_content() const { return names_element(type) && name == "-"; }
 };
 
 struct TreeGroup {

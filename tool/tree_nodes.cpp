@@ -64,7 +64,8 @@ class Nodes2 {
 
   TreeNode unmarked(const TreeLine& line, const std::string& before_name) {
     if (line.type == LineType::stage) return stage_node(line.name);
-    if (line.group == nullptr) return {before_name + line.name, "", shown_type(line.keyword), line.value, "", {}};
+    const std::string name = line.is_content() ? in_parentheses("text") : before_name + line.name;
+    if (line.group == nullptr) return {name, "", shown_type(line.keyword), line.value, "", {}};
     TreeNode node = group_node(*line.group);
     describe_group(line.keyword, line.value, &node);
     return node;

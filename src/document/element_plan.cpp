@@ -43,7 +43,7 @@ PlannedLine ElementPlans::plan_attribute(const TreeGroup& group, const TreeLine&
 PlannedLine ElementPlans::plan_line(const TreeLine& line) {
   PlannedLine plan;
   plan.line = &line;
-  if (names_element(line.type)) {
+  if (names_element(line.type) && !line.is_content()) {
     plan.head = "<" + line.name + ">";
     plan.tail = "</" + line.name + ">\n";
   }
@@ -69,6 +69,7 @@ ElementPlan& ElementPlans::of(const TreeGroup& group) {
   plan.closing = "</" + group.tag + ">\n";
   plan.attributes = plan_all(group.attributes, [&](const TreeLine& line) { return plan_attribute(group, line); });
   plan.lines = plan_all(group.elements, [this](const TreeLine& line) { return plan_line(line); });
+  plan.holds_text = !group.elements.empty() && group.elements.front().is_content();
   for (const PlannedLine& attribute : plan.attributes) plan.tables |= tables_of(attribute);
   for (const PlannedLine& line : plan.lines) {
     plan.tables |= tables_of(line);

@@ -42,6 +42,7 @@ struct ElementPlan {
   std::vector<PlannedLine> lines;
   TableMask tables = 0;             // that values of it depend on
   std::size_t required_groups = 0;  // lines without which the element is taken back
+  bool holds_text = false;          // the one line is what the element holds
 };
 
 // The plans of a tree, each made when it is first asked for. One thread at a time.

@@ -74,7 +74,7 @@ void ElementWriter::write_opening(Element* element) {
     text_.append(attribute.head).append(*attribute.text).append(attribute.tail);
     element->holds = true;
   }
-  text_ += ">\n";
+  text_ += element->plan.holds_text ? ">" : ">\n";
 }
 
 std::size_t ElementWriter::child_depth(const Element& element) const {
@@ -99,7 +99,7 @@ void ElementWriter::note_child(Element* element, PlannedLine& line) {
 
 void ElementWriter::write_leaf(Element* element, PlannedLine& line) {
   if (line.text->empty() && line.line->is_optional) return;
-  text_.append(child_depth(*element), ' ');
+  if (!element->plan.holds_text) text_.append(child_depth(*element), ' ');
   text_.append(line.head).append(*line.text).append(line.tail);
   note_child(element, line);
 }
@@ -160,7 +160,8 @@ bool ElementWriter::end(Element* element) {
     return false;
   }
   if (element->plan.group->is_transparent) return true;
-  text_.append(element->depth, ' ').append(element->plan.closing);
+  if (!element->plan.holds_text) text_.append(element->depth, ' ');
+  text_.append(element->plan.closing);
   return true;
 }
 

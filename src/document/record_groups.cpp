@@ -89,6 +89,10 @@ int RecordSplit::order_of_values(const Run& a, const Run& b) const {
   return 0;
 }
 
+bool RecordSplit::is_empty(const Run& run) const {
+  return run.is_null || (expression_->kind() == ValueKind::text && run.text.empty());
+}
+
 int RecordSplit::order(const Run& a, const Run& b) const {
   if (a.is_null || b.is_null) return static_cast<int>(b.is_null) - static_cast<int>(a.is_null);
   return order_of_values(a, b);
@@ -117,7 +121,7 @@ void RecordSplit::find_runs(const RecordList& records, TableMask constant, Recor
 void RecordSplit::split(const RecordList& records, TableMask constant, RecordGroups* groups) {
   find_runs(records, constant, groups);
   std::vector<Run>& runs = groups->runs;
-  if (line_.is_optional) std::erase_if(runs, [](const Run& run) { return run.is_null; });
+  if (line_.is_optional) std::erase_if(runs, [this](const Run& run) { return is_empty(run); });
   const auto is_before = [this](const Run& a, const Run& b) { return order(a, b) < 0; };
   const auto are_out_of_order = [this](const Run& a, const Run& b) { return order(a, b) >= 0; };
   groups->lists.clear();

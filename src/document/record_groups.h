@@ -41,7 +41,8 @@ class RecordSplit {
   // All must outlive it. REQUIRES: the line is one of categories or a count, and its expression compiles.
   RecordSplit(const ValueContext& context, const TreeLine& line);
 
-  // The categories of the records. Those with a null are the first, or none where the line is optional.
+  // The categories of the records. Those with a null are the first. Where the line is optional they are none, and those
+  // with an empty text neither.
   void split(const RecordList& records, TableMask constant, RecordGroups* groups);
   // How many distinct values there are that are not null.
   std::size_t count(const RecordList& records, TableMask constant, RecordGroups* groups);
@@ -53,6 +54,7 @@ class RecordSplit {
   void find_runs(const RecordList& records, TableMask constant, RecordGroups* groups);
   void read(std::uint32_t record, const RecordList& records, Run* run, RecordGroups* groups);
   bool are_equal(const Run& a, const Run& b) const;
+  bool is_empty(const Run& run) const;
   int order(const Run& a, const Run& b) const;
   int order_of_values(const Run& a, const Run& b) const;
   int order_of_numbered_texts(const Run& a, const Run& b) const;

@@ -14,8 +14,7 @@ TableMask mask_of(const std::vector<std::size_t>& tables) {
   return mask;
 }
 
-RecordSet::RecordSet(Dbptr view, std::size_t tables, std::size_t sources)
-    : view_(view), size_(0), sources_(sources) {
+RecordSet::RecordSet(Dbptr view, std::size_t tables, std::size_t sources) : view_(view), size_(0), sources_(sources) {
   for (std::size_t table = 0; table < tables; ++table) rows_.push_back(rows_of(view, table));
   size_ = static_cast<std::uint32_t>(rows_.front().size());
 }

@@ -82,8 +82,8 @@ ValueRemark append_number_as(LineType type, double number, std::string* text) {
       return append_instant(number, text);
     case LineType::julian:
       return append_day(number, text);
-    case LineType::latitude:
-      return append_within(number, -90, 90, text);
+    case LineType::latitude:  // the schema takes the one pole but not the other
+      return number == 90 ? ValueRemark::out_of_range : append_within(number, -90, 90, text);
     case LineType::longitude:
       return append_longitude(number, text);
     case LineType::azimuth:

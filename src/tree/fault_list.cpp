@@ -1,8 +1,8 @@
 // Faults are found in the order in which groups lead to each other, and told in the order of the file.
 #include "tree/fault_list.h"
 
-#include "platform/text.h"
 #include "base/words.h"
+#include "platform/text.h"
 
 namespace triglub {
 

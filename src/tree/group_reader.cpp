@@ -69,6 +69,7 @@ void GroupReader::read_group(TreeGroup* group) {
   read_lines(*group, LinePart::attributes, &group->attributes);
   read_lines(*group, LinePart::elements, &group->elements);
   check_attributes(*group);
+  check_content(*group);
   mark_optional(group);
 }
 
@@ -109,6 +110,16 @@ void GroupReader::read_lines(const TreeGroup& group, LinePart part, std::vector<
     if (part == LinePart::elements && leads_to_group(line->type)) line->group = require_group(line->name, number);
     lines->push_back(std::move(*line));
   }
+}
+
+void GroupReader::check_content(const TreeGroup& group) {
+  const auto content = std::ranges::find_if(group.elements, &TreeLine::is_content);
+  if (content == group.elements.end()) return;
+  if (group.elements.size() > 1) {
+    faults_->add(content->line,
+                 called(group) + " has other lines beside its text (-): an element holds one or the other");
+  }
+  if (group.is_transparent) faults_->add(content->line, called(group) + " has no tag that could hold a text");
 }
 
 void GroupReader::check_attributes(const TreeGroup& group) {

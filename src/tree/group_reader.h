@@ -27,6 +27,7 @@ class GroupReader {
   void read_tag(TreeGroup* group);
   void read_lines(const TreeGroup& group, LinePart part, std::vector<TreeLine>* lines);
   void check_attributes(const TreeGroup& group);
+  void check_content(const TreeGroup& group);
   void mark_optional(TreeGroup* group);
   // `number`: of the line that lists the name.
   void mark_lines(const std::string& name, long number, std::vector<TreeLine>* lines);

@@ -61,6 +61,7 @@ std::string LineReader::read_type(TreeLine* line) {
 
 std::string LineReader::check_name(const TreeLine& line, LinePart part) {
   if (!names_element(line.type) || is_xml_name(line.name)) return "";
+  if (part == LinePart::elements && line.is_content()) return "";
   return quoted(line.name) + " is no name that an " + (part == LinePart::attributes ? "attribute" : "element") +
          " can have";
 }

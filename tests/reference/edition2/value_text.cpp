@@ -93,7 +93,7 @@ std::string number_text(const std::string& type, double number) {
   if (type == "float") return shortest(number);
   if (type == "epoch") return instant_text(rounded(number));
   if (type == "julian") return julian_text(number);
-  if (type == "deg_lat") return within(number, -90.0, 90.0);
+  if (type == "deg_lat") return number == 90.0 ? "" : within(number, -90.0, 90.0);
   if (type == "dip") return within(nine_decimals(number - 90.0), -90.0, 90.0);
   if (type == "deg_lon") return longitude_text(number);
   if (type == "deg_az") return azimuth_text(number);

@@ -29,6 +29,11 @@ Value category_at(const Node& node, const Record& record, const RecordList& reco
   return value;
 }
 
+bool is_empty(const Value& value) {
+  const auto* text = std::get_if<std::string>(&value);
+  return is_null(value) || (text != nullptr && text->empty());
+}
+
 bool is_same(const Value& a, const Value& b) {
   if (is_null(a) || is_null(b)) return is_null(a) && is_null(b);
   return !is_less(a, b) && !is_less(b, a);
@@ -149,7 +154,7 @@ class Writer {
   std::string categories_text(const Line& line, const RecordList& records, std::size_t depth, bool optional) const {
     std::string text;
     for (const Category& category : categories(line, records)) {
-      if (optional && is_null(category.value)) continue;
+      if (optional && is_empty(category.value)) continue;
       text += group_text(group_of(line), category.records, depth, optional);
     }
     return text;
