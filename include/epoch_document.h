@@ -80,9 +80,10 @@ class TRIGLUB_API EpochDocument {
 };
 
 // Checks the tree of a parameter file of edition 2 against the names of a database, for messages: null, after a
-// complaint for each fault, when there is any.
+// complaint for each fault, when there is any. *tables (unless null) has a bit for each table that expressions look at,
+// by position among those of records and then the database's own.
 class ElementTree;
-TRIGLUB_API std::unique_ptr<const ElementTree> read_tree(Dbptr db, Pf* pf);
+TRIGLUB_API std::unique_ptr<const ElementTree> read_tree(Dbptr db, Pf* pf, std::uint32_t* tables = nullptr);
 
 }  // namespace triglub
 

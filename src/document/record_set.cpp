@@ -8,14 +8,20 @@
 
 namespace triglub {
 
+namespace {
+
+constexpr std::size_t kMostTables = 32;  // bits of a mask
+
+}  // namespace
+
 TableMask mask_of(const std::vector<std::size_t>& tables) {
   TableMask mask = 0;
   for (const std::size_t table : tables) mask |= mask_of(table);
   return mask;
 }
 
-RecordSet::RecordSet(Dbptr view, std::size_t tables, std::size_t sources) : view_(view), size_(0), sources_(sources) {
-  for (std::size_t table = 0; table < tables; ++table) rows_.push_back(rows_of(view, table));
+RecordSet::RecordSet(Dbptr view, std::size_t sources) : view_(view), size_(0), sources_(sources) {
+  for (std::size_t table = 0; table < kMostTables; ++table) rows_.push_back(rows_of(view, table));
   size_ = static_cast<std::uint32_t>(rows_.front().size());
 }
 

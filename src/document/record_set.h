@@ -21,8 +21,8 @@ TableMask mask_of(const std::vector<std::size_t>& tables);
 // The rows behind the records of one view. Does not change: threads may share it.
 class RecordSet {
  public:
-  // `tables`: how many tables the view has, at most 32; `sources`: how many of them, the first, a source has.
-  RecordSet(Dbptr view, std::size_t tables, std::size_t sources);
+  // `sources`: how many of the view's tables, the first, a source has. REQUIRES: the view has at most 32.
+  RecordSet(Dbptr view, std::size_t sources);
 
   Dbptr view() const { return view_; }
   std::uint32_t size() const { return size_; }

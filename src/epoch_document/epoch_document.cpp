@@ -38,8 +38,8 @@ const char* cut_of(DetailLevel level) {
   return "";
 }
 
-std::unique_ptr<const ElementTree> read_or_fail(Dbptr db, Pf* pf) {
-  auto tree = read_tree(db, pf);
+std::unique_ptr<const ElementTree> read_or_fail(Dbptr db, Pf* pf, std::uint32_t* tables) {
+  auto tree = read_tree(db, pf, tables);
   if (tree == nullptr) throw FatalFailure(std::string("parameter file ") + pf_path(pf) + ": cannot be used");
   return tree;
 }
@@ -57,18 +57,19 @@ RecordList all_of(const RecordSet& records) { return {nullptr, 0, records.size()
 
 struct EpochDocument::Inside {
   Inside(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level)
-      : tree(read_or_fail(db, pf)),
+      : tree(read_or_fail(db, pf, &tables)),
         cut(cut_of(level)),
         stage(open_table(db, "stage")),
         calibration(open_table(db, "calibration")),
         files(stage),
         view(make_view(db, conditions, level)),
-        records(view, kRecordTables, kEpoch),
+        records(view, kEpoch),
         stages(stage, calibration, files) {}
 
   Dbptr make_view(Dbptr db, rbtree* conditions, DetailLevel level) {
     RecordChoice choice;
     choice.conditions = conditions;
+    choice.tables = tables;
     choice.with_empty_networks = level == DetailLevel::network;
     if (level == DetailLevel::response && has_stage_line(tree->root())) {
       choice.amend = [this](RecordRows* rows) { drop_broken_chains(stage, calibration, &files, rows, &findings); };
@@ -77,6 +78,7 @@ struct EpochDocument::Inside {
   }
 
   Findings findings;
+  std::uint32_t tables = 0;  // that the tree looks at
   std::unique_ptr<const ElementTree> tree;
   std::string cut;
   Dbptr stage;

@@ -61,6 +61,12 @@ bool Conditions::ask_beyond_networks() const {
                      [](const Condition& one) { return (one.tables & ~bit_of(kNetwork)) != 0; });
 }
 
+std::uint32_t Conditions::tables() const {
+  std::uint32_t tables = 0;
+  for (const Condition& one : all_) tables |= one.tables;
+  return tables;
+}
+
 Dbptr subset_and_release(Dbptr view, const Condition& condition) {
   const Dbptr chosen = dbsubset(view, condition.text.c_str(), nullptr);
   release_view(view);

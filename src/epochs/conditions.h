@@ -15,7 +15,7 @@ namespace triglub {
 
 struct Condition {
   std::string text;
-  std::uint32_t tables = 0;  // that it looks at, a bit each, by RecordTable
+  std::uint32_t tables = 0;  // that it looks at, a bit each, by RecordTable; own tables behind those
 };
 
 class Conditions {
@@ -29,6 +29,8 @@ class Conditions {
   // Whether any looks at what only channels have, or at anything but networks.
   bool ask_for_channels() const;
   bool ask_beyond_networks() const;
+  // All tables that any looks at, as Condition::tables.
+  std::uint32_t tables() const;
 
  private:
   std::vector<Condition> all_;

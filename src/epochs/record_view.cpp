@@ -6,13 +6,29 @@
 #include "epochs/choice.h"
 #include "epochs/conditions.h"
 #include "epochs/left_out.h"
+#include "epochs/own_tables.h"
 #include "epochs/station_data.h"
 
 namespace triglub {
 
+namespace {
+
+// The own tables of a mask.
+std::vector<std::string> own_tables_in(std::uint32_t tables, Dbptr db) {
+  std::vector<std::string> wanted;
+  if (tables >> kRecordTables == 0) return wanted;
+  const std::vector<std::string> own = own_tables_of(db);
+  for (std::size_t i = 0; i < own.size(); ++i) {
+    if ((tables >> (kRecordTables + i) & 1U) != 0) wanted.push_back(own[i]);
+  }
+  return wanted;
+}
+
+}  // namespace
+
 Dbptr make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings) {
   const Conditions conditions(choice.conditions, db);
-  StationData data(db, conditions, choice.with_empty_networks);
+  StationData data(db, conditions, choice.with_empty_networks, own_tables_in(choice.tables | conditions.tables(), db));
   note_left_out(&data);
   if (!conditions.is_empty()) {
     data.records.rows = chosen_records(data, conditions, std::move(data.records.rows));

@@ -3,6 +3,7 @@
 #ifndef TRIGLUB_SRC_EPOCHS_RECORD_VIEW_H
 #define TRIGLUB_SRC_EPOCHS_RECORD_VIEW_H
 
+#include <cstdint>
 #include <functional>
 
 #include "epochs/records.h"
@@ -16,6 +17,9 @@ namespace triglub {
 struct RecordChoice {
   rbtree* conditions = nullptr;  // as for db2stationxml: expressions to patterns; null: none
   bool with_empty_networks = false;
+  // The tables of the view without records that are looked at, a bit each by position: own tables that are not among
+  // them, nor looked at by a condition, are not in the view.
+  std::uint32_t tables = 0;
   // Changes the chosen rows before the view is made of them.
   std::function<void(RecordRows* rows)> amend = nullptr;
 };
@@ -25,7 +29,8 @@ struct RecordChoice {
 // are no dates, or a condition does not compile.
 Dbptr make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings);
 
-// The same view without any record, for those who need its names. Throws FatalFailure where a table refuses to load.
+// The same view without any record and with all own tables (own_tables_of()), for those who need its names: no table is
+// loaded for it.
 Dbptr make_empty_record_view(Dbptr db);
 
 // The view of records of which no epoch, station at a place or network is known.

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "epochs/own_tables.h"
 #include "epochs/record_view.h"
 #include "platform/columns.h"
 
@@ -52,23 +53,34 @@ std::vector<ComputedColumn> network_columns(const std::vector<NetworkEpoch>& net
   return columns;
 }
 
+std::vector<ViewPart> named_parts() {
+  std::vector<ViewPart> parts(kRecordTables);
+  for (std::size_t t = 0; t < parts.size(); ++t) parts[t].name = kRecordTableNames[t];
+  return parts;
+}
+
 // The tables of records, without rows.
 std::vector<ViewPart> table_parts(Dbptr db) {
-  std::vector<ViewPart> parts(kRecordTables);
-  for (std::size_t t = 0; t < parts.size(); ++t) {
-    if (t < kEpoch) {
-      parts[t].table = open_table(db, kRecordTableNames[t]);
-    } else {
-      parts[t].name = kRecordTableNames[t];
-    }
+  std::vector<ViewPart> parts = named_parts();
+  for (std::size_t t = 0; t < kEpoch; ++t) {
+    parts[t].table = open_table(db, parts[t].name.c_str());
+    parts[t].name.clear();
   }
   return parts;
 }
 
+void add_columns(const std::vector<Epoch>& epochs, const Records& records, std::vector<ViewPart>* parts) {
+  (*parts)[kEpoch].columns = epoch_columns(epochs);
+  (*parts)[kStationEpoch].columns = station_columns(records.station_epochs);
+  (*parts)[kNetworkEpoch].columns = network_columns(records.network_epochs);
+}
+
 }  // namespace
 
-StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks)
+StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks,
+                         std::vector<std::string> own_tables)
     : db(db),
+      own_tables(std::move(own_tables)),
       tables(db),
       order(tables),
       partners(tables, order, &told),
@@ -89,22 +101,28 @@ StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty
 
 Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& spans) {
   std::vector<ViewPart> parts = table_parts(data.db);
-  for (std::size_t t = 0; t < parts.size(); ++t) parts[t].rows = std::move(rows.rows[t]);
-  parts[kEpoch].columns = epoch_columns(data.epochs.epochs);
-  parts[kStationEpoch].columns = station_columns(spans.station_epochs);
-  parts[kNetworkEpoch].columns = network_columns(spans.network_epochs);
+  for (const std::string& table : data.own_tables) {
+    ViewPart& own = parts.emplace_back();
+    own.table = open_table(data.db, table.c_str());
+    own.rows = own_table_rows(data, table, rows);
+  }
+  for (std::size_t t = 0; t < kRecordTables; ++t) parts[t].rows = std::move(rows.rows[t]);
+  add_columns(data.epochs.epochs, spans, &parts);
   return put_together(data.db, std::move(parts), kOperation);
 }
 
 Dbptr make_record_view_without_epochs(Dbptr db, RecordRows rows) {
   std::vector<ViewPart> parts = table_parts(db);
   for (std::size_t t = 0; t < parts.size(); ++t) parts[t].rows = std::move(rows.rows[t]);
-  parts[kEpoch].columns = epoch_columns({});
-  parts[kStationEpoch].columns = station_columns({});
-  parts[kNetworkEpoch].columns = network_columns({});
+  add_columns({}, {}, &parts);
   return put_together(db, std::move(parts), kOperation);
 }
 
-Dbptr make_empty_record_view(Dbptr db) { return make_record_view_without_epochs(db, {}); }
+Dbptr make_empty_record_view(Dbptr db) {
+  std::vector<ViewPart> parts = named_parts();
+  for (const std::string& table : own_tables_of(db)) parts.emplace_back().name = table;
+  add_columns({}, {}, &parts);
+  return put_together(db, std::move(parts), kOperation);
+}
 
 }  // namespace triglub

@@ -2,6 +2,9 @@
 #ifndef TRIGLUB_SRC_EPOCHS_STATION_DATA_H
 #define TRIGLUB_SRC_EPOCHS_STATION_DATA_H
 
+#include <string>
+#include <vector>
+
 #include "epochs/all_epochs.h"
 #include "epochs/conditions.h"
 #include "epochs/partners.h"
@@ -15,11 +18,12 @@ namespace triglub {
 
 struct StationData {
   // Of the stations that the conditions can choose from; networks are whole all the same. Throws as StationTables.
-  StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks);
+  StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks, std::vector<std::string> own_tables);
   StationData(const StationData&) = delete;
   StationData& operator=(const StationData&) = delete;
 
   Dbptr db;
+  std::vector<std::string> own_tables;  // of the database's own schema, that the view is to have
   StationTables tables;
   ChannelOrder order;
   ToldList told;

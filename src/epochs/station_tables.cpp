@@ -23,16 +23,15 @@ Dbptr open_table(Dbptr db, const char* name) {
   return table;
 }
 
-LoadedTable::LoadedTable(Dbptr db, const char* name)
-    : name_(name),
-      handle_(open_table(db, name)),
-      columns_(handle_),
-      load_dates_(columns_.reals("lddate")),
-      null_load_date_(columns_.null_real("lddate")) {}
+LoadedTable::LoadedTable(Dbptr db, const char* name) : name_(name), handle_(open_table(db, name)), columns_(handle_) {
+  if (!columns_.has("lddate")) return;
+  load_dates_ = columns_.reals("lddate");
+  null_load_date_ = columns_.null_real("lddate");
+}
 
 double LoadedTable::load_date(std::uint32_t row) const {
-  const double date = load_dates_[row];
-  return date == null_load_date_ ? -std::numeric_limits<double>::infinity() : date;
+  const bool is_null = load_dates_.empty() || load_dates_[row] == null_load_date_;
+  return is_null ? -std::numeric_limits<double>::infinity() : load_dates_[row];
 }
 
 TimeTable::TimeTable(Dbptr db, const char* name)

@@ -16,7 +16,7 @@ namespace triglub {
 // A base table of the session. Throws FatalFailure where it refuses to load.
 Dbptr open_table(Dbptr db, const char* name);
 
-// A table with its load dates.
+// A table with its load dates, if it has any.
 class LoadedTable {
  public:
   // Throws FatalFailure where the table refuses to load.
@@ -34,7 +34,7 @@ class LoadedTable {
   Dbptr handle_;
   TableColumns columns_;
   std::span<const double> load_dates_;
-  double null_load_date_;
+  double null_load_date_ = 0;
 };
 
 // A table whose rows hold from one instant to another: `time` and `endtime`.

@@ -35,15 +35,24 @@ bool are_rows_of(const std::vector<std::uint32_t>& rows, std::uint32_t count) {
   return std::all_of(rows.begin(), rows.end(), [count](std::uint32_t row) { return row < count || row == kNoRow; });
 }
 
-// Its table is null when the part's handle names none.
-ViewTable table_for(ViewPart& part) {
+const TableSchema* schema_of(Dbptr db, const std::string& table) {
+  const Session* session = session_of(db);
+  if (session == nullptr) return nullptr;
+  const Schema& schema = session->snapshot()->schema();
+  const int index = schema.find(table);
+  return index < 0 ? nullptr : &schema.tables()[static_cast<std::size_t>(index)];
+}
+
+// Its table is null when the part names none.
+ViewTable table_for(Dbptr db, ViewPart& part) {
   ViewTable made;
+  const TableSchema* schema = part.columns.empty() ? schema_of(db, part.name) : nullptr;
   if (part.name.empty()) {
     made.table = base_table_of(part.table);
-  } else {
-    made.own = computed_table(part.name, std::move(part.columns));
-    made.table = made.own.get();
+    return made;
   }
+  made.own = schema == nullptr ? computed_table(part.name, std::move(part.columns)) : table_without_rows(*schema);
+  made.table = made.own.get();
   return made;
 }
 
@@ -54,6 +63,8 @@ TableColumns::TableColumns(Dbptr table) : table_(base_table_of(table)) {
 }
 
 std::uint32_t TableColumns::row_count() const { return table_->row_count(); }
+
+bool TableColumns::has(std::string_view field) const { return table_->schema().find(field) >= 0; }
 
 std::size_t TableColumns::field_of(std::string_view name, char storage) const {
   const int field = table_->schema().find(name);
@@ -93,7 +104,7 @@ Dbptr put_together(Dbptr db, std::vector<ViewPart> parts, const std::string& ope
   std::vector<ViewTable> tables;
   const std::size_t records = parts.empty() ? 0 : parts.front().rows.size();
   for (ViewPart& part : parts) {
-    ViewTable table = table_for(part);
+    ViewTable table = table_for(db, part);
     if (table.table == nullptr || part.rows.size() != records || !are_rows_of(part.rows, rows_in(table))) {
       return kInvalidHandle;
     }
@@ -103,6 +114,14 @@ Dbptr put_together(Dbptr db, std::vector<ViewPart> parts, const std::string& ope
   if (records > kMaxRows) return kInvalidHandle;
   auto view = std::make_unique<const View>(std::move(tables), static_cast<std::uint32_t>(records), operation);
   return handle_of_result(db, std::move(view), nullptr);
+}
+
+std::vector<std::string> primary_key(Dbptr db, const std::string& table) {
+  std::vector<std::string> fields;
+  const TableSchema* schema = schema_of(db, table);
+  if (schema == nullptr) return fields;
+  for (const KeyField& key : schema->primary) fields.push_back(key.is_range() ? key.name + "::" + key.end : key.name);
+  return fields;
 }
 
 std::string row_place(Dbptr view, std::size_t table, std::uint32_t record) {

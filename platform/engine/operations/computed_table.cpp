@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "engine/table/column_builder.h"
+
 namespace triglub {
 
 namespace {
@@ -51,6 +53,13 @@ std::shared_ptr<const Table> computed_table(const std::string& name, std::vector
   contents.places.before_number = name + " row ";
   own->table = std::make_unique<const Table>(own->schema, "", std::move(contents));
   return {own, own->table.get()};
+}
+
+std::shared_ptr<const Table> table_without_rows(const TableSchema& schema) {
+  TableContents contents;
+  for (const FieldSchema& field : schema.fields) contents.columns.push_back(ColumnBuilder(field).take());
+  contents.number_texts = shortest_texts();
+  return std::make_shared<const Table>(schema, "", std::move(contents));
 }
 
 }  // namespace triglub

@@ -14,6 +14,9 @@ namespace triglub {
 // The table, with a schema of its own that lives as long. REQUIRES: the columns are of equal length.
 std::shared_ptr<const Table> computed_table(const std::string& name, std::vector<ComputedColumn> columns);
 
+// A table of a schema, which must outlive it, that has no rows.
+std::shared_ptr<const Table> table_without_rows(const TableSchema& schema);
+
 }  // namespace triglub
 
 #endif

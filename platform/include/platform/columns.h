@@ -53,6 +53,7 @@ class TRIGLUB_API TableColumns {
   explicit TableColumns(Dbptr table);
 
   std::uint32_t row_count() const;
+  bool has(std::string_view field) const;
   // Columns by row. A null is the field's null value. Throws std::logic_error where the table has no such field, or one
   // that is held as another type: integers and dates as integers, reals and times as reals.
   std::span<const std::int64_t> integers(std::string_view field) const;
@@ -79,13 +80,17 @@ struct ComputedColumn {
   std::vector<std::int64_t> integers{};
 };
 
-// One table of a view that is put together.
+// One table of a view that is put together: a base table, or one by name.
 struct ViewPart {
-  Dbptr table{};                          // a base table; not used for one of computed columns
-  std::string name{};                     // of a table of computed columns
+  Dbptr table{};       // a base table; not used where there is a name
+  std::string name{};  // of a table of computed columns; without columns, of the schema's table of that name, which is
+                       // not loaded and has no rows
   std::vector<ComputedColumn> columns{};  // of equal length
   std::vector<std::uint32_t> rows{};      // by record; NO_BASE_ROW: absent, reads as null in every field
 };
+
+// The fields of a table's primary key, a range as "begin::end". Empty where the schema has no such table.
+TRIGLUB_API std::vector<std::string> primary_key(Dbptr db, const std::string& table);
 
 // The view with these tables, in their order, and rows; it can do all that other views can. `operation` is the line
 // that tells how it was made. Invalid when a handle names no base table of the session, or a row is beyond its table's
