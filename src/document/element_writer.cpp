@@ -174,12 +174,22 @@ bool ElementWriter::write_element(ElementPlan& plan, const RecordList& records, 
   return false;
 }
 
-bool ElementWriter::write(const TreeGroup& group, const RecordList& records, std::size_t depth, std::ostream& out) {
+bool ElementWriter::write_to(std::ostream& out, ElementPlan& plan, const RecordList& records, std::size_t depth,
+                             bool is_optional) {
   out_ = &out;
-  const bool is_written = write_element(plans_.of(group), records, 0, depth, false);
+  const bool is_written = write_element(plan, records, 0, depth, is_optional);
   out_->write(text_.data(), static_cast<std::streamsize>(text_.size()));
   text_.clear();
   return is_written;
+}
+
+bool ElementWriter::write(const TreeGroup& group, const RecordList& records, std::size_t depth, std::ostream& out) {
+  return write_to(out, plans_.of(group), records, depth, false);
+}
+
+bool ElementWriter::write_category(const SplitElement& parts, std::size_t category, std::size_t depth,
+                                   std::ostream& out) {
+  return write_to(out, plans_.of(*parts.line->group), parts.categories[category], depth, parts.line->is_optional);
 }
 
 bool ElementWriter::split(const TreeGroup& group, const RecordList& records, std::size_t depth, SplitElement* parts) {

@@ -36,6 +36,9 @@ class ElementWriter {
   // The group in parts, where its first line of categories can be written by itself: nothing else could take it back,
   // and it is no part of another group. False where it cannot, or nothing is to be written.
   bool split(const TreeGroup& group, const RecordList& records, std::size_t depth, SplitElement* parts);
+  // Writes one of the categories of parts at its own depth, as the whole has it; false, with nothing written, where it
+  // is left out.
+  bool write_category(const SplitElement& parts, std::size_t category, std::size_t depth, std::ostream& out);
 
  private:
   // One element in the making.
@@ -50,6 +53,7 @@ class ElementWriter {
     std::size_t missing = 0;    // required groups that have written nothing yet
   };
 
+  bool write_to(std::ostream& out, ElementPlan& plan, const RecordList& records, std::size_t depth, bool is_optional);
   bool write_element(ElementPlan& plan, const RecordList& records, TableMask known, std::size_t depth,
                      bool is_optional);
   bool begin(Element* element, TableMask known);

@@ -141,8 +141,7 @@ EpochDocument::PieceWriter::PieceWriter(const EpochDocument& document) : inside_
 EpochDocument::PieceWriter::~PieceWriter() = default;
 
 bool EpochDocument::PieceWriter::write(std::size_t piece, std::ostream& out, Findings* findings) {
-  const SplitElement& parts = inside_->of.parts;
-  const bool is_written = inside_->writer.write(*parts.line->group, parts.categories[piece], kRootDepth + 1, out);
+  const bool is_written = inside_->writer.write_category(inside_->of.parts, piece, kRootDepth + 1, out);
   findings->add(std::exchange(inside_->findings, {}));
   return is_written;
 }
