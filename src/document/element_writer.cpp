@@ -116,6 +116,8 @@ void ElementWriter::write_groups(Element* element, PlannedLine& line) {
   }
   bool is_first = true;
   for (const RecordList& records : line.groups.lists) {
+    // Each category of the root may be written by itself, and tells the same then.
+    if (line.split && &element->plan == root_) plans_.forget_values();
     if (!write_element(*line.child, records, element->constant, child_depth(*element), line.line->is_optional))
       continue;
     note_written(element, line, is_first);
@@ -177,6 +179,7 @@ bool ElementWriter::write_element(ElementPlan& plan, const RecordList& records, 
 bool ElementWriter::write_to(std::ostream& out, ElementPlan& plan, const RecordList& records, std::size_t depth,
                              bool is_optional) {
   out_ = &out;
+  plans_.forget_values();
   const bool is_written = write_element(plan, records, 0, depth, is_optional);
   out_->write(text_.data(), static_cast<std::streamsize>(text_.size()));
   text_.clear();
@@ -184,11 +187,13 @@ bool ElementWriter::write_to(std::ostream& out, ElementPlan& plan, const RecordL
 }
 
 bool ElementWriter::write(const TreeGroup& group, const RecordList& records, std::size_t depth, std::ostream& out) {
-  return write_to(out, plans_.of(group), records, depth, false);
+  root_ = &plans_.of(group);
+  return write_to(out, *root_, records, depth, false);
 }
 
 bool ElementWriter::write_category(const SplitElement& parts, std::size_t category, std::size_t depth,
                                    std::ostream& out) {
+  root_ = nullptr;
   return write_to(out, plans_.of(*parts.line->group), parts.categories[category], depth, parts.line->is_optional);
 }
 

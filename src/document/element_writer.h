@@ -77,6 +77,7 @@ class ElementWriter {
   StageWriter& stages_;
   ElementPlans plans_;
   std::ostream* out_ = nullptr;
+  ElementPlan* root_ = nullptr;  // of the whole, null while a category of it is written by itself
   std::string text_;
   std::size_t unsettled_ = 0;  // elements that may have to be taken back
 };

@@ -119,6 +119,17 @@ TEST(ElementWriter, PartsAreTheWhole) {
   }
 }
 
+TEST(ElementWriter, PartsTellWhatTheWholeTells) {
+  // One station in two networks: neighbours with the same row of site.
+  const MadeDatabase made({{"site", {{"lon", "200.5"}}}, {"snetsta", {}}, {"snetsta", {{"snet", "XX"}}}});
+  const std::string tree = document("", "network - CATEGORIZED_GROUP snet\n", "",
+                                    group("network", "Network", "code - string snet\n", "A - deg_lon lon\n"));
+  const Written whole = write_document(made, tree);
+  EXPECT_THAT(whole.told,
+              ElementsAre("note parameter file:17: A: brought into range by whole turns: 2 (site:1; site:1)"));
+  EXPECT_EQ(write_in_parts(made, tree).told, whole.told);
+}
+
 TEST(ElementWriter, WhatMayBeTakenBackIsWrittenWhole) {
   const MadeDatabase made(kRows);
   const std::string channel = group("channel", "Channel", "code - string chan\n", "");
