@@ -40,8 +40,9 @@ const char* cut_of(DetailLevel level) {
 
 std::unique_ptr<const ElementTree> read_or_fail(Dbptr db, Pf* pf) {
   auto tree = read_tree(db, pf);
-  if (tree == nullptr) throw FatalFailure(std::string("parameter file ") + pf_path(pf) + ": cannot be used");
-  return tree;
+  if (tree != nullptr) return tree;
+  const std::string path = pf_path(pf);
+  throw FatalFailure("parameter file" + (path.empty() ? "" : " " + path) + ": cannot be used");
 }
 
 // Whether stages are written with their filters: a group that writes fields of theirs can have them as they are.
