@@ -91,7 +91,7 @@ int convert_epochs(const ConvertOptions& options, Dbptr db, Pf* pf) {
   if (!document.has_records()) die_of_emptiness(options, document.findings(), "no record is selected");
   const auto output = Output::open(options.output, options.strict ? Output::Hold::until_commit : Output::Hold::no);
   EpochDocument::Parts parts;
-  const bool is_split = options.jobs > 1 && document.split(&parts) && parts.pieces > 1;
+  const bool is_split = options.jobs > 1 && document.split(&parts);
   Findings findings;
   const bool is_written =
       is_split ? write_pieces(*output, document, parts, options, &findings) : write_whole(*output, document);

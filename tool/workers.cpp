@@ -93,7 +93,7 @@ void write_in_order(Output& output, std::size_t pieces, unsigned int jobs, const
 
 void write_side_by_side(Output& output, std::size_t pieces, unsigned int jobs, const std::function<void()>& before_text,
                         const MakePieceWriter& make_writer) {
-  const std::size_t count = std::min<std::size_t>(jobs, pieces);
+  const std::size_t count = std::max<std::size_t>(1, std::min<std::size_t>(jobs, pieces));
   output.finish();
   Sequencer& sequencer = Sequencer::make();
   const auto work = [&] {

@@ -78,4 +78,14 @@ ElementPlan& ElementPlans::of(const TreeGroup& group) {
   return plan;
 }
 
+void ElementPlans::forget_values() {
+  for (const auto& [group, plan] : plans_) {
+    for (std::vector<PlannedLine>* lines : {&plan->attributes, &plan->lines}) {
+      for (PlannedLine& line : *lines) {
+        if (line.value) line.value->forget();
+      }
+    }
+  }
+}
+
 }  // namespace triglub

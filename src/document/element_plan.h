@@ -52,6 +52,8 @@ class ElementPlans {
   ElementPlans(const ValueContext& context, std::string cut) : context_(context), cut_(std::move(cut)) {}
 
   ElementPlan& of(const TreeGroup& group);
+  // What was worked out is worked out anew, as in plans just made.
+  void forget_values();
 
  private:
   PlannedLine plan_attribute(const TreeGroup& group, const TreeLine& line) const;

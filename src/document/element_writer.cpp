@@ -118,6 +118,8 @@ void ElementWriter::write_groups(Element* element, PlannedLine& line) {
     line.groups.lists.assign(1, element->records);
   }
   for (const RecordList& records : line.groups.lists) {
+    // Each category of the root may be written by itself, and tells the same then.
+    if (line.split && &element->plan == root_) plans_.forget_values();
     write_element(*line.child, records, element, &line);
     hand_on();
   }
@@ -179,13 +181,24 @@ bool ElementWriter::write_element(ElementPlan& plan, const RecordList& records, 
   return write_element(&element, parent->constant);
 }
 
-bool ElementWriter::write(const TreeGroup& group, const RecordList& records, std::size_t depth, std::ostream& out) {
+bool ElementWriter::write_to(std::ostream& out, Element element) {
   out_ = &out;
-  Element root{plans_.of(group), records, depth, false};
-  const bool is_written = write_element(&root, 0);
+  plans_.forget_values();
+  const bool is_written = write_element(&element, 0);
   out_->write(text_.data(), static_cast<std::streamsize>(text_.size()));
   text_.clear();
   return is_written;
+}
+
+bool ElementWriter::write(const TreeGroup& group, const RecordList& records, std::size_t depth, std::ostream& out) {
+  root_ = &plans_.of(group);
+  return write_to(out, {*root_, records, depth, false});
+}
+
+bool ElementWriter::write_category(const SplitElement& parts, std::size_t category, std::size_t depth,
+                                   std::ostream& out) {
+  root_ = nullptr;
+  return write_to(out, {plans_.of(*parts.line->group), parts.categories[category], depth, parts.line->is_optional});
 }
 
 bool ElementWriter::split(const TreeGroup& group, const RecordList& records, std::size_t depth, SplitElement* parts) {

@@ -36,6 +36,9 @@ class ElementWriter {
   // The group in parts, where its first line of categories can be written by itself: nothing else could take it back,
   // and it is no part of another group. False where it cannot, or nothing is to be written.
   bool split(const TreeGroup& group, const RecordList& records, std::size_t depth, SplitElement* parts);
+  // Writes one of the categories of parts at its own depth, as the whole has it; false, with nothing written, where it
+  // is left out.
+  bool write_category(const SplitElement& parts, std::size_t category, std::size_t depth, std::ostream& out);
 
  private:
   // One element in the making.
@@ -55,6 +58,7 @@ class ElementWriter {
 
   bool write_element(ElementPlan& plan, const RecordList& records, Element* parent, PlannedLine* line);
   bool write_element(Element* element, TableMask known);
+  bool write_to(std::ostream& out, Element element);
   bool begin(Element* element, TableMask known);
   bool end(Element* element);
   bool find_texts(Element* element);
@@ -76,6 +80,7 @@ class ElementWriter {
   StageWriter& stages_;
   ElementPlans plans_;
   std::ostream* out_ = nullptr;
+  ElementPlan* root_ = nullptr;  // of the whole, null while a category of it is written by itself
   std::string text_;
   std::size_t unsettled_ = 0;  // elements that may have to be taken back
 };

@@ -33,6 +33,8 @@ class TreeValue {
   // Tells what is wrong with the value, and when it is another at others of the records. `constant`: tables that have
   // one row for all of them.
   const std::string& write(const RecordList& records, TableMask constant);
+  // The next text is worked out anew, whatever the latest record was.
+  void forget() { has_latest_ = false; }
   // The tables on whose rows the text depends.
   TableMask tables() const { return tables_; }
   const TreeLine& line() const { return line_; }

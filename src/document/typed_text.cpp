@@ -51,7 +51,7 @@ ValueRemark append_metres(double kilometres, std::string* text) {
 }  // namespace
 
 ValueRemark append_integer(double number, std::string* text) {
-  if (!(std::fabs(number) < 0x1p63)) return ValueRemark::out_of_range;
+  if (!(number >= -0x1p63 && number < 0x1p63)) return ValueRemark::out_of_range;
   append_decimal(static_cast<std::int64_t>(number), text);
   return ValueRemark::none;
 }

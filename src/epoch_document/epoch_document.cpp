@@ -40,8 +40,9 @@ const char* cut_of(DetailLevel level) {
 
 std::unique_ptr<const ElementTree> read_or_fail(Dbptr db, Pf* pf, std::uint32_t* tables) {
   auto tree = read_tree(db, pf, tables);
-  if (tree == nullptr) throw FatalFailure(std::string("parameter file ") + pf_path(pf) + ": cannot be used");
-  return tree;
+  if (tree != nullptr) return tree;
+  const std::string path = pf_path(pf);
+  throw FatalFailure("parameter file" + (path.empty() ? "" : " " + path) + ": cannot be used");
 }
 
 // Whether stages are written with their filters: a group that writes fields of theirs can have them as they are.
@@ -143,8 +144,7 @@ EpochDocument::PieceWriter::PieceWriter(const EpochDocument& document) : inside_
 EpochDocument::PieceWriter::~PieceWriter() = default;
 
 bool EpochDocument::PieceWriter::write(std::size_t piece, std::ostream& out, Findings* findings) {
-  const SplitElement& parts = inside_->of.parts;
-  const bool is_written = inside_->writer.write(*parts.line->group, parts.categories[piece], kRootDepth + 1, out);
+  const bool is_written = inside_->writer.write_category(inside_->of.parts, piece, kRootDepth + 1, out);
   findings->add(std::exchange(inside_->findings, {}));
   return is_written;
 }

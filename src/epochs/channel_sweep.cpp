@@ -53,13 +53,22 @@ void ChannelSweep::drop_those_that_never_hold(HeldRows* rows, Remark never) {
 }
 
 // Puts the rows in order; what never holds goes.
-void ChannelSweep::prepare(HeldRows* rows, Remark never, Remark clash) {
+void ChannelSweep::put_in_order(HeldRows* rows, Remark never) {
   drop_those_that_never_hold(rows, never);
   if (!std::is_sorted(rows->begin(), rows->end())) std::sort(rows->begin(), rows->end());
+}
+
+void ChannelSweep::prepare(HeldRows* rows, Remark never, Remark clash) {
+  put_in_order(rows, never);
   find_contradictions(*rows, [&](const HeldRow& earlier, const HeldRow& later) {
-    const bool are_of_two_channels = clash == Remark::clash_sensor && earlier.key != later.key &&
-                                     earlier.key != null_sensor_chanid_ && later.key != null_sensor_chanid_;
-    if (!are_of_two_channels) list_->told.push_back({clash, earlier.row, later.row, about_});
+    list_->told.push_back({clash, earlier.row, later.row, about_});
+  });
+}
+
+void ChannelSweep::prepare_sensors() {
+  put_in_order(&rows_->sensors, Remark::never_sensor);
+  find_sensor_contradictions(rows_->sensors, null_sensor_chanid_, [&](const HeldRow& earlier, const HeldRow& later) {
+    list_->told.push_back({Remark::clash_sensor, earlier.row, later.row, about_});
   });
 }
 
@@ -86,7 +95,7 @@ void ChannelSweep::prepare() {
   const SensorBorders borders(sensor_begins_);
   meet_at_borders(tables_.sitechan, borders, &rows_->sitechans);
   meet_at_borders(tables_.site, borders, &rows_->sites);
-  prepare(&rows_->sensors, Remark::never_sensor, Remark::clash_sensor);
+  prepare_sensors();
   prepare(&rows_->calibrations, Remark::never_calibration, Remark::clash_calibration);
   prepare(&rows_->sitechans, Remark::never_sitechan, Remark::clash_sitechan);
   prepare_stages();

@@ -65,7 +65,9 @@ class ChannelSweep {
 
   void prepare();
   void drop_those_that_never_hold(HeldRows* rows, Remark never);
+  void put_in_order(HeldRows* rows, Remark never);
   void prepare(HeldRows* rows, Remark never, Remark clash);
+  void prepare_sensors();
   void prepare_stages();
   void find_borders();
   bool find_present(const Span& span, Present* present);

@@ -63,6 +63,7 @@ void note_unpublished(StationData* data) {
 // What the records are about.
 struct Chosen {
   std::unordered_set<ChannelKey> channels;
+  std::unordered_set<std::uint32_t> nameless;  // rows of sitechan without a station or channel
   std::vector<bool> stations;
 
   Chosen(const StationData& data, const RecordRows& rows) : stations(data.order.stations.size(), false) {
@@ -75,15 +76,24 @@ struct Chosen {
           rows.rows[kSite][i] == rows.rows[kSite][i - 1]) {
         continue;
       }
-      if (rows.rows[kSitechan][i] != kAbsent) add_channel(data.order.sitechan.key_of_row(rows.rows[kSitechan][i]));
+      if (rows.rows[kSitechan][i] != kAbsent) add_channel(data, rows.rows[kSitechan][i]);
       if (rows.rows[kSite][i] != kAbsent) stations[station_of(data.order.site.key_of_row(rows.rows[kSite][i]))] = true;
     }
   }
 
-  void add_channel(ChannelKey key) {
-    if (key == kNoChannel) return;
+  void add_channel(const StationData& data, std::uint32_t sitechan) {
+    const ChannelKey key = data.order.sitechan.key_of_row(sitechan);
+    if (key == kNoChannel) {
+      nameless.insert(sitechan);
+      return;
+    }
     channels.insert(key);
     stations[station_of(key)] = true;
+  }
+
+  bool has_channel_of(const StationData& data, std::uint32_t sitechan) const {
+    const ChannelKey key = data.order.sitechan.key_of_row(sitechan);
+    return key == kNoChannel ? nameless.contains(sitechan) : channels.contains(key);
   }
 };
 
@@ -126,7 +136,7 @@ std::string place_of(const StationData& data, const Told& told) {
 }
 
 bool is_about(const StationData& data, const Told& told, const Chosen& chosen) {
-  if (told.sitechan != kAbsent) return chosen.channels.contains(data.order.sitechan.key_of_row(told.sitechan));
+  if (told.sitechan != kAbsent) return chosen.has_channel_of(data, told.sitechan);
   const RecordTable table = text_of(told.remark).table;
   if (table == kNetwork || table == kInstrument) return true;
   const TextColumn stations = columns_of(data, table).texts("sta");

@@ -12,6 +12,12 @@ const HeldRow* later_of(const HeldRow* a, const HeldRow* b) {
   return *a < *b ? b : a;
 }
 
+// The one of two that ends later; null where both are.
+const HeldRow* longer_of(const HeldRow* a, const HeldRow* b) {
+  if (a == nullptr || b == nullptr) return a == nullptr ? b : a;
+  return a->span.end < b->span.end ? b : a;
+}
+
 }  // namespace
 
 void SensorSpans::add(const Span& span) {
@@ -78,6 +84,24 @@ bool SensorChoice::any_within(const Span& span, std::optional<std::int64_t> chan
   if (!chanid) return spans_of_all_.any_within(span);
   const auto own = spans_by_chanid_.find(*chanid);
   return spans_of_anybodys_.any_within(span) || (own != spans_by_chanid_.end() && own->second.any_within(span));
+}
+
+void find_sensor_contradictions(const HeldRows& sensors, std::int64_t null,
+                                const std::function<void(const HeldRow& earlier, const HeldRow& later)>& tell) {
+  bool is_any = false;
+  find_contradictions(sensors, [&is_any](const HeldRow&, const HeldRow&) { is_any = true; });
+  if (!is_any) return;
+  // Those so far that end last.
+  const HeldRow* longest = nullptr;
+  std::unordered_map<std::int64_t, const HeldRow*> longest_by_chanid;
+  for (const HeldRow& sensor : sensors) {
+    const HeldRow*& longest_of_own = longest_by_chanid[sensor.key];
+    const HeldRow* other =
+        sensor.key == null ? longest : longer_of(longest_of_own, longest_by_chanid.try_emplace(null).first->second);
+    if (other != nullptr && sensor.span.begin < other->span.end) tell(*other, sensor);
+    longest_of_own = longer_of(longest_of_own, &sensor);
+    longest = longer_of(longest, &sensor);
+  }
 }
 
 }  // namespace triglub

@@ -3,6 +3,7 @@
 #define TRIGLUB_SRC_EPOCHS_SENSOR_CHOICE_H
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -51,6 +52,11 @@ class SensorChoice {
   SensorSpans spans_of_anybodys_;
   std::unordered_map<std::int64_t, SensorSpans> spans_by_chanid_;
 };
+
+// tell(earlier, later) as find_contradictions(), for sensors in order: those of two chanids are of two rows of sitechan
+// and do not contradict each other, one without (`null`) may be of any.
+void find_sensor_contradictions(const HeldRows& sensors, std::int64_t null,
+                                const std::function<void(const HeldRow& earlier, const HeldRow& later)>& tell);
 
 }  // namespace triglub
 

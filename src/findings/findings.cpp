@@ -11,10 +11,11 @@ namespace {
 
 std::string line_of(const Finding& finding) {
   std::string line = finding.what + ": " + std::to_string(finding.count);
+  if (finding.places.empty()) return line;
   std::string places;
   for (const std::string& place : finding.places) places += (places.empty() ? "" : ", ") + place;
   if (finding.count > finding.places.size()) places += ", ...";
-  return places.empty() ? line : line + " (" + places + ")";
+  return line + " (" + places + ")";
 }
 
 }  // namespace
@@ -26,6 +27,7 @@ void Findings::add(Rank rank, const std::string& what, const std::string& place)
 }
 
 void Findings::add(const Findings& other) {
+  if (&other == this) return add(Findings(other));
   for (const auto& [kind, more] : other.findings_) {
     Places& places = findings_[kind];
     places.count += more.count;

@@ -1,0 +1,155 @@
+// Stages as they stand in a document.
+#include <gmock/gmock.h>
+
+#include <string>
+
+#include "document/written.h"
+#include "tree/tree_reading.h"
+
+namespace triglub_test {
+namespace {
+
+const FieldTexts kFiles = {
+    {"resp/s.paz", "theoretical 1 instrument paz\n2.5 0.5\n1\n-1 2 0 0\n0\n"},
+    {"resp/f.fir", "theoretical 1 instrument fir\n200\n3\n0.25 0\n0.5 0\n0.25 0\n0\n"},
+    {"resp/odd.fir", "theoretical 1 instrument fir\n200\n3\n0.25 0\n0.5 0\n0.75 0\n0\n"},
+};
+
+const std::string kTree = document("", "stage - CATEGORIZED_BY_NUMBER stageid\n", "",
+                                   group("stage", "Stage", "number - integer stageid\n", "filter - STAGE\n"));
+
+// The stages of one channel, `values` each; the calibration has a frequency of 1 Hz and units of metres.
+std::string stages(const std::vector<FieldTexts>& values, FieldTexts calibration = {{"fc", "1"}, {"units", "m"}}) {
+  MadeRows rows = {{"snetsta", {}}, {"site", {}}, {"sitechan", {}}, {"calibration", calibration}};
+  int number = 0;
+  for (FieldTexts stage : values) {
+    stage.insert({{"stageid", std::to_string(++number)}, {"gnom", "2"}});
+    if (stage.contains("dfile")) stage.insert({"dir", "resp"});
+    rows.push_back({"stage", stage});
+  }
+  const MadeDatabase made(rows, kFiles);
+  const Written written = write_document(made, kTree);
+  EXPECT_EQ(written.told, std::vector<std::string>());
+  return written.text;
+}
+
+std::string gain(const std::string& value) {
+  return "   <StageGain>\n    <Value>" + value + "</Value>\n    <Frequency>1</Frequency>\n   </StageGain>\n";
+}
+
+std::string in_stage(const std::string& number, const std::string& text) {
+  return "  <Stage number=\"" + number + "\">\n" + text + "  </Stage>\n";
+}
+
+std::string in_root(const std::string& text) { return " <Root>\n" + text + " </Root>\n"; }
+
+std::string units(const std::string& input, const std::string& output) {
+  return "    <InputUnits><Name>" + input + "</Name></InputUnits>\n    <OutputUnits><Name>" + output +
+         "</Name></OutputUnits>\n";
+}
+
+std::string paz(const std::string& input, const std::string& output) {
+  return "   <PolesZeros>\n" + units(input, output) +
+         "    <PzTransferFunctionType>LAPLACE (RADIANS/SECOND)</PzTransferFunctionType>\n"
+         "    <NormalizationFactor>2.5</NormalizationFactor>\n"
+         "    <NormalizationFrequency>0.5</NormalizationFrequency>\n"
+         "    <Pole number=\"0\">\n     <Real>-1</Real>\n     <Imaginary>2</Imaginary>\n    </Pole>\n"
+         "   </PolesZeros>\n";
+}
+
+std::string fir(const std::string& input, const std::string& output, const std::string& last = "0.25") {
+  return "   <Coefficients>\n" + units(input, output) +
+         "    <CfTransferFunctionType>DIGITAL</CfTransferFunctionType>\n"
+         "    <Numerator number=\"1\">0.25</Numerator>\n"
+         "    <Numerator number=\"2\">0.5</Numerator>\n"
+         "    <Numerator number=\"3\">" +
+         last +
+         "</Numerator>\n"
+         "   </Coefficients>\n";
+}
+
+std::string decimation(const std::string& rate, const std::string& factor, const std::string& delay,
+                       const std::string& correction) {
+  return "   <Decimation>\n    <InputSampleRate>" + rate + "</InputSampleRate>\n    <Factor>" + factor +
+         "</Factor>\n    <Offset>0</Offset>\n    <Delay>" + delay + "</Delay>\n    <Correction>" + correction +
+         "</Correction>\n   </Decimation>\n";
+}
+
+TEST(StageTexts, AGainAloneWhereTheUnitsStay) { EXPECT_EQ(stages({{}}), in_root(in_stage("1", gain("2")))); }
+
+TEST(StageTexts, TheGainIsTheNominalOneTimesItsCalibration) {
+  EXPECT_EQ(stages({{{"gcalib", "1.5"}}}), in_root(in_stage("1", gain("3"))));
+}
+
+TEST(StageTexts, ThePeriodStandsForAFrequencyThatIsNotThere) {
+  EXPECT_EQ(stages({{}}, {{"calper", "1.0"}, {"units", "m"}}), in_root(in_stage("1", gain("2"))));
+}
+
+TEST(StageTexts, PolesAndZerosTakeTheUnitsOfTheRow) {
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "m/s"}, {"ounits", "V"}}}),
+            in_root(in_stage("1", paz("m/s", "V") + gain("2"))));
+}
+
+TEST(StageTexts, UnitsThatARowLacksComeFromTheOneBefore) {
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"ounits", "V"}},
+                    {{"dfile", "s.paz"}},
+                    {{"dfile", "s.paz"}, {"iunits", "A"}},
+                    {{"dfile", "s.paz"}, {"ounits", "counts"}}}),
+            in_root(in_stage("1", paz("m", "V") + gain("2")) + in_stage("2", paz("V", "V") + gain("2")) +
+                    in_stage("3", paz("A", "A") + gain("2")) + in_stage("4", paz("A", "counts") + gain("2"))));
+}
+
+TEST(StageTexts, UnitsThatNobodyKnowsAreUnknown) {
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}}}, {{"fc", "1"}}),
+            in_root(in_stage("1", paz("unknown", "unknown") + gain("2"))));
+}
+
+TEST(StageTexts, UnitsAreXml) {
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "a<b"}, {"ounits", "c&d"}}}),
+            in_root(in_stage("1", paz("a&lt;b", "c&amp;d") + gain("2"))));
+}
+
+TEST(StageTexts, AChangeOfUnitsWithoutAFilterIsOneWithoutPoles) {
+  EXPECT_EQ(stages({{{"iunits", "m"}, {"ounits", "V"}}}),
+            in_root(in_stage("1", "   <PolesZeros>\n" + units("m", "V") +
+                                      "    <PzTransferFunctionType>LAPLACE (RADIANS/SECOND)</PzTransferFunctionType>\n"
+                                      "    <NormalizationFactor>1</NormalizationFactor>\n"
+                                      "    <NormalizationFrequency>1</NormalizationFrequency>\n"
+                                      "   </PolesZeros>\n" +
+                                      gain("2"))));
+}
+
+TEST(StageTexts, ADigitalStageWithoutAFilterHasNoCoefficients) {
+  EXPECT_EQ(stages({{{"samprate", "100"}, {"decifac", "2"}, {"iunits", "V"}, {"ounits", "counts"}}}),
+            in_root(in_stage("1", "   <Coefficients>\n" + units("V", "counts") +
+                                      "    <CfTransferFunctionType>DIGITAL</CfTransferFunctionType>\n"
+                                      "   </Coefficients>\n" +
+                                      decimation("200", "2", "0", "0") + gain("2"))));
+}
+
+TEST(StageTexts, ADigitalFilterIsDelayedByHalfItsLengthUnlessTheRowSaysMore) {
+  EXPECT_EQ(stages({{{"dfile", "f.fir"}, {"samprate", "50"}, {"decifac", "4"}}}),
+            in_root(in_stage("1", fir("m", "m") + decimation("200", "4", "0.005", "0.005") + gain("2"))));
+  EXPECT_EQ(stages({{{"dfile", "f.fir"}, {"leadfac", "0.25"}}}),
+            in_root(in_stage("1", fir("m", "m") + decimation("200", "1", "0.005", "0.25") + gain("2"))))
+      << "the rate of the file where the row has none";
+}
+
+TEST(StageTexts, AFilterThatIsNotSymmetricHasNoDelayOfItsOwn) {
+  EXPECT_EQ(stages({{{"dfile", "odd.fir"}}}),
+            in_root(in_stage("1", fir("m", "m", "0.75") + decimation("200", "1", "0", "0") + gain("2"))));
+}
+
+TEST(StageTexts, OneStageOfAChainHasTheUnitsOfTheOthersThoughTheyAreNotWritten) {
+  MadeRows rows = {{"snetsta", {}}, {"site", {}}, {"sitechan", {}}, {"calibration", {{"fc", "1"}}}};
+  rows.push_back({"stage", {{"stageid", "1"}, {"gnom", "2"}, {"ounits", "V"}}});
+  rows.push_back({"stage", {{"stageid", "2"}, {"gnom", "2"}, {"dir", "resp"}, {"dfile", "s.paz"}}});
+  const MadeDatabase made(rows, kFiles);
+  const std::string tree = document("", "stage - CATEGORIZED_BY_NUMBER 0 - stageid\n", "",
+                                    group("stage", "Stage", "number - integer stageid\n", "filter - STAGE\n"));
+  EXPECT_THAT(write_document(made, tree).text,
+              testing::StartsWith(" <Root>\n" + in_stage("2", paz("V", "V") + gain("2"))));
+}
+
+}  // namespace
+}  // namespace triglub_test
