@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "properties/databases.h"
+#include "properties/document_spans.h"
 #include "properties/xml_reader.h"
 #include "reference/edition2/epochs.h"
 #include "reference/edition2/instants.h"
@@ -126,29 +127,6 @@ std::vector<Instant> probes(const std::vector<NamedChannel>& channels) {
 }
 
 // --- documents
-
-Instant instant_in(const std::optional<std::string>& text, Instant otherwise) {
-  if (!text) return otherwise;
-  int year = 0;
-  int month = 0;
-  int day = 0;
-  int hour = 0;
-  int minute = 0;
-  double second = 0;
-  if (std::sscanf(text->c_str(), "%d-%d-%dT%d:%d:%lfZ", &year, &month, &day, &hour, &minute, &second) != 6) {
-    throw std::runtime_error("no time: " + *text);
-  }
-  const int lengths[] = {
-      31, 28 + (year % 4 == 0 && (year % 100 != 0 || year % 400 == 0)), 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  long of_year = day;
-  for (int i = 0; i + 1 < month; ++i) of_year += lengths[i];
-  const double days = static_cast<double>(*day_of_yearday(year * 1000L + of_year));
-  return std::round(((days * 24 + hour) * 60 + minute) * 60000 + second * 1000);
-}
-
-Span span_of(const Element& element) {
-  return {instant_in(element.attribute("startDate"), -kForever), instant_in(element.attribute("endDate"), kForever)};
-}
 
 struct WrittenChannel {
   Span span;
@@ -348,20 +326,12 @@ std::string shipped_facts(const Element& network, const Element& station, const 
                   number_text(number_at(channel, {"Response", "InstrumentSensitivity", "Value"}))});
 }
 
-void expect_within(const Element& inner, const Element& outer) {
-  const Span in = span_of(inner);
-  const Span out = span_of(outer);
-  EXPECT_TRUE(out.begin <= in.begin && in.end <= out.end)
-      << inner.name << " " << *inner.attribute("code") << " reaches out of " << outer.name;
-}
-
 std::vector<WrittenChannel> shipped_channels(const Element& document) {
+  expect_consistent(document);
   std::vector<WrittenChannel> channels;
   for (const Element* network : document.all("Network")) {
     for (const Element* station : network->all("Station")) {
-      expect_within(*station, *network);
       for (const Element* channel : station->all("Channel")) {
-        expect_within(*channel, *station);
         channels.push_back({span_of(*channel), shipped_facts(*network, *station, *channel)});
       }
     }

@@ -103,6 +103,14 @@ const std::vector<std::string> kInstants = {"-9999999999.99900",
                                             "1e9",
                                             "-1e11"};
 
+// The texts that documents show.
+const struct {
+  const char* table;
+  const char* field;
+} kShown[] = {{"snetsta", "snet"},    {"snetsta", "fsta"},      {"schanloc", "fchan"}, {"schanloc", "loc"},
+              {"network", "netname"}, {"site", "staname"},      {"sitechan", "chan"},  {"instrument", "insname"},
+              {"stage", "iunits"},    {"calibration", "units"}, {"stage", "ounits"}};
+
 // Response files that are none, or not what they seem.
 const std::vector<std::string> kResponses = {
     "",
@@ -141,9 +149,10 @@ class Spoiler {
   Spoiler(Random& random, Database& database) : random_(random), database_(database) {}
 
   void spoil_once() {
+    if (random_.percent(20)) return spoil_shown_text();
     Rows& rows = any_table();
     if (rows.empty() || random_.percent(10)) return spoil_response();
-    Row& row = rows[static_cast<std::size_t>(random_.below(static_cast<int>(rows.size())))];
+    Row& row = any_row(rows);
     const int kind = random_.below(100);
     if (kind < 60) return set_field(row);
     if (kind < 66) return turn_span(row);
@@ -159,6 +168,16 @@ class Spoiler {
     const auto& schema = triglub_test::flat_schema();
     table_ = std::next(schema.begin(), random_.below(static_cast<int>(schema.size())))->first;
     return database_.tables.rows[table_];
+  }
+
+  Row& any_row(Rows& rows) { return rows[static_cast<std::size_t>(random_.below(static_cast<int>(rows.size())))]; }
+
+  void spoil_shown_text() {
+    const auto& [table, name] = random_.one_of(kShown);
+    Rows& rows = database_.tables.rows[table];
+    const auto& fields = triglub_test::flat_schema().at(table);
+    const auto field = std::find_if(fields.begin(), fields.end(), [&](const FlatField& of) { return of.name == name; });
+    if (!rows.empty()) any_row(rows)[name] = odd_value(*field);
   }
 
   const FlatField& any_field() { return random_.one_of(triglub_test::flat_schema().at(table_)); }
@@ -221,7 +240,7 @@ class Spoiler {
   }
   void name_response(Rows& stages) {
     if (stages.empty()) return;
-    Row& stage = stages[static_cast<std::size_t>(random_.below(static_cast<int>(stages.size())))];
+    Row& stage = any_row(stages);
     stage["dir"] = random_.pick({"resp", ".", "", "-", "/", "missing"});
     stage["dfile"] = "odd" + std::to_string(random_.below(static_cast<int>(kResponses.size())));
     if (random_.percent(90)) stage["dir"] = "resp";
@@ -241,7 +260,7 @@ const std::pair<const std::string, std::string>& any_file(Random& random, const 
 
 void spoil(Random& random, Database& database) {
   Spoiler spoiler(random, database);
-  constexpr int kMost[] = {3, 30, 300};
+  constexpr int kMost[] = {3, 30, 100, 300};
   const int most = random.one_of(kMost);
   for (int n = random.between(1, most); n > 0; --n) spoiler.spoil_once();
 }
