@@ -36,7 +36,7 @@ Row row_of(const std::string& line, const triglub_test::FlatTable& fields) {
 }
 
 void read_response(const std::filesystem::path& folder, const Row& stage, Database& database) {
-  const std::string name = stage.at("dir") + "/" + stage.at("dfile");
+  const std::string name = std::filesystem::path(stage.at("dir")) / stage.at("dfile");
   if (stage.at("dfile") == "-" || database.files.contains(name)) return;
   database.files[name] = triglub_test::file_text(folder / name);
 }

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <numeric>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -14,6 +16,14 @@ namespace {
 
 using namespace triglub_reference::edition2;
 
+bool is_leap(int year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
+
+Instant midnight(int year, int month, int day) {
+  const int lengths[] = {31, is_leap(year) ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  const long of_year = std::accumulate(lengths, lengths + month - 1, static_cast<long>(day));
+  return static_cast<double>(day_of_yearday(year * 1000L + of_year).value()) * kDay;
+}
+
 Instant instant_in(const std::optional<std::string>& text, Instant otherwise) {
   if (!text) return otherwise;
   int year = 0;
@@ -22,15 +32,9 @@ Instant instant_in(const std::optional<std::string>& text, Instant otherwise) {
   int hour = 0;
   int minute = 0;
   double second = 0;
-  if (std::sscanf(text->c_str(), "%d-%d-%dT%d:%d:%lfZ", &year, &month, &day, &hour, &minute, &second) != 6) {
-    throw std::runtime_error("no time: " + *text);
-  }
-  const int lengths[] = {
-      31, 28 + (year % 4 == 0 && (year % 100 != 0 || year % 400 == 0)), 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  long of_year = day;
-  for (int i = 0; i + 1 < month; ++i) of_year += lengths[i];
-  const double days = static_cast<double>(*day_of_yearday(year * 1000L + of_year));
-  return std::round(((days * 24 + hour) * 60 + minute) * 60000 + second * 1000);
+  const int read = std::sscanf(text->c_str(), "%d-%d-%dT%d:%d:%lfZ", &year, &month, &day, &hour, &minute, &second);
+  if (read != 6 || month < 1 || month > 12) throw std::runtime_error("no time: " + *text);
+  return midnight(year, month, day) + std::round((hour * 60 + minute) * 60000 + second * 1000);
 }
 
 void expect_within(const Element& inner, const Element& outer) {

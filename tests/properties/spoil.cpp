@@ -173,11 +173,12 @@ class Spoiler {
   Row& any_row(Rows& rows) { return rows[static_cast<std::size_t>(random_.below(static_cast<int>(rows.size())))]; }
 
   void spoil_shown_text() {
-    const auto& [table, name] = random_.one_of(kShown);
-    Rows& rows = database_.tables.rows[table];
-    const auto& fields = triglub_test::flat_schema().at(table);
-    const auto field = std::find_if(fields.begin(), fields.end(), [&](const FlatField& of) { return of.name == name; });
-    if (!rows.empty()) any_row(rows)[name] = odd_value(*field);
+    const auto& shown = random_.one_of(kShown);
+    Rows& rows = database_.tables.rows[shown.table];
+    const auto& fields = triglub_test::flat_schema().at(shown.table);
+    const auto field =
+        std::find_if(fields.begin(), fields.end(), [&](const FlatField& of) { return of.name == shown.field; });
+    if (!rows.empty()) any_row(rows)[shown.field] = odd_value(*field);
   }
 
   const FlatField& any_field() { return random_.one_of(triglub_test::flat_schema().at(table_)); }

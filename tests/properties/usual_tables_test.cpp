@@ -39,38 +39,41 @@ bool is_same_channel(const Row& row, const Row& other) {
                      [&](const char* field) { return row.at(field) == other.at(field); });
 }
 
-// True when the station came to another place after the one row began, and before or when the other did.
-bool moved_between(const Database& database, const Row& row, const Row& later) {
-  const auto& sites = database.tables.rows.at("site");
+// True when the station came to another place after the one row of sitechan began, and before or when the other did.
+bool moved_between(const std::vector<Row>& sites, const Row& first, const Row& second) {
   return std::any_of(sites.begin(), sites.end(), [&](const Row& site) {
-    return site.at("sta") == row.at("sta") && day_of(site, "ondate") > day_of(row, "ondate") &&
-           day_of(site, "ondate") <= day_of(later, "ondate");
+    return site.at("sta") == first.at("sta") && day_of(site, "ondate") > day_of(first, "ondate") &&
+           day_of(site, "ondate") <= day_of(second, "ondate");
   });
 }
 
-// Puts rows of a channel that say the same into one; their sensors name it instead.
-Database put_together(Database database) {
-  std::vector<Row> rows = database.tables.rows["sitechan"];
-  std::stable_sort(rows.begin(), rows.end(),
-                   [](const Row& a, const Row& b) { return day_of(a, "ondate") < day_of(b, "ondate"); });
-  std::map<std::pair<std::string, std::string>, Row> last;
-  std::map<std::string, std::string> chanids;  // old to new
-  std::map<std::string, Row> kept;             // by chanid
-  for (const Row& row : rows) {
+// Rows of sitechan, those that say the same of a channel in one.
+struct PutTogether {
+  std::map<std::pair<std::string, std::string>, Row> last;  // by sta and chan
+  std::map<std::string, std::string> chanids;               // old to new
+  std::map<std::string, Row> rows;                          // by new chanid
+
+  // To be called in the order of ondate.
+  void add(const Row& row, const std::vector<Row>& sites) {
     const auto [found, is_new] = last.try_emplace({row.at("sta"), row.at("chan")}, row);
-    Row& before = found->second;
-    const bool goes_on = !is_new && is_same_channel(before, row) && !moved_between(database, before, row);
-    if (goes_on) {
-      before["offdate"] = row.at("offdate");
-    } else {
-      before = row;
-    }
-    chanids[row.at("chanid")] = before.at("chanid");
-    kept[before.at("chanid")] = before;
+    Row& standing = found->second;
+    const bool goes_on = is_same_channel(standing, row) && !moved_between(sites, standing, row);
+    if (!is_new && goes_on) standing["offdate"] = row.at("offdate");
+    if (!goes_on) standing = row;
+    chanids[row.at("chanid")] = standing.at("chanid");
+    rows[standing.at("chanid")] = standing;
   }
-  database.tables.rows["sitechan"].clear();
-  for (const auto& [chanid, row] : kept) database.tables.rows["sitechan"].push_back(row);
-  for (Row& sensor : database.tables.rows["sensor"]) sensor["chanid"] = chanids.at(sensor.at("chanid"));
+};
+
+Database put_together(Database database) {
+  std::vector<Row>& sitechans = database.tables.rows["sitechan"];
+  std::stable_sort(sitechans.begin(), sitechans.end(),
+                   [](const Row& a, const Row& b) { return day_of(a, "ondate") < day_of(b, "ondate"); });
+  PutTogether together;
+  for (const Row& row : sitechans) together.add(row, database.tables.rows["site"]);
+  sitechans.clear();
+  for (const auto& [chanid, row] : together.rows) sitechans.push_back(row);
+  for (Row& sensor : database.tables.rows["sensor"]) sensor["chanid"] = together.chanids.at(sensor.at("chanid"));
   return database;
 }
 

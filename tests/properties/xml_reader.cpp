@@ -39,7 +39,7 @@ class Reader {
   std::string until(std::string_view token) {
     const std::size_t end = text_.find(token, at_);
     if (end == std::string_view::npos) fail("expected " + std::string(token));
-    const std::string passed(text_.substr(at_, end - at_));
+    std::string passed(text_.substr(at_, end - at_));
     at_ = end + token.size();
     return passed;
   }
