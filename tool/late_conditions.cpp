@@ -41,7 +41,8 @@ Conditions take_late_conditions(Dbptr db, Conditions* conditions) {
 
 Dbptr meeting(Dbptr view, const Conditions& conditions) {
   for (const auto& [field, pattern] : conditions) {
-    const Dbptr chosen = dbsubset(view, (field + "=~" + pattern).c_str(), nullptr);
+    const std::string condition = std::string(field).append("=~").append(pattern);
+    const Dbptr chosen = dbsubset(view, condition.c_str(), nullptr);
     release_view(view);
     view = chosen;
   }

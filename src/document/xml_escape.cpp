@@ -56,7 +56,7 @@ std::size_t append_special(std::string_view text, XmlPlace place, std::string* x
 
 void append_escaped(std::string_view text, XmlPlace place, std::string* xml) {
   while (!text.empty()) {
-    const auto special = std::find_if(text.begin(), text.end(), is_special);
+    const auto* const special = std::find_if(text.begin(), text.end(), is_special);
     const auto plain = static_cast<std::size_t>(special - text.begin());
     xml->append(text.substr(0, plain));
     text.remove_prefix(plain);

@@ -44,7 +44,7 @@ std::optional<Instant> start_of_day(std::int64_t yyyyddd) {
   constexpr std::int64_t kLast = 9999366;
   if (yyyyddd < 0 || yyyyddd > kLast) return std::nullopt;
   const double seconds = epoch(static_cast<int>(yyyyddd));
-  if (seconds < static_cast<double>(kYear1 / 1000) || seconds != std::floor(seconds)) return std::nullopt;
+  if (seconds * 1000 < static_cast<double>(kYear1) || seconds != std::floor(seconds)) return std::nullopt;
   return static_cast<Instant>(seconds) * 1000;
 }
 
