@@ -120,8 +120,8 @@ void ElementWriter::write_groups(Element* element, PlannedLine& line) {
   for (const RecordList& records : line.groups.lists) {
     // Each category of the root may be written by itself, and tells the same then.
     if (line.split && &element->plan == root_) plans_.forget_values();
-    write_element(*line.child, records, element, &line);
-    hand_on();
+    // What was not written leaves the text as it was, for an element around it may yet be taken back to where it began.
+    if (write_element(*line.child, records, element, &line)) hand_on();
   }
 }
 

@@ -177,6 +177,16 @@ TEST(ElementWriter, AGroupThatIsTakenBackLeavesTheTextAroundItHoweverLarge) {
   EXPECT_EQ(with.text, without.text);
 }
 
+TEST(ElementWriter, AGroupOfNothingButElementsThatAreTakenBackLeavesALargeTextBeforeIt) {
+  const MadeDatabase made(kRows);
+  const std::string large(std::size_t{1} << 17, 'x');
+  const Written written =
+      write_document(made, document("", "A - text " + large + "\nbare - GROUP\nB - string net\n", "",
+                                    group("bare", "-", "", "channel - CATEGORIZED_GROUP chan\n") +
+                                        group("channel", "Channel", "", "Y r string nettype\n")));
+  EXPECT_EQ(written.text, " <Root>\n  <A>" + large + "</A>\n  <B>KR</B>\n </Root>\n");
+}
+
 TEST(ElementWriter, ARequiredGroupThatComesLateKeepsALargeText) {
   const MadeDatabase made(many_channels());
   const Written written = write_document(made, document("", "channel - CATEGORIZED_GROUP chan\nlast r GROUP\n", "",
