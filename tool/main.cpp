@@ -27,7 +27,7 @@ constexpr const char* kExamples = R"(Examples:
   triglub convert --subset schanloc.loc= --subset 'schanloc.fchan=LH.' --subset 'schanloc.fchan=..Z' /net/aak/aak
       the vertical long-period channels without a location code
   triglub convert --strict /net/aak/aak -o aak.xml
-      fails when anything of the database had to be left out
+      fails where a warning says that the document is not all that the tables are
 
 A database is named by the common beginning of its files: /net/aak/aak for /net/aak/aak.site and so on.
 Exit status: 0 done, 1 the data could not be converted, 2 wrong usage.)";
@@ -67,10 +67,10 @@ CLI::App* add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Raw
                    "none; repeatable")
       ->type_name("FIELD=REGEX")
       ->allow_extra_args(false);
-  convert->add_option("--jobs", options.jobs, "processes that convert networks side by side (default: all processors)")
+  convert->add_option("--jobs", options.jobs, "how many networks are written side by side (default: as many as processors)")
       ->type_name("N")
       ->check(CLI::Range(1U, kMaxJobs).description(""));
-  convert->add_flag("--strict", options.strict, "fail when anything had to be left out of the document");
+  convert->add_flag("--strict", options.strict, "fail, and write nothing, when there are warnings");
   convert->add_flag("-v", raw.verbose, "tell what is done; up to three times");
   convert->footer(kExamples);
   return convert;
