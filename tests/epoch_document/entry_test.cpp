@@ -93,5 +93,20 @@ TEST_F(EntriesDeathTest, TheProcessEndsWhereAConversionThrows) {
               "fatal: a condition cannot be used: .*nosuch");
 }
 
+TEST_F(EntriesDeathTest, TheProcessEndsWhereANodeIsAskedForByItself) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const PfPtr one = parsed("g &Arr{\nname G\nattributes &Tbl{\n}\nelements &Tbl{\n}\noptional &Tbl{\n}\n}\n");
+  const ElementGroup group(one.get(), "g");
+  const SmartIndex index(1, true);
+  const ElementDescription line("g - GROUP");
+  std::ostringstream out;
+  const auto write = [&] { db2stationxml(made_.db(), tree_.get(), subset_, out, flags_for(DetailLevel::network)); };
+  EXPECT_EXIT((write(), xml_create_node(out, made_.table("site"), group, index)), testing::ExitedWithCode(1), kRefusal);
+  EXPECT_EXIT((write(), xml_create_node(out, made_.table("site"), group, index, [](const ElementDescription&) {})),
+              testing::ExitedWithCode(1), kRefusal);
+  EXPECT_EXIT((write(), xml_create_group_line(out, made_.table("site"), group, line, index)),
+              testing::ExitedWithCode(1), kRefusal);
+}
+
 }  // namespace
 }  // namespace triglub_test

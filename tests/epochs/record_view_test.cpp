@@ -171,6 +171,15 @@ TEST(Records, AreChosenByConditions) {
   }
 }
 
+TEST(Records, AnEpochWithoutAnEndIsChosenByTheTextThatTablesHaveForIt) {
+  const MadeDatabase made({{"site", {}},
+                           {"snetsta", {}},
+                           {"sitechan", {{"chan", "BHE"}, {"offdate", "2000001"}}},
+                           {"sitechan", {{"chan", "BHZ"}}}});
+  EXPECT_THAT(values_of(made, {{{"epoch.endtime", "/9999999999\\.99900/"}}}, "chan"), ElementsAre("BHZ"));
+  EXPECT_THAT(values_of(made, {{{"epoch.time", "/-9999999999\\.99900/"}}}, "chan"), ElementsAre("BHE", "BHZ"));
+}
+
 TEST(Records, AConditionThatDoesNotCompileIsRefusedWithAGuess) {
   const MadeDatabase made(kThreePlaces);
   try {

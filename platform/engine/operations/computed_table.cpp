@@ -1,6 +1,9 @@
 // The texts of the numbers are the shortest that read back to them: no format was ever settled for them.
 #include "engine/operations/computed_table.h"
 
+#include <array>
+#include <charconv>
+#include <string>
 #include <utility>
 
 #include "engine/table/column_builder.h"
@@ -11,13 +14,22 @@ namespace {
 
 constexpr std::int64_t kNullInteger = -1;
 
+// As the schemas of stations write it.
+std::string null_text_of(const ComputedColumn& column) {
+  if (!column.is_time) return std::to_string(kNullInteger);
+  std::array<char, 400> text;
+  char* const end =
+      std::to_chars(text.data(), text.data() + text.size(), column.null_real, std::chars_format::fixed, 5).ptr;
+  return std::string(text.data(), end);
+}
+
 FieldSchema field_for(const ComputedColumn& column) {
   FieldSchema field;
   field.name = column.name;
   field.type = column.is_time ? FieldType::time : FieldType::integer;
   field.width = column.is_time ? 17 : 8;
   field.format = column.is_time ? "%17.5f" : "%8ld";
-  field.null_text = column.is_time ? std::to_string(column.null_real) : std::to_string(kNullInteger);
+  field.null_text = null_text_of(column);
   field.null_real = column.null_real;
   field.null_integer = kNullInteger;
   field.description = column.description;
