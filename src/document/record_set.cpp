@@ -57,7 +57,7 @@ std::string RecordSet::place(std::uint32_t record, TableMask tables) const {
   const TableMask of_sources = mask_of(sources_) - 1;
   for (const TableMask wanted : {tables & of_sources, of_sources}) {
     for (TableMask rest = wanted; rest != 0; rest &= rest - 1) {
-      const std::string place = row_place(view_, static_cast<std::size_t>(std::countr_zero(rest)), record);
+      std::string place = row_place(view_, static_cast<std::size_t>(std::countr_zero(rest)), record);
       if (!place.empty()) return place;
     }
   }
