@@ -81,30 +81,39 @@ std::size_t ElementWriter::child_depth(const Element& element) const {
   return element.depth + (element.plan.group->is_transparent ? 0 : 1);
 }
 
+// What is certain makes all around it hold something: a long element need not be at its end before that is known.
 void ElementWriter::settle(Element* element) {
-  if (!element->is_unsettled || element->missing > 0 || (element->is_optional && !element->holds)) return;
-  element->is_unsettled = false;
-  --unsettled_;
+  const bool is_empty = !element->holds && (element->is_optional || element->plan.group->is_transparent);
+  if (element->is_certain || element->missing > 0 || is_empty) return;
+  element->is_certain = true;
+  if (std::exchange(element->is_unsettled, false)) --unsettled_;
+  if (element->above != nullptr) note_written(element->above);
 }
 
-void ElementWriter::note_written(Element* element, const PlannedLine& line, bool is_first) {
-  element->holds = true;
-  if (is_first && line.line->is_required && !names_element(line.line->type)) --element->missing;
-  settle(element);
-  hand_on();
+void ElementWriter::note_written(LineInWork* work) {
+  Element& element = work->element;
+  element.holds = true;
+  const bool is_first = !std::exchange(work->is_written, true);
+  if (is_first && work->line.line->is_required && !names_element(work->line.line->type)) --element.missing;
+  settle(&element);
 }
 
 void ElementWriter::write_leaf(Element* element, const PlannedLine& line) {
   if (line.text->empty() && line.line->is_optional) return;
   text_.append(child_depth(*element), ' ');
   text_.append(line.head).append(*line.text).append(line.tail);
-  note_written(element, line, true);
+  LineInWork work{*element, line};
+  note_written(&work);
+  hand_on();
 }
 
 void ElementWriter::write_stage(Element* element, const PlannedLine& line) {
   const std::size_t before = text_.size();
   stages_.append(element->records[0], child_depth(*element), &text_);
-  if (text_.size() > before) note_written(element, line, true);
+  if (text_.size() == before) return;
+  LineInWork work{*element, line};
+  note_written(&work);
+  hand_on();
 }
 
 void ElementWriter::write_groups(Element* element, PlannedLine& line) {
@@ -114,12 +123,11 @@ void ElementWriter::write_groups(Element* element, PlannedLine& line) {
   } else {
     line.groups.lists.assign(1, element->records);
   }
-  bool is_first = true;
+  LineInWork work{*element, line};
   for (const RecordList& records : line.groups.lists) {
-    if (!write_element(*line.child, records, element->constant, child_depth(*element), line.line->is_optional))
-      continue;
-    note_written(element, line, is_first);
-    is_first = false;
+    Element child{*line.child, records, child_depth(*element), line.line->is_optional};
+    child.above = &work;
+    if (write_element(&child, element->constant)) hand_on();
   }
 }
 
@@ -163,20 +171,19 @@ bool ElementWriter::end(Element* element) {
   return true;
 }
 
-bool ElementWriter::write_element(ElementPlan& plan, const RecordList& records, TableMask known, std::size_t depth,
-                                  bool is_optional) {
-  Element element{plan, records, depth, is_optional};
+bool ElementWriter::write_element(Element* element, TableMask known) {
   const std::size_t before = text_.size();
-  if (!begin(&element, known)) return false;
-  write_lines(&element, 0, plan.lines.size());
-  if (end(&element)) return true;
+  if (!begin(element, known)) return false;
+  write_lines(element, 0, element->plan.lines.size());
+  if (end(element)) return true;
   text_.resize(before);
   return false;
 }
 
 bool ElementWriter::write(const TreeGroup& group, const RecordList& records, std::size_t depth, std::ostream& out) {
   out_ = &out;
-  const bool is_written = write_element(plans_.of(group), records, 0, depth, false);
+  Element element{plans_.of(group), records, depth, false};
+  const bool is_written = write_element(&element, 0);
   out_->write(text_.data(), static_cast<std::streamsize>(text_.size()));
   text_.clear();
   return is_written;

@@ -38,20 +38,28 @@ class ElementWriter {
   bool split(const TreeGroup& group, const RecordList& records, std::size_t depth, SplitElement* parts);
 
  private:
+  struct Element;
+  // A line of an element in the making, whose groups are being written.
+  struct LineInWork {
+    Element& element;
+    const PlannedLine& line;
+    bool is_written = false;  // at least one of them is certain
+  };
   // One element in the making.
   struct Element {
     ElementPlan& plan;
     const RecordList& records;
     std::size_t depth;
     bool is_optional;
-    TableMask constant = 0;     // tables with one row for all the records
-    bool holds = false;         // an attribute or a child
-    bool is_unsettled = false;  // it may have to be taken back
-    std::size_t missing = 0;    // required groups that have written nothing yet
+    TableMask constant = 0;       // tables with one row for all the records
+    bool holds = false;           // an attribute or a child
+    LineInWork* above = nullptr;  // the line that it belongs to
+    bool is_unsettled = false;    // it may have to be taken back
+    bool is_certain = false;      // it is not empty and misses nothing: it will be in the document
+    std::size_t missing = 0;      // required groups that have written nothing yet
   };
 
-  bool write_element(ElementPlan& plan, const RecordList& records, TableMask known, std::size_t depth,
-                     bool is_optional);
+  bool write_element(Element* element, TableMask known);
   bool begin(Element* element, TableMask known);
   bool end(Element* element);
   bool find_texts(Element* element);
@@ -62,7 +70,7 @@ class ElementWriter {
   void write_leaf(Element* element, const PlannedLine& line);
   void write_groups(Element* element, PlannedLine& line);
   void write_stage(Element* element, const PlannedLine& line);
-  void note_written(Element* element, const PlannedLine& line, bool is_first);
+  void note_written(LineInWork* work);
   void settle(Element* element);
   std::size_t child_depth(const Element& element) const;
   void tell_missing(const Element& element, const PlannedLine& line, const char* what);
