@@ -23,6 +23,19 @@ std::size_t find_broken(const StageTable& table, const RecordRows& rows, std::si
   return end;
 }
 
+// There may be as many faults of files as files: they are of one kind, and stand behind the places.
+void tell(const StageTable& table, const ResponseFiles& files, std::uint32_t stage, const std::string& fault,
+          Findings* findings) {
+  const ResponseFile* file = files.find(stage);
+  const bool is_of_file = file != nullptr && file->filter == nullptr;
+  const std::string what = "channel epochs written without their stages: ";
+  if (is_of_file) {
+    findings->add(Rank::warning, what + "the response file cannot be used", table.place(stage) + ": " + fault);
+  } else {
+    findings->add(Rank::warning, what + fault, table.place(stage));
+  }
+}
+
 void move_record(RecordRows* rows, std::size_t from, std::size_t to) {
   if (from == to) return;
   for (std::vector<std::uint32_t>& column : rows->rows) column[to] = column[from];
@@ -44,8 +57,7 @@ void drop_broken_chains(Dbptr stage, Dbptr calibration, ResponseFiles* files, Re
     if (broken == end) {
       for (std::size_t i = begin; i < end; ++i) move_record(rows, i, kept++);
     } else {
-      findings->add(Rank::warning, "channel epochs written without their stages: " + fault,
-                    table.place(rows->rows[kStage][broken]));
+      tell(table, *files, rows->rows[kStage][broken], fault, findings);
       move_record(rows, begin, kept);
       rows->rows[kStage][kept++] = kAbsent;
     }

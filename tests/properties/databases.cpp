@@ -43,16 +43,14 @@ void read_response(const std::filesystem::path& folder, const Row& stage, Databa
 
 void ignore(ElogLevel /*level*/, const char* /*text*/, void* /*context*/) {}
 
-std::string converted(const std::string& prefix, const std::string& parameters) {
+void convert(const std::string& prefix, const std::string& parameters, std::ostream& out) {
   Dbptr db;
   Pf* pf = nullptr;
   if (dbopen(prefix.c_str(), "r", &db) != 0) throw std::runtime_error("the database does not open");
   if (pfparse(parameters, "parameters", &pf) != 0) throw std::runtime_error("the parameter file is malformed");
-  std::ostringstream out;
   triglub::Conversion().write(db, pf, nullptr, out, triglub::flags_for(triglub::DetailLevel::response));
   pffree(pf);
   dbclose(db);
-  return out.str();
 }
 
 }  // namespace
@@ -81,13 +79,18 @@ std::string shipped_document(const Database& database) {
 }
 
 std::string document_by(const std::string& parameters, const Database& database) {
+  std::ostringstream out;
+  write_document(parameters, database, out);
+  return out.str();
+}
+
+void write_document(const std::string& parameters, const Database& database, std::ostream& out) {
   FlatDatabase files;
   write_database(database, files);
   setenv("TRIGLUB_PFPATH", TRIGLUB_SOURCE_DIR "/data", 1);
   elog_set_sink(ignore, nullptr);
-  std::string document = converted(files.prefix(), parameters);
+  convert(files.prefix(), parameters, out);
   elog_set_sink(nullptr, nullptr);
-  return document;
 }
 
 }  // namespace triglub_properties

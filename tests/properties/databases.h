@@ -3,6 +3,7 @@
 #define TRIGLUB_TESTS_PROPERTIES_DATABASES_H
 
 #include <map>
+#include <ostream>
 #include <string>
 
 #include "reference/case.h"
@@ -28,6 +29,7 @@ void write_database(const Database& database, triglub_test::FlatDatabase& files)
 std::string shipped_document(const Database& database);
 // The same by a parameter file of one's own.
 std::string document_by(const std::string& parameters, const Database& database);
+void write_document(const std::string& parameters, const Database& database, std::ostream& out);
 
 }  // namespace triglub_properties
 

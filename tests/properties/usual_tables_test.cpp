@@ -33,10 +33,10 @@ long count_of_channels(const std::string& document) {
 
 long day_of(const Row& row, const char* name) { return std::stol(row.at(name)); }
 
-bool is_same_channel(const Row& row, const Row& other) {
+bool is_same_channel(const Row& first, const Row& second) {
   const char* fields[] = {"sta", "chan", "ctype", "edepth", "hang", "vang", "descrip"};
   return std::all_of(std::begin(fields), std::end(fields),
-                     [&](const char* field) { return row.at(field) == other.at(field); });
+                     [&](const char* field) { return first.at(field) == second.at(field); });
 }
 
 // True when the station came to another place after the one row of sitechan began, and before or when the other did.

@@ -55,7 +55,7 @@ const Case kCases[] = {
     {"no number", chain({{"stageid", "0"}}), "a stage number (stageid) below 1: 1 (stage:2)"},
     {"no file", chain({{"dfile", "nothing.paz"}}), "resp/nothing.paz: "},
     {"a damaged file", chain({{"dfile", "cut.paz"}}), "resp/cut.paz:"},
-    {"several filters", chain({{"dfile", "two.paz"}}), "resp/two.paz: 2 groups where one is meant: 1 (stage:2)"},
+    {"several filters", chain({{"dfile", "two.paz"}}), "cannot be used: 1 (stage:2: resp/two.paz: 2 groups where one is meant)"},
     {"a type without a form", chain({{"dfile", "t.fap"}}), "'fap'"},
     {"a factor", chain({{"dfile", "f.fir"}, {"decifac", "0"}}), "a decimation factor (decifac) below 1: 1 (stage:2)"},
     {"no rate", chain({{"dfile", "f.fir"}}), "no sampling rate (samprate): 1 (stage:2)"},
