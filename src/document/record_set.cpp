@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 
+#include "epochs/records.h"
 #include "platform/columns.h"
 
 namespace triglub {
@@ -48,9 +49,10 @@ bool RecordSet::are_same(TableMask tables, std::uint32_t a, std::uint32_t b) con
 }
 
 std::string RecordSet::place(std::uint32_t record, TableMask tables) const {
-  for (TableMask rest = tables; rest != 0; rest &= rest - 1) {
+  constexpr TableMask kOfFiles = mask_of(kEpoch) - 1;  // rows that were worked out are nowhere to be looked up
+  for (TableMask rest = tables & kOfFiles; rest != 0; rest &= rest - 1) {
     const std::string place = row_place(view_, static_cast<std::size_t>(std::countr_zero(rest)), record);
-    if (!place.empty() && place.find(' ') == std::string::npos) return place;
+    if (!place.empty()) return place;
   }
   for (std::size_t table = 0; table < rows_.size(); ++table) {
     const std::string place = row_place(view_, table, record);
