@@ -1,6 +1,7 @@
 // A row that is in no record has no code of a network to be chosen by, unless it is given one for the question.
 #include "epochs/left_out.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <unordered_set>
@@ -97,24 +98,45 @@ struct Chosen {
   }
 };
 
-// Records of the rows of sitechan that are told of, with no more than the codes.
+// The codes of each station, in the order of networks.
+std::vector<std::vector<const PublishedStation*>> codes_by_station(const StationData& data) {
+  std::vector<std::vector<const PublishedStation*>> codes(data.order.stations.size());
+  for (const PublishedStation& station : data.partners.published()) codes[station.station].push_back(&station);
+  return codes;
+}
+
+// The rows of sitechan that are told of, by station and channel.
+std::vector<std::pair<ChannelKey, std::uint32_t>> channels_told_of(const StationData& data) {
+  std::vector<std::pair<ChannelKey, std::uint32_t>> channels;
+  for (const Told& told : data.told) {
+    if (told.sitechan != kAbsent) channels.emplace_back(data.order.sitechan.key_of_row(told.sitechan), told.sitechan);
+  }
+  std::sort(channels.begin(), channels.end());
+  channels.erase(std::unique(channels.begin(), channels.end()), channels.end());
+  return channels;
+}
+
+void add(const std::array<std::uint32_t, kRecordTables>& record, RecordRows* rows) {
+  for (std::size_t t = 0; t < record.size(); ++t) rows->rows[t].push_back(record[t]);
+}
+
+// Records of those rows, with no more than the codes.
 RecordRows records_of_told(const StationData& data) {
   RecordRows rows;
-  std::unordered_set<std::uint32_t> done;
-  std::vector<std::vector<const PublishedStation*>> published(data.order.stations.size());
-  for (const PublishedStation& station : data.partners.published()) published[station.station].push_back(&station);
+  const auto stations = codes_by_station(data);
+  ChannelCodes codes(data.tables, data.order);
+  ToldList told_already;
   std::array<std::uint32_t, kRecordTables> record{};
-  for (const Told& told : data.told) {
-    if (told.sitechan == kAbsent || !done.insert(told.sitechan).second) continue;
+  for (const auto& [key, sitechan] : channels_told_of(data)) {
     record.fill(kAbsent);
-    record[kSitechan] = told.sitechan;
-    for (std::size_t t = 0; t < record.size(); ++t) rows.rows[t].push_back(record[t]);
-    const ChannelKey key = data.order.sitechan.key_of_row(told.sitechan);
+    record[kSitechan] = sitechan;
+    if (key != kNoChannel) record[kSchanloc] = codes.row_of(key, &told_already);
+    add(record, &rows);
     if (key == kNoChannel) continue;
-    for (const PublishedStation* station : published[station_of(key)]) {
+    for (const PublishedStation* station : stations[station_of(key)]) {
       record[kSnetsta] = station->snetsta;
       record[kNetwork] = station->network;
-      for (std::size_t t = 0; t < record.size(); ++t) rows.rows[t].push_back(record[t]);
+      add(record, &rows);
     }
   }
   return rows;

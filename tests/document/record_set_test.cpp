@@ -67,6 +67,19 @@ TEST_F(RecordSetOfAStation, PlacesAreRowsOfFiles) {
   EXPECT_EQ(place(0, 0), "snetsta:2");
 }
 
+TEST(RecordSetPlaces, AreRightWhereTheNameOfADatabaseHasABlank) {
+  triglub_test::FlatDatabase files("my network");
+  files.add_row("site", {{"sta", "AAK"}});
+  files.add_row("sitechan", {{"sta", "AAK"}, {"chan", "BHZ"}});
+  files.add_row("snetsta", {{"snet", "KR"}, {"fsta", "AAK"}, {"sta", "AAK"}});
+  Dbptr db;
+  ASSERT_EQ(dbopen(files.write().c_str(), "r", &db), 0);
+  Findings findings;
+  const RecordSet records(make_record_view(db, {}, &findings), kEpoch);
+  EXPECT_EQ(records.place(0, mask_of(kSite)), files.prefix() + ".site:1");
+  dbclose(db);
+}
+
 TEST(TableMask, HasABitForEachTable) {
   EXPECT_EQ(mask_of(std::vector<std::size_t>{}), 0U);
   EXPECT_EQ(mask_of(std::vector<std::size_t>{0, 3}), 9U);

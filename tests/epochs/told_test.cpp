@@ -172,6 +172,7 @@ const MadeRows kTwoStations = {
     {"network", {{"net", "KR"}}},
     {"network", {{"net", "KR"}}},
     {"sitechan", {{"sta", "-"}, {"chan", "BHN"}}},
+    {"schanloc", {{"chan", "BHE"}, {"loc", "77"}}},
 };
 
 constexpr const char* kNetworks =
@@ -198,6 +199,7 @@ const ChosenCase kChosen[] = {
     {"a station without faults", {{"snetsta.fsta", "/AAK/"}, {"sitechan.chan", "/BHZ/"}}, {kNetworks}},
     {"a channel that would be there", {{"snetsta.fsta", "/AAK/"}}, {kNetworks, kNoPlace, kGap}},
     {"such a channel alone", {{"sitechan.chan", "/BHE/"}}, {kNetworks, kNoPlace, kGap}},
+    {"such a channel by its code", {{"schanloc.loc", "/77/"}}, {kNetworks, kNoPlace, kGap}},
     {"the other station", {{"sitechan.sta", "/TKM/"}}, {kNever, kNetworks, kStray, kSites}},
     {"a row without a station that would be there", {{"sitechan.chan", "/BHN/"}}, {kNetworks, kNameless}},
     {"nothing", {{"sitechan.sta", "/Q/"}}, {kNetworks}},
