@@ -67,7 +67,9 @@ CLI::App* add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Raw
                    "none; repeatable")
       ->type_name("FIELD=REGEX")
       ->allow_extra_args(false);
-  convert->add_option("--jobs", options.jobs, "how many networks are written side by side (default: as many as processors)")
+  convert
+      ->add_option("--jobs", options.jobs,
+                   "how many networks are written side by side (default: as many as processors)")
       ->type_name("N")
       ->check(CLI::Range(1U, kMaxJobs).description(""));
   convert->add_flag("--strict", options.strict, "fail, and write nothing, when there are warnings");

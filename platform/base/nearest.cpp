@@ -1,10 +1,9 @@
 // The restricted edit distance, row by row: only the two rows above are ever looked at.
-#include "platform/text.h"
-
 #include <algorithm>
 #include <cstddef>
 
 #include "base/characters.h"
+#include "platform/text.h"
 
 namespace triglub {
 

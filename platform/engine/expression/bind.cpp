@@ -5,11 +5,11 @@
 #include <string>
 #include <utility>
 
-#include "platform/text.h"
 #include "engine/expression/fault.h"
 #include "engine/expression/format.h"
 #include "engine/expression/functions.h"
 #include "engine/expression/matcher.h"
+#include "platform/text.h"
 
 namespace triglub::expression {
 

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/text.h"
 #include "engine/expression/nullable_expression.h"
 #include "engine/expression/numbers.h"
 #include "engine/view/view_record.h"
+#include "platform/text.h"
 
 namespace triglub {
 

@@ -1,11 +1,11 @@
 // The name that was likely meant.
-#include "platform/text.h"
-
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/text.h"
 
 namespace triglub {
 namespace {
