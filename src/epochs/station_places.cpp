@@ -49,7 +49,8 @@ bool StationPlaces::any_stands(std::uint32_t station) const {
   return std::any_of(places.begin(), places.end(), [](const StationPlace& place) { return place.stands; });
 }
 
-// Cuts rows that meet on a day at the earliest border that a channel of the station has there.
+// Cuts rows that meet on a day at the earliest border of the station's channels there are on that day: one that began
+// later or ended before says nothing of when people moved.
 void StationPlaces::meet(std::uint32_t station, HeldRows* rows) const {
   const std::vector<Instant> days = meeting_days(tables_.site, *rows);
   if (days.empty()) return;
@@ -60,12 +61,16 @@ void StationPlaces::meet(std::uint32_t station, HeldRows* rows) const {
   for (std::uint32_t place = order_.sitechan.find(first_key_of(station)); place < order_.sitechan.size(); ++place) {
     const ChannelKey key = order_.sitechan.key(place);
     if (station_of(key) != station) break;
-    if (key == latest) continue;
-    latest = key;
-    begins.clear();
-    sensors.visit(key, [&](std::uint32_t row) { begins.push_back(tables_.sensor.held(row).span.begin); });
-    std::sort(begins.begin(), begins.end());
-    for (const Instant day : days) earliest.include(day, SensorBorders(begins).border(day));
+    if (key != latest) {
+      latest = key;
+      begins.clear();
+      sensors.visit(key, [&](std::uint32_t row) { begins.push_back(tables_.sensor.held(row).span.begin); });
+      std::sort(begins.begin(), begins.end());
+    }
+    const Span span = tables_.sitechan.held(order_.sitechan.row(place)).span;
+    for (const Instant day : days) {
+      if (span.meets({day, day + kDay})) earliest.include(day, SensorBorders(begins).border(day));
+    }
   }
   meet_at_borders(tables_.site, earliest, rows);
 }

@@ -59,6 +59,16 @@ TEST(StationPlaces, AChannelWithoutASensorThatDayHasItsBorderAtMidnight) {
               ElementsAre("0 -24..0 1", "1 0..open 2"));
 }
 
+TEST(StationPlaces, AChannelThatIsNotThereThatDaySaysNothingOfTheBorder) {
+  EXPECT_THAT(places_of({{"site", {{"ondate", "1999365"}, {"offdate", "2000001"}}},
+                         {"site", {{"ondate", "2000001"}}},
+                         {"sitechan", {{"chan", "BHE"}, {"ondate", "2000002"}}},
+                         {"sitechan", {{"chan", "BHN"}, {"offdate", "1999365"}}},
+                         {"sitechan", {{"chan", "BHZ"}}},
+                         {"sensor", {{"chan", "BHZ"}, {"time", at_hour(5)}}}}),
+              ElementsAre("0 -24..5 1", "1 5..open 2"));
+}
+
 TEST(StationPlaces, AStationWithoutChannelsHasItsBordersAtMidnight) {
   EXPECT_THAT(places_of({{"site", {{"ondate", "1999365"}, {"offdate", "2000001"}}}, {"site", {{"ondate", "2000001"}}}}),
               ElementsAre("0 -24..0 0", "1 0..open 0"));

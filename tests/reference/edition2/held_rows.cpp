@@ -43,14 +43,24 @@ Border border_of_sensors(const RowList& sensors) {
 }
 
 Border border_of_station(const Tables& tables, const std::string& sta) {
-  std::vector<Border> borders;
+  struct Channel {
+    std::optional<long> on;
+    std::optional<long> off;
+    Border border;
+  };
+  std::vector<Channel> channels;
   for (const Row* row : rows_with(tables, SITECHAN, {{"sta", sta}})) {
     const auto chan = text_in(row, SITECHAN, "chan");
-    if (chan) borders.push_back(border_of_sensors(rows_with(tables, SENSOR, {{"sta", sta}, {"chan", *chan}})));
+    if (!chan) continue;
+    channels.push_back({day_in(row, SITECHAN, "ondate"), day_in(row, SITECHAN, "offdate"),
+                        border_of_sensors(rows_with(tables, SENSOR, {{"sta", sta}, {"chan", *chan}}))});
   }
-  return [borders](long day) {
+  return [channels](long day) {
     Instant border = kForever;
-    for (const Border& of_channel : borders) border = std::min(border, of_channel(day));
+    for (const Channel& channel : channels) {
+      const bool is_there = (!channel.on || *channel.on <= day) && (!channel.off || *channel.off >= day);
+      if (is_there) border = std::min(border, channel.border(day));
+    }
     return border == kForever ? start_of(day) : border;
   };
 }
