@@ -62,7 +62,8 @@ TEST(PlainRecords, LeaveOutStationsThatAreNotPublished) {
 
 TEST(PlainRecords, ARowThatStandsTwiceCountsOnce) {
   const TableRows rows = {{SITECHAN, {}}, kPlace, {SNETSTA, {{"auth", "a"}}}, {SNETSTA, {{"auth", "b"}}}};
-  const View view = view_of(request_for(rows));
+  const Request request = request_for(rows);  // whose rows the view points to
+  const View view = view_of(request);
   ASSERT_EQ(view.records.size(), 1u);
   EXPECT_EQ(name_in(view.records[0], SNETSTA, "auth"), "b");
 }
@@ -122,7 +123,8 @@ TEST(PlainRecords, AStationIsAsLongAsItsPlaceWidenedByItsChannels) {
   const TableRows rows = {{SITECHAN, {{"ondate", "1999365"}, {"offdate", "2000002"}}},
                           {SITE, {{"ondate", "2000001"}, {"offdate", "2000001"}}},
                           {SNETSTA, {}}};
-  const View view = view_of(request_for(rows));
+  const Request request = request_for(rows);  // whose rows the view points to
+  const View view = view_of(request);
   ASSERT_EQ(view.records.size(), 1u);
   EXPECT_EQ(times_in(view.records[0], STATION_EPOCH), "1999-12-31T00:00:00Z 2000-01-03T00:00:00Z");
   EXPECT_EQ(times_in(view.records[0], NETWORK_EPOCH), "1999-12-31T00:00:00Z 2000-01-03T00:00:00Z");
