@@ -23,8 +23,6 @@ namespace triglub::tool {
 
 namespace {
 
-constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-
 // False after messages.
 bool open_database(const std::string& source, Dbptr* db) {
   if (dbopen(source.c_str(), "r", db) == 0) return has_tables(*db, source);

@@ -18,8 +18,6 @@ namespace triglub::tool {
 
 namespace {
 
-constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-
 // Tells what was found; true when the document is as good as was asked for.
 bool accept(const Findings& findings, bool strict) {
   findings.report();

@@ -12,6 +12,9 @@
 
 namespace triglub::tool {
 
+// What every document begins with.
+inline constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
 // Writes all bytes of the parts, one after the other. `name` is what a failure is reported under: a fatal report, for
 // nothing that follows it could be of use.
 void write_parts(int descriptor, const std::string& name, std::vector<iovec> parts);

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "epochs/instant.h"
 #include "platform/timeconv.h"
 
 namespace triglub {
@@ -69,9 +70,8 @@ ValueRemark append_instant(double seconds, std::string* text) {
 
 ValueRemark append_day(double yyyyddd, std::string* text) {
   if (!(yyyyddd >= 0 && yyyyddd < 1e7)) return ValueRemark::no_date;
-  const double start = epoch(static_cast<int>(yyyyddd));
-  if (start < kYear1 || start != std::floor(start)) return ValueRemark::no_date;
-  return append_instant(start, text);
+  const std::optional<Instant> start = start_of_day(static_cast<std::int64_t>(yyyyddd));
+  return start ? append_instant(seconds_of(*start, 0), text) : ValueRemark::no_date;
 }
 
 ValueRemark append_number_as(LineType type, double number, std::string* text) {

@@ -78,12 +78,12 @@ void ChannelSweep::prepare_stages() {
   drop_those_that_never_hold(&stages, Remark::never_stage);
   const auto by_number = [](const HeldRow& a, const HeldRow& b) { return a.key != b.key ? a.key < b.key : a < b; };
   if (!std::is_sorted(stages.begin(), stages.end(), by_number)) std::sort(stages.begin(), stages.end(), by_number);
-  const HeldRow* longest = nullptr;
-  for (const HeldRow& stage : stages) {
-    if (longest != nullptr && longest->key == stage.key && stage.span.begin < longest->span.end) {
-      list_->told.push_back({Remark::clash_stage, longest->row, stage.row, about_});
-    }
-    if (longest == nullptr || longest->key != stage.key || stage.span.end > longest->span.end) longest = &stage;
+  for (auto first = stages.begin(); first != stages.end();) {
+    const auto end = std::find_if(first, stages.end(), [first](const HeldRow& row) { return row.key != first->key; });
+    find_contradictions({first, end}, [&](const HeldRow& earlier, const HeldRow& later) {
+      list_->told.push_back({Remark::clash_stage, earlier.row, later.row, about_});
+    });
+    first = end;
   }
   if (!std::is_sorted(stages.begin(), stages.end())) std::sort(stages.begin(), stages.end());
 }

@@ -1,7 +1,6 @@
 // They are compiled once without a record: to know what they look at, and to refuse them before any work is done.
 #include "epochs/conditions.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -52,14 +51,9 @@ Conditions::Conditions(rbtree* array, Dbptr db) {
   if (!fault.empty()) throw FatalFailure("a condition cannot be used: " + fault);
 }
 
-bool Conditions::ask_for_channels() const {
-  return std::any_of(all_.begin(), all_.end(), [](const Condition& one) { return (one.tables & kOfChannels) != 0; });
-}
+bool Conditions::ask_for_channels() const { return (tables() & kOfChannels) != 0; }
 
-bool Conditions::ask_beyond_networks() const {
-  return std::any_of(all_.begin(), all_.end(),
-                     [](const Condition& one) { return (one.tables & ~bit_of(kNetwork)) != 0; });
-}
+bool Conditions::ask_beyond_networks() const { return (tables() & ~bit_of(kNetwork)) != 0; }
 
 std::uint32_t Conditions::tables() const {
   std::uint32_t tables = 0;

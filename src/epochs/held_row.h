@@ -3,6 +3,7 @@
 #define TRIGLUB_SRC_EPOCHS_HELD_ROW_H
 
 #include <cstdint>
+#include <span>
 #include <tuple>
 #include <vector>
 
@@ -78,7 +79,7 @@ void find_stretches(const HeldRows& rows, std::vector<Stretch>* stretches);
 // tell(longest, row) for each row that begins before another has ended: with the one before it that ends last.
 // REQUIRES: the rows are in order.
 template <typename Tell>
-void find_contradictions(const HeldRows& rows, const Tell& tell) {
+void find_contradictions(std::span<const HeldRow> rows, const Tell& tell) {
   const HeldRow* longest = nullptr;
   for (const HeldRow& row : rows) {
     if (longest != nullptr && row.span.begin < longest->span.end) tell(*longest, row);

@@ -143,11 +143,7 @@ RecordRows records_of_told(const StationData& data) {
 }
 
 const TableColumns& columns_of(const StationData& data, RecordTable table) {
-  const StationTables& tables = data.tables;
-  const std::array<const LoadedTable*, 9> all = {&tables.sitechan,   &tables.snetsta,     &tables.schanloc,
-                                                 &tables.network,    &tables.site,        &tables.sensor,
-                                                 &tables.instrument, &tables.calibration, &tables.stage};
-  return all[table]->columns();
+  return table_of(data.tables, table).columns();
 }
 
 std::string place_of(const StationData& data, const Told& told) {

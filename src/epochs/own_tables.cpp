@@ -36,13 +36,6 @@ constexpr std::array<KeyPlace, 9> kKeyPlaces = {{{"sta", true, {kSitechan, kSite
 
 using Key = std::vector<std::int64_t>;
 
-const LoadedTable& loaded(const StationTables& tables, RecordTable table) {
-  const std::array<const LoadedTable*, kEpoch> all = {&tables.sitechan,   &tables.snetsta,     &tables.schanloc,
-                                                      &tables.network,    &tables.site,        &tables.sensor,
-                                                      &tables.instrument, &tables.calibration, &tables.stage};
-  return *all[table];
-}
-
 const KeyPlace& place_of(const std::string& table, std::string_view field) {
   const auto* place = std::find_if(kKeyPlaces.begin(), kKeyPlaces.end(),
                                    [field](const KeyPlace& candidate) { return candidate.field == field; });
@@ -53,16 +46,15 @@ const KeyPlace& place_of(const std::string& table, std::string_view field) {
 // One field of the key: its value in rows of the own table, and in records.
 class KeyColumn {
  public:
-  KeyColumn(const StationTables& tables, const TableColumns& own, const KeyPlace& place)
-      : place_(place), own_name_(place.field) {
+  KeyColumn(const StationTables& tables, const TableColumns& own, const KeyPlace& place) : place_(place) {
     if (place.is_text) {
-      own_texts_ = own.texts(own_name_);
+      own_texts_ = own.texts(place_.field);
       numbers_ = std::make_unique<TextNumbers>(std::initializer_list<const TextColumn*>{&own_texts_});
       own_numbers_ = numbers_->by_code(own_texts_);
     } else {
-      own_integers_ = own.integers(own_name_);
+      own_integers_ = own.integers(place_.field);
     }
-    for (const RecordTable table : place.tables) add_source(loaded(tables, table).columns());
+    for (const RecordTable table : place.tables) add_source(table_of(tables, table).columns());
   }
 
   std::optional<std::int64_t> of_row(std::uint32_t row) const {
@@ -94,15 +86,14 @@ class KeyColumn {
   void add_source(const TableColumns& table) {
     Source& source = sources_.emplace_back();
     if (place_.is_text) {
-      source.texts = table.texts(own_name_);
+      source.texts = table.texts(place_.field);
       source.numbers = numbers_->by_code(source.texts);
     } else {
-      source.integers = table.integers(own_name_);
+      source.integers = table.integers(place_.field);
     }
   }
 
   const KeyPlace& place_;
-  std::string own_name_;
   TextColumn own_texts_;
   std::unique_ptr<TextNumbers> numbers_;
   std::vector<std::uint32_t> own_numbers_;  // by code

@@ -36,7 +36,6 @@ StationSet stations_of_codes(Dbptr db, const ChannelOrder& order, const Partners
   for (std::size_t i = 0; i < partners.published().size(); ++i) {
     rows.rows[kSnetsta][i] = partners.published()[i].snetsta;
     rows.rows[kNetwork][i] = partners.published()[i].network;
-    rows.rows[kEpoch][i] = kAbsent;
   }
   const Dbptr chosen = subset_and_release(make_record_view_without_epochs(db, std::move(rows)), condition);
   std::vector<bool> is_row_in(partners.snetsta_rows(), false);

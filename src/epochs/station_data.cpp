@@ -1,6 +1,7 @@
 // The computed tables of the view have a row for each epoch, station at a place, and network.
 #include "epochs/station_data.h"
 
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
@@ -97,6 +98,13 @@ StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty
   places.take(epochs);
   records = make_records(*this, with_empty_networks);
   epochs.stages = {};  // millions of numbers, which the records have by now
+}
+
+const LoadedTable& table_of(const StationTables& tables, RecordTable table) {
+  const std::array<const LoadedTable*, kEpoch> all = {&tables.sitechan,   &tables.snetsta,     &tables.schanloc,
+                                                      &tables.network,    &tables.site,        &tables.sensor,
+                                                      &tables.instrument, &tables.calibration, &tables.stage};
+  return *all[table];
 }
 
 Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& spans) {

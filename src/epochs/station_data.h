@@ -34,6 +34,9 @@ struct StationData {
   Records records;
 };
 
+// One of the tables by its place in records. REQUIRES: a source has it.
+const LoadedTable& table_of(const StationTables& tables, RecordTable table);
+
 // The view of some records; those of `spans` give the times of stations and networks. A view of the session of `data`.
 Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& spans);
 

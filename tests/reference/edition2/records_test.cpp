@@ -139,7 +139,8 @@ TEST(PlainRecords, AStationHasTheEarliestBorderOfItsChannels) {
                           {SENSOR, {{"time", at_hour(7)}}},
                           {SENSOR, {{"time", at_hour(5)}, {"chan", "LHZ"}}},
                           {SNETSTA, {}}};
-  const View view = view_of(request_for(rows, {{"chan", "BHZ"}}));
+  const Request request = request_for(rows, {{"chan", "BHZ"}});
+  const View view = view_of(request);
   ASSERT_EQ(view.records.size(), 1u);
   EXPECT_EQ(times_in(view.records[0], STATION_EPOCH), "2000-01-01T05:00:00Z open");
   EXPECT_EQ(times_in(view.records[0], EPOCH), "2000-01-01T07:00:00Z open");
@@ -147,11 +148,12 @@ TEST(PlainRecords, AStationHasTheEarliestBorderOfItsChannels) {
 }
 
 TEST(PlainRecords, AChannelOfSeveralEpochsCountsOnce) {
-  const View view = view_of(request_for({{SITECHAN, {{"offdate", "1999365"}}},
-                                         {SITECHAN, {{"ondate", "2000001"}}},
-                                         {SITECHAN, {{"chan", "LHZ"}}},
-                                         {SITE, {}},
-                                         {SNETSTA, {}}}));
+  const Request request = request_for({{SITECHAN, {{"offdate", "1999365"}}},
+                                       {SITECHAN, {{"ondate", "2000001"}}},
+                                       {SITECHAN, {{"chan", "LHZ"}}},
+                                       {SITE, {}},
+                                       {SNETSTA, {}}});
+  const View view = view_of(request);
   ASSERT_EQ(view.records.size(), 3u);
   EXPECT_EQ(name_in(view.records[0], STATION_EPOCH, "channels"), "2");
 }
@@ -161,7 +163,8 @@ TEST(PlainRecords, ANetworkIsAsLongAsAllItsPlacesWhateverIsChosen) {
                           {SITE, {{"ondate", "2000003"}, {"offdate", "2000003"}, {"sta", "B"}}},
                           {SNETSTA, {}},
                           {SNETSTA, {{"sta", "B"}, {"fsta", "B"}}}};
-  const View view = view_of(request_for(rows, {{"snetsta.fsta", "B"}}));
+  const Request request = request_for(rows, {{"snetsta.fsta", "B"}});
+  const View view = view_of(request);
   ASSERT_EQ(view.records.size(), 1u);
   EXPECT_EQ(times_in(view.records[0], STATION_EPOCH), "2000-01-03T00:00:00Z 2000-01-04T00:00:00Z");
   EXPECT_EQ(times_in(view.records[0], NETWORK_EPOCH), "2000-01-01T00:00:00Z 2000-01-04T00:00:00Z");
