@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/half_place.h"
 #include "engine/expression/nullable_expression.h"
 #include "engine/expression/numbers.h"
 #include "engine/view/view_record.h"
@@ -202,6 +203,12 @@ void append_shortest(double number, std::string* text) {
 void append_decimal(std::int64_t number, std::string* text) {
   expression::NumberBuffer buffer;
   text->append(expression::text_of(number, &buffer));
+}
+
+double rounded_within(double number, double doubt) { return fewest_digits(number, doubt); }
+
+void append_rounded(double number, double doubt, std::string* text) {
+  append_shortest(rounded_within(number, doubt), text);
 }
 
 }  // namespace triglub

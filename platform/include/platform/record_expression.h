@@ -97,6 +97,13 @@ TRIGLUB_API std::optional<double> number_in(std::string_view text);
 TRIGLUB_API void append_shortest(double number, std::string* text);
 TRIGLUB_API void append_decimal(std::int64_t number, std::string* text);
 
+// A number that was worked out of measured ones, with the digits that it has: of those no further than `doubt` from it
+// the one of the fewest significant digits, rounded as printf rounds (1642.9999999999998 within 0.05: 1643); 0 when 0
+// is no further. Without doubt (0) the number itself. HalfPlaces in platform/columns.h has the doubt of a stored real.
+TRIGLUB_API double rounded_within(double number, double doubt);
+// Appends the shortest text of that.
+TRIGLUB_API void append_rounded(double number, double doubt, std::string* text);
+
 }  // namespace triglub
 
 #endif

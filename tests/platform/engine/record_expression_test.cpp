@@ -191,6 +191,21 @@ TEST(AppendShortest, ReadsBackToTheSame) {
   }
 }
 
+TEST(AppendRounded, WritesTheFewestDigitsWithinTheDoubt) {
+  const struct {
+    double number;
+    double doubt;
+    const char* text;
+  } cases[] = {{1 / 14.285714, 2.45e-9, "0.07"}, {62.3 - 90, 0.05, "-27.7"}, {1642.9999999999998, 0.05, "1643"},
+               {-0.00001, 0.00005, "0"},         {100004, 50, "1e+05"},      {0.1 + 0.2, 0, "0.30000000000000004"}};
+  for (const auto& [number, doubt, text] : cases) {
+    std::string appended = "<";
+    triglub::append_rounded(number, doubt, &appended);
+    EXPECT_EQ(appended, std::string("<") + text);
+    EXPECT_EQ(triglub::number_in(text), triglub::rounded_within(number, doubt));
+  }
+}
+
 TEST(AppendDecimal, WritesAllDigits) {
   std::string text = "<";
   triglub::append_decimal(-9223372036854775807, &text);
