@@ -4,22 +4,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
+#include <iostream>
 #include <numbers>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "conversion.h"
 #include "curves/curve.h"
+#include "curves/library_document.h"
 #include "curves/response_document.h"
-#include "platform/database.h"
-#include "platform/elog.h"
-#include "platform/parfile.h"
 
 namespace triglub_curves {
 
@@ -64,23 +59,6 @@ std::vector<CurveRow> rows_in(const std::string& path) {
   std::vector<CurveRow> rows;
   while (std::getline(file, line)) rows.push_back(row_of(words_of(line)));
   return rows;
-}
-
-void ignore(ElogLevel /*level*/, const char* /*text*/, void* /*context*/) {}
-
-std::string document_of(const std::string& database) {
-  setenv("TRIGLUB_PFPATH", TRIGLUB_SOURCE_DIR "/data", 1);
-  elog_set_sink(ignore, nullptr);
-  Dbptr db;
-  Pf* pf = nullptr;
-  if (dbopen(database.c_str(), "r", &db) != 0) throw std::runtime_error("the database does not open");
-  if (pfread("stationxml", &pf) != 0) throw std::runtime_error("the shipped tree is not read");
-  std::ostringstream out;
-  triglub::Conversion().write(db, pf, nullptr, out, triglub::flags_for(triglub::DetailLevel::response));
-  pffree(pf);
-  dbclose(db);
-  elog_set_sink(nullptr, nullptr);
-  return out.str();
 }
 
 // Times to the second have texts in their order.
@@ -133,7 +111,7 @@ TEST_P(CurvesOfStations, AreThoseOfThePublishedResponses) {
   if (!std::filesystem::exists(database + ".site")) GTEST_SKIP() << "no database " << database;
   const std::vector<CurveRow> rows = rows_in(data + GetParam().curves + "/response.csv");
   ASSERT_EQ(rows.size(), GetParam().rows);
-  const std::vector<ChannelEpoch> epochs = read_responses(document_of(database));
+  const std::vector<ChannelEpoch> epochs = read_responses(shipped_document(database));
   Deviation renormalized;
   Deviation stated;
   for (const CurveRow& row : rows) {
