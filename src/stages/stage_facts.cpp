@@ -138,7 +138,7 @@ void StageTable::round_gain(std::uint32_t stage, std::uint32_t calibration, Stag
 
 void StageTable::round_rates(std::uint32_t stage, StageFacts* facts) const {
   const std::optional<double> rate = rates_.at(stage);
-  if (!rate) return;  // what files hold is exact
+  if (!rate || *rate == 1) return;  // what files hold is exact, and 1 takes nothing from it
   const bool is_correction_delay = !corrections_.at(stage);
   const double doubt = rates_.doubt(stage) * static_cast<double>(facts->factor);
   facts->delay = rounded_within(facts->delay, facts->delay / facts->input_rate * doubt);
