@@ -57,6 +57,7 @@ class ChainCheck {
   bool find_stage(std::size_t record, const Signal& before, Stage* stage);
   bool goes_on(const Stage& stage, const Signal& before) const;
   void tell_whole();
+  void tell_units(const Stage& first);
   void tell_rates(const Stage& stage, const Signal& before);
   void tell_last_rate();
   void tell(Rank rank, const char* what, std::size_t record);
@@ -139,7 +140,15 @@ void ChainCheck::tell_last_rate() {
   tell(Rank::warning, "decimations that do not end at the rate of the channel", last.record);
 }
 
+// The sensitivity has the unit of the first stage, and the number of the calibration.
+void ChainCheck::tell_units(const Stage& first) {
+  const std::string_view units = table_.calibration_units(rows_.rows[kCalibration][first.record]);
+  if (units.empty() || are_same_units(units, first.in.units)) return;
+  tell(Rank::warning, "first stages whose input unit is not the unit of the calibration", first.record);
+}
+
 void ChainCheck::tell_whole() {
+  tell_units(stages_.front());
   Signal before;
   for (const Stage& stage : stages_) {
     if (stage.is_behind_gap) {

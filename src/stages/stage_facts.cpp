@@ -126,9 +126,9 @@ void StageTable::round_gain(std::uint32_t stage, std::uint32_t calibration, Stag
   const std::optional<double> ratio = gain_calibrations_.at(stage);
   if (ratio && *ratio != 1) {
     const double nominal = *nominal_gains_.at(stage);
-    const double doubt = least_doubt(nominal_gains_.doubt(stage) * std::fabs(*ratio),
-                                     gain_calibrations_.doubt(stage) * std::fabs(nominal));
-    facts->gain = rounded_within(facts->gain, doubt);
+    const double of_nominal = nominal == 1 ? 0 : nominal_gains_.doubt(stage) * std::fabs(*ratio);
+    const double of_ratio = gain_calibrations_.doubt(stage) * std::fabs(nominal);
+    facts->gain = rounded_within(facts->gain, least_doubt(of_nominal, of_ratio));
   }
   if (!frequencies_.at(calibration)) {
     const double period = *periods_.at(calibration);

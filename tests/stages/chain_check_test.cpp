@@ -124,6 +124,14 @@ TEST(ChainCheck, AGapIsClosedWhereUnitsAndRatesGoAcross) {
   for (const GapCase& c : cases) EXPECT_THAT(told_of(c.stages), ElementsAre(StartsWith(c.told))) << c.what;
 }
 
+TEST(ChainCheck, AFirstStageOfOtherUnitsThanTheCalibrationIsTold) {
+  EXPECT_THAT(told_of({{{"stageid", "1"}, {"iunits", "M/S"}}}), IsEmpty());
+  EXPECT_THAT(told_of({{{"stageid", "1"}}}), IsEmpty()) << "it has those of the calibration";
+  EXPECT_THAT(told_of({{{"stageid", "1"}, {"iunits", "m"}}}),
+              ElementsAre("warning first stages whose input unit is not the unit of the calibration: 1 "
+                          "(stage:1 (AAK BHZ))"));
+}
+
 TEST(ChainCheck, RatesThatDoNotFollowAreTold) {
   const auto digital = [](const char* number, const char* rate, const char* factor) {
     return FieldTexts{{"stageid", number}, {"samprate", rate}, {"decifac", factor}};

@@ -93,8 +93,8 @@ TEST(StageTexts, ThePeriodStandsForAFrequencyThatIsNotThere) {
 }
 
 TEST(StageTexts, PolesAndZerosTakeTheUnitsOfTheRow) {
-  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "m/s"}, {"ounits", "V"}}}),
-            in_root(in_stage("1", paz("m/s", "V") + gain("2"))));
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "m"}, {"ounits", "V"}}}),
+            in_root(in_stage("1", paz("m", "V") + gain("2"))));
 }
 
 TEST(StageTexts, UnitsThatARowLacksComeFromTheOneBefore) {
@@ -112,7 +112,7 @@ TEST(StageTexts, UnitsThatNobodyKnowsAreUnknown) {
 }
 
 TEST(StageTexts, UnitsAreXml) {
-  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "a<b"}, {"ounits", "c&d"}}}),
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "a<b"}, {"ounits", "c&d"}}}, {{"fc", "1"}}),
             in_root(in_stage("1", paz("a&lt;b", "c&amp;d") + gain("2"))));
 }
 
@@ -127,7 +127,7 @@ TEST(StageTexts, AChangeOfUnitsWithoutAFilterIsOneWithoutPoles) {
 }
 
 TEST(StageTexts, ADigitalStageWithoutAFilterHasNoCoefficients) {
-  EXPECT_EQ(stages({{{"samprate", "100"}, {"decifac", "2"}, {"iunits", "V"}, {"ounits", "counts"}}}),
+  EXPECT_EQ(stages({{{"samprate", "100"}, {"decifac", "2"}, {"iunits", "V"}, {"ounits", "counts"}}}, {{"fc", "1"}}),
             in_root(in_stage("1", "   <Coefficients>\n" + units("V", "counts") +
                                       "    <CfTransferFunctionType>DIGITAL</CfTransferFunctionType>\n"
                                       "   </Coefficients>\n" +
