@@ -1,4 +1,5 @@
-// Rounding goes by way of decimal texts, which are exact; arithmetic only finds where to begin.
+// Rounding goes by way of decimal texts, which are exact. Fast forms stand in for it where integers over powers of ten
+// give the same.
 #include "base/half_place.h"
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -78,14 +80,16 @@ constexpr std::array<double, kExactPowers + 1> powers_of_ten() {
   return powers;
 }
 
+constexpr auto kPowers = powers_of_ten();
+
+double power_of_ten(int exponent) { return kPowers[static_cast<std::size_t>(exponent)]; }
+
 // Whether the number is one of so many decimals or fewer; may miss some. A decimal of 15 digits is the only one of its
 // double, and an exact integer over an exact power of ten gives the nearest double of the decimal.
 bool has_decimals(double number, int decimals) {
-  static constexpr auto kPowers = powers_of_ten();
   if (decimals >= kExactPowers) return false;
-  const double power = kPowers[static_cast<std::size_t>(decimals)];
-  const double scaled = std::nearbyint(number * power);
-  return std::fabs(scaled) < 1e15 && scaled / power == number;
+  const double scaled = std::nearbyint(number * power_of_ten(decimals));
+  return std::fabs(scaled) < 1e15 && scaled / power_of_ten(decimals) == number;
 }
 
 // The greatest place of which half is no more than the doubt.
@@ -111,6 +115,45 @@ void skip_any_of(std::string_view characters, std::string_view* text) {
   text->remove_prefix(std::min(text->find_first_not_of(characters), text->size()));
 }
 
+// Begins with digits that are surely enough, and takes away one after the other: where some digits are not enough,
+// fewer are not either.
+double fewest_digits_by_text(double number, double doubt) {
+  const auto is_within = [&](double rounded) { return std::fabs(rounded - number) <= doubt; };
+  const int enough = scientific(number).exponent - place_within(doubt) + 2;
+  double best = number;
+  for (int digits = std::clamp(enough, 1, kMostDigits); digits > 0; --digits) {
+    const Scientific fewer = scientific(number, digits - 1);
+    const double rounded = number_of(fewer);
+    if (!is_within(rounded)) break;
+    best = rounded;
+    digits = fewer.digits;
+  }
+  return best;
+}
+
+// The fast form, for numbers of few decimals, as most are: of so many decimals that they are surely enough the number
+// is an integer. Nothing where fewer may be enough, or where it is not clear beyond the noise of arithmetic.
+std::optional<double> fewest_digits_by_decimals(double number, double doubt) {
+  constexpr int kMostDecimals = 15;
+  constexpr double kMost = 1e12;
+  constexpr double kNearlyOne = 1 - 1e-9;
+  constexpr double kNearlyHalf = 0.5 - 1e-3;
+  int decimals = 0;
+  while (decimals < kMostDecimals && 2 * doubt * power_of_ten(decimals) < kNearlyOne) ++decimals;
+  const double power = power_of_ten(decimals);
+  const double scaled = number * power;
+  if (2 * doubt * power < kNearlyOne || !(std::fabs(scaled) >= 1 && std::fabs(scaled) < kMost)) return std::nullopt;
+  const double nearest = std::nearbyint(scaled);
+  const auto is_outside = [&](double whole) { return std::fabs(whole / power - number) > doubt; };
+  if (std::fabs(scaled - nearest) > kNearlyHalf || is_outside(nearest)) return std::nullopt;
+  const auto last = static_cast<double>(static_cast<std::int64_t>(nearest) % 10);
+  const double towards_zero = nearest - last;
+  const double away = towards_zero + std::copysign(10, nearest);
+  // The step between decimals is more than a fifth of the doubt: a last digit that is 0 stands for those before it.
+  const bool is_least = decimals > 0 && (last == 0 || (is_outside(towards_zero) && is_outside(away)));
+  return is_least ? std::optional(nearest / power) : std::nullopt;
+}
+
 }  // namespace
 
 LastPlace LastPlace::of_format(std::string_view format) {
@@ -133,29 +176,18 @@ LastPlace LastPlace::of_format(std::string_view format) {
 
 double LastPlace::half_at(double number) const {
   if (!is_known() || !std::isfinite(number)) return 0;
-  if (counted_ == Counted::decimals && has_decimals(number, count_)) return half_of(-count_);
+  if (counted_ == Counted::decimals && has_decimals(number, count_)) return 5 / power_of_ten(count_ + 1);
   if (counted_ == Counted::digits && number == 0) return 0;
   const Scientific own = scientific(number);
   const int place = counted_ == Counted::decimals ? -count_ : own.exponent - count_ + 1;
   return half_of(std::min(place, own.last_place()));
 }
 
-// Begins with digits that are surely enough, and takes away one after the other: where some digits are not enough,
-// fewer are not either.
 double fewest_digits(double number, double doubt) {
   if (!(doubt > 0) || !std::isfinite(number)) return number;
   if (std::fabs(number) <= doubt) return 0;
-  const auto is_within = [&](double rounded) { return std::fabs(rounded - number) <= doubt; };
-  const int enough = scientific(number).exponent - place_within(doubt) + 2;
-  double best = number;
-  for (int digits = std::clamp(enough, 1, kMostDigits); digits > 0; --digits) {
-    const Scientific fewer = scientific(number, digits - 1);
-    const double rounded = number_of(fewer);
-    if (!is_within(rounded)) break;
-    best = rounded;
-    digits = fewer.digits;
-  }
-  return best;
+  const std::optional<double> fast = fewest_digits_by_decimals(number, doubt);
+  return fast ? *fast : fewest_digits_by_text(number, doubt);
 }
 
 }  // namespace triglub

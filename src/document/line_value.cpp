@@ -67,7 +67,7 @@ ValueRemark TreeValue::append_value(std::uint32_t record, const RecordList& reco
   }
   if (expression_->kind() == ValueKind::text && trimmed(value.text).empty()) return ValueRemark::none;
   const std::optional<double> number = number_of(value, expression_->kind());
-  return number ? append_number_as(line_.type, *number, text) : ValueRemark::no_number;
+  return number ? append_number_as(line_.type, *number, value.doubt, text) : ValueRemark::no_number;
 }
 
 // Replaces *text. REQUIRES: an expression.

@@ -36,6 +36,7 @@ struct RecordValue {
   bool is_null = true;
   std::int64_t integer = 0;
   double real = 0;
+  double doubt = 0;       // of a real: how far it may be from what was measured, for rounded_within(); 0: it is exact
   std::string_view text;  // valid until the next evaluation of the same expression
 };
 
@@ -74,8 +75,8 @@ class TRIGLUB_API RecordExpression {
   // too large, a text that holds no number. Fields of rows that are absent are null.
   // REQUIRES: the records are the view's; records.count > 0 when uses_records().
   bool evaluate(std::uint32_t record, const RecordList& records, RecordValue* value);
-  // The same with value->text set whatever the kind: a number as its shortest text, that of a bare field as dbget gives
-  // it.
+  // The same with value->text set whatever the kind: a number as its shortest text within its doubt, that of a bare
+  // field as dbget gives it.
   bool evaluate_text(std::uint32_t record, const RecordList& records, RecordValue* value);
 
   // How many times assume() took its second argument so far.
