@@ -80,9 +80,9 @@ class TableMaker {
   void add_site(const std::string& sta) {
     add("site", "refsta",
         days({{"sta", sta},
-              {"lat", random_.pick({"42.6375", "-999.0000", "90", "-90.0", "90.0001", "-0.0"})},
+              {"lat", random_.pick({"42.6375", "42.637512", "-999.0000", "90", "-90.0", "90.0001", "-0.0"})},
               {"lon", random_.pick({"74.4942", "190", "-180", "180", "-999.0000", "-181.25", "360", "540.1"})},
-              {"elev", random_.pick({"1.6450", "-999.0000", "0", "0.0123", "-0.0010", "3.3"})},
+              {"elev", random_.pick({"1.6450", "-999.0000", "0", "0.0123", "1e-06", "-0.0010", "3.3"})},
               {"staname", random_.pick({"A place", "<&>", "-", "", "12", "  in  between", "Ä\"Ö'"})},
               {"statype", random_.pick({"ss", "-", "12", "9", "009"})}}));
   }
@@ -125,8 +125,8 @@ class TableMaker {
     row["samprate"] = random_.pick({"40.0000000", "0", "-1", "1.0", "123.456789", "100000"});
     row["fc"] = random_.pick({"1.0", "0.05", "-1.000000", "1e-07", "1234567"});
     row["units"] = random_.pick({"nm/s", "-", "V", "<V>", "counts"});
-    row["calper"] = random_.pick({"1", "0", "-1.000000", "20.000000", "0.3", "14.285714", "0.0123456"});
-    row["calib"] = random_.pick({"0", "1.5", "0.3"});
+    row["calib"] = random_.pick({"0", "1.5", "0.3", "1", "0.39811", "12345678.9", "0.3333333333333"});
+    row["calper"] = random_.pick({"1", "0", "-1.000000", "20.000000", "0.3", "14.285714", "0.0123456", "0.0500000001"});
     add("calibration", "snident", row);
   }
 
@@ -178,6 +178,8 @@ class TableMaker {
     row = instants(row);
     row["stageid"] = random_.pick({"1", "1", "2", "10", "-1"});
     row["gnom"] = random_.pick({"1500", "-1", "1", "4.19e+05", "0.000125", "0"});
+    row["gcalib"] = random_.pick({"1.000000", "-1.000000", "0.997511"});
+    row["leadfac"] = random_.pick({"0.1234567", "-1.0000000", "0", "1e-9"});
     row["iunits"] = random_.pick({"m/s", "V", "-", "", " V"});
     row["izero"] = random_.pick({"0", "-1", "5", "2000366", "2001366"});
     row["decifac"] = random_.pick({"1", "4", "-1", "10", ""});
