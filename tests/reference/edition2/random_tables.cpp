@@ -152,12 +152,16 @@ class TableMaker {
   Row link(Row row, bool fits) {
     const std::string units = row["ounits"];
     row["gnom"] = random_.pick({"1500", "1", "4.19e+05", "0.000125", "0.1", "-2.5", "123456789.5", "1.2345678"});
-    if (random_.percent(2)) row["gnom"] = random_.pick({"0", "-1"});
-    row["gcalib"] = random_.pick({"-1.000000", "1.000000", "1.0005", "0.999321", "", "0.3", "2"});
+    if (random_.percent(2)) row["gnom"] = random_.pick({"0", "-1", "1.7e+308"});
+    row["gcalib"] = random_.pick({"-1.000000", "1.000000", "1.0005", "0.999321", "", "0.3", "2", "2"});
+    if (random_.percent(1)) row["gcalib"] = "0";
     row["iunits"] = fits ? units : random_.pick({"V", "V", "counts", "COUNTS", "m/s", "-", "-", "v", "<V>"});
     row["ounits"] = random_.pick({"V", "V", "counts", "COUNTS", "m/s", "-", "-", "-"});
-    row["decifac"] = random_.pick({"1", "2", "-1", "10", "", "3"});
-    if (!fits) row["samprate"] = random_.pick({"40.0000000", "-1.0000000", "-1.0000000", "33.3333333", "20", "1"});
+    row["decifac"] = random_.pick({"1", "2", "-1", "10", "", "3", "4"});
+    if (!fits)
+      row["samprate"] =
+          random_.pick({"40.0000000", "-1.0000000", "-1.0000000", "33.3333333", "20", "1", "12.3456783", "0.1"});
+    if (random_.percent(1)) row["samprate"] = random_.pick({"0", "-20", "1e+308"});
     if (fits) row["decifac"] = "1";
     row["leadfac"] = random_.pick({"-1.0000000", "-1.0000000", "0.0000000", "0.1234567", "-0.5"});
     if (random_.percent(2)) row["decifac"] = "0";
