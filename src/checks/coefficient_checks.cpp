@@ -53,7 +53,7 @@ void check_sum(const Filter& filter, const Place& place) {
   const double sum = sum_of(all_numerators(filter)) / below;
   if (is_near_one(sum)) return;
   place.tell(Rule::coefficient_sum, filter.element->line,
-             "the coefficients add up to " + text_of(sum) + ", expected within 1 % of 1");
+             "the coefficients add up to " + about(sum) + ", expected within 1 % of 1");
 }
 
 }  // namespace

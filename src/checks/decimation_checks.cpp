@@ -48,7 +48,8 @@ void check_offset(const Decimation& decimation, const Place& place) {
 // Apart by less than half a sample or one in a hundred, they are the same but for rounding.
 bool corrects(double correction, double delay, const Figure& input_rate) {
   const double half_sample = input_rate && *input_rate > 0 ? 0.5 / *input_rate : 0;
-  return std::abs(correction - delay) <= std::max(kDelayTolerance * delay, half_sample * (1 + kRateTolerance));
+  return is_near(correction, delay, kDelayTolerance) ||
+         std::abs(correction - delay) <= half_sample * (1 + kRateTolerance);
 }
 
 void check_delay(const Decimation& decimation, const Place& place) {
@@ -76,9 +77,9 @@ class SampleStream {
   }
   void check_end(const Channel& channel, const Place& place) const {
     if (rate_ <= 0 || !channel.rate || is_near(rate_, *channel.rate, kRateTolerance)) return;
-    place.tell(Rule::decimation_rate, last_->element->line,
-               "the stages end at " + text_of(rate_) + " samples a second, expected the SampleRate, " +
-                   text_of(*channel.rate));
+    place.tell(
+        Rule::decimation_rate, last_->element->line,
+        "the stages end at " + about(rate_) + " samples a second, expected the SampleRate, " + text_of(*channel.rate));
   }
   void forget() { rate_ = 0; }
 
@@ -88,7 +89,7 @@ class SampleStream {
     if (input > 0 && (rate_ <= 0 || is_near(rate_, input, kRateTolerance))) return;
     place.tell(Rule::decimation_chain, line_of(decimation, decimation.input_rate),
                "InputSampleRate is " + text_of(input) + ", expected " +
-                   (rate_ > 0 ? text_of(rate_) + ", the output of the stage before" : "above 0"));
+                   (rate_ > 0 ? about(rate_) + ", the output of the stage before" : "above 0"));
   }
 
   double rate_ = 0;  // of the output of the last one; 0: not known

@@ -45,4 +45,10 @@ std::string text_of(double value) {
   return {text.data(), end};
 }
 
+std::string about(double value) {
+  std::array<char, 32> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
+  return {text.data(), end};
+}
+
 }  // namespace triglub::checks

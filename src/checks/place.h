@@ -46,6 +46,8 @@ class Place {
 std::string quoted(std::string_view text);
 // A number as messages have it: the shortest text that reads back to it.
 std::string text_of(double value);
+// One that was worked out here: its first six digits.
+std::string about(double value);
 
 }  // namespace triglub::checks
 

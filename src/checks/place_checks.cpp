@@ -46,8 +46,6 @@ double kilometres(double latitude1, double longitude1, double latitude2, double 
   return 2 * kEarthRadius * std::asin(std::min(1.0, std::sqrt(part)));
 }
 
-std::string rounded(double value) { return text_of(std::round(value * 100) / 100); }
-
 void check_distance(const Channel& channel, const Element& station, const Place& place) {
   const Figure latitude = figure_in(&station, "Latitude");
   const Figure longitude = figure_in(&station, "Longitude");
@@ -55,7 +53,7 @@ void check_distance(const Channel& channel, const Element& station, const Place&
   const double distance = kilometres(*latitude, *longitude, *channel.latitude, *channel.longitude);
   if (distance <= kFarKilometres) return;
   place.tell(Rule::place_far, channel.latitude.element->line,
-             rounded(distance) + " km away from its station, expected at most 1 km");
+             about(distance) + " km away from its station, expected at most 1 km");
 }
 
 void check_height(const Channel& channel, const Element& station, const Place& place) {
@@ -65,7 +63,7 @@ void check_height(const Channel& channel, const Element& station, const Place& p
   const double of_ground = std::abs(*channel.elevation + channel.depth.value.value_or(0) - *ground);
   if (std::min(of_sensor, of_ground) <= kFarMetres) return;
   place.tell(Rule::place_far, channel.elevation.element->line,
-             rounded(of_sensor) + " m above or below its station, expected at most 1000 m");
+             about(of_sensor) + " m above or below its station, expected at most 1000 m");
 }
 
 }  // namespace

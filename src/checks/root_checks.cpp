@@ -28,7 +28,7 @@ void check_normalization(const Filter& filter, const std::optional<double>& inpu
   if (std::abs(amplitude - 1) <= kNormalTolerance) return;
   place.tell(Rule::normalization, line,
              "the amplitude at the NormalizationFrequency, " + text_of(*filter.normalization_frequency) + " Hz, is " +
-                 text_of(amplitude) + ", expected within 1 % of 1");
+                 about(amplitude) + ", expected within 1 % of 1");
 }
 
 std::string text_of_root(const Root& root) {

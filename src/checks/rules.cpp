@@ -48,7 +48,7 @@ const std::vector<DocumentRule>& document_rules() {
       {"decimation-rate", kError, "let the stages end at the rate of the channel"},
       {"delay-negative", kError, "give the delay in seconds, and what corrects it as Correction"},
       {"delay-correction", kWarning,
-       "put the correction right; 0 where times were not corrected, which shifts the record"},
+       "say what the recorder took off its times for the delay; 0 if it did not, which users have to know"},
       {"gain-missing", kError, "give the gain and its frequency"},
       {"gain-zero", kError, "give the gain; 1 where nothing is amplified"},
       {"gain-negative", kWarning,

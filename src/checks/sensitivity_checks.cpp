@@ -75,7 +75,7 @@ void check_sensitivity(const Channel& channel, const Place& place) {
   const double expected = (whole->is_negative ? -1 : 1) * ratio * std::abs(stated);
   place.within("sensitivity")
       .tell(Rule::sensitivity_gains, channel.sensitivity->gain.value.element->line,
-            "Value is " + text_of(stated) + ", expected within 2 % of " + text_of(expected) +
+            "Value is " + text_of(stated) + ", expected within 2 % of " + about(expected) +
                 ", what the stages give at " + text_of(frequency) + " Hz");
 }
 
