@@ -68,9 +68,11 @@ DocumentCounts check_file(const std::string& path) {
   return check_stream(file);
 }
 
+bool is_standard_input(const CheckOptions& options) { return options.document == "-"; }
+
 int run(const CheckOptions& options) {
-  const DocumentCounts counts = options.document == "-" ? check_stream(std::cin) : check_file(options.document);
-  print_summary(options.document, counts);
+  const DocumentCounts counts = is_standard_input(options) ? check_stream(std::cin) : check_file(options.document);
+  print_summary(is_standard_input(options) ? "standard input" : options.document, counts);
   if (!std::cout) elog_die(0, "standard output: cannot be written");
   return counts.errors > 0 || (options.strict && counts.warnings > 0) ? EXIT_FAILURE : EXIT_SUCCESS;
 }

@@ -98,12 +98,13 @@ std::vector<std::string> option_names(const CLI::App& app) {
 
 // Tells what may have been meant by a line that is none, if that can be guessed.
 void suggest_line(const CLI::App& app, const CLI::App& convert, const std::vector<std::string>& arguments) {
-  if (!convert.parsed() && !arguments.empty() && !arguments.front().starts_with("-")) {
+  const std::vector<CLI::App*> given = app.get_subcommands();
+  if (given.empty() && !arguments.empty() && !arguments.front().starts_with("-")) {
     elog_notify(0, "there is no subcommand '%s': try '%s'", arguments.front().c_str(),
                 triglub::tool::convert_line(arguments).c_str());
     return;
   }
-  const std::vector<std::string> known = option_names(convert.parsed() ? convert : app);
+  const std::vector<std::string> known = option_names(given.empty() ? app : *given.front());
   const auto meant = triglub::nearest(unknown_option(arguments, known), known);
   if (meant) return elog_notify(0, "did you mean %s?", meant->c_str());
   if (!convert.parsed()) return;
@@ -176,7 +177,7 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     if (app.exit(e) == 0) return EXIT_SUCCESS;
-    if (!tree->parsed() && !check->parsed()) suggest_line(app, *convert, {argv + 1, argv + argc});
+    suggest_line(app, *convert, {argv + 1, argv + argc});
     return kWrongUsage;
   }
   if (tree->parsed()) return triglub::tool::tree(tree_options);

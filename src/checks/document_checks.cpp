@@ -16,7 +16,7 @@ using checks::XmlEnding;
 void tell_ending(const XmlEnding& ending, checks::Reporter* reporter) {
   const Place document(reporter, "");
   if (ending.kind == XmlEnding::Kind::faulty) {
-    document.tell(Rule::not_xml, ending.line, "no XML: " + ending.fault);
+    document.tell(Rule::not_xml, ending.line, "no well-formed XML: " + ending.fault);
   } else if (ending.kind == XmlEnding::Kind::document_type) {
     document.tell(Rule::document_type, ending.line, "there is a document type declaration, expected none");
   }
