@@ -15,6 +15,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/export.h"
@@ -29,6 +30,7 @@ TRIGLUB_API int edition_of(Pf* pf);
 enum class LineType : std::uint8_t {
   literal,  // XML text as it stands in the parameter file, or in site.pf
   string,
+  unit,  // a text that is the name of a unit
   real,
   integer,
   epoch,
@@ -84,6 +86,22 @@ struct TreeGroup {
   long line = 0;  // of the opening of its table
 };
 
+// What a parameter file says beside the tree of how its documents are written.
+struct TreeOptions {
+  // Units as the tables have them, with the spelling that documents have.
+  std::map<std::string, std::string, std::less<>> unit_spellings;
+  // Filters of finite response as <Coefficients>, also where <FIR> holds all of them.
+  bool writes_fir_as_coefficients = false;
+  // The unit of ground motion of calibrations of instruments that do not tell.
+  std::string calibration_units = "m";
+
+  // The unit as documents have it: as it is where no spelling is known. A view of this object or of `unit`.
+  std::string_view spelled(std::string_view unit) const {
+    const auto found = unit_spellings.find(unit);
+    return found == unit_spellings.end() ? unit : std::string_view(found->second);
+  }
+};
+
 // By the name of the table. Groups stay where they are in memory.
 using TreeGroups = std::map<std::string, TreeGroup, std::less<>>;
 
@@ -102,15 +120,17 @@ class TRIGLUB_API ElementTree {
   ElementTree& operator=(const ElementTree&) = delete;
 
   const TreeGroup& root() const { return *root_; }
+  const TreeOptions& options() const { return options_; }
   // Of the parameter file; empty for one made in memory.
   const std::string& path() const { return path_; }
   // "stationxml.pf:12", for messages.
   std::string place(const TreeLine& line) const;
 
  private:
-  ElementTree(std::string path, TreeGroups groups, const TreeGroup* root);
+  ElementTree(std::string path, TreeOptions options, TreeGroups groups, const TreeGroup* root);
 
   std::string path_;
+  TreeOptions options_;
   TreeGroups groups_;
   const TreeGroup* root_;  // one of the groups
 };

@@ -47,6 +47,10 @@ bool TreeValue::is_latest(std::uint32_t record) const {
   return has_latest_ && is_kept_ && context_.records.are_same(tables_, latest_record_, record);
 }
 
+std::string_view TreeValue::spelled(std::string_view value) const {
+  return line_.type == LineType::unit ? context_.tree.options().spelled(trimmed(value)) : value;
+}
+
 void TreeValue::append_text(std::string_view value, std::string* text) const {
   append_escaped(trimmed(value), place_, text);
 }
@@ -54,9 +58,9 @@ void TreeValue::append_text(std::string_view value, std::string* text) const {
 ValueRemark TreeValue::append_value(std::uint32_t record, const RecordList& records, std::string* text,
                                     bool* has_failed) {
   RecordValue value;
-  if (line_.type == LineType::string) {
+  if (line_.type == LineType::string || line_.type == LineType::unit) {
     *has_failed = !expression_->evaluate_text(record, records, &value);
-    if (!value.is_null) append_text(value.text, text);
+    if (!value.is_null) append_text(spelled(value.text), text);
     return ValueRemark::none;
   }
   *has_failed = !expression_->evaluate(record, records, &value);
@@ -67,7 +71,7 @@ ValueRemark TreeValue::append_value(std::uint32_t record, const RecordList& reco
   }
   if (expression_->kind() == ValueKind::text && trimmed(value.text).empty()) return ValueRemark::none;
   const std::optional<double> number = number_of(value, expression_->kind());
-  return number ? append_number_as(line_.type, *number, text) : ValueRemark::no_number;
+  return number ? append_number_as(line_.type, *number, value.doubt, text) : ValueRemark::no_number;
 }
 
 // Replaces *text. REQUIRES: an expression.

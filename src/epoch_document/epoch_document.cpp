@@ -2,6 +2,7 @@
 #include "epoch_document.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -10,7 +11,6 @@
 #include "element_tree.h"
 #include "epochs/record_view.h"
 #include "epochs/records.h"
-#include "epochs/station_tables.h"
 #include "fatal_failure.h"
 #include "stages/chain_check.h"
 #include "stages/response_files.h"
@@ -60,32 +60,32 @@ struct EpochDocument::Inside {
   Inside(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level)
       : tree(read_or_fail(db, pf, &tables)),
         cut(cut_of(level)),
-        stage(open_table(db, "stage")),
-        calibration(open_table(db, "calibration")),
-        files(stage),
         view(make_view(db, conditions, level)),
-        records(view, kEpoch),
-        stages(stage, calibration, files) {}
+        records(view.view, kEpoch),
+        stages(view.tables, *files) {}
 
-  Dbptr make_view(Dbptr db, rbtree* conditions, DetailLevel level) {
+  RecordView make_view(Dbptr db, rbtree* conditions, DetailLevel level) {
     RecordChoice choice;
     choice.conditions = conditions;
     choice.tables = tables;
     choice.with_empty_networks = level == DetailLevel::network;
     if (level == DetailLevel::response && has_stage_line(tree->root())) {
-      choice.amend = [this](RecordRows* rows) { drop_broken_chains(stage, calibration, &files, rows, &findings); };
+      choice.amend = [this](const ResponseTables& response, RecordRows* rows) {
+        files.emplace(response);
+        drop_broken_chains(response, &*files, rows, &findings);
+      };
     }
-    return make_record_view(db, choice, &findings);
+    RecordView made = make_record_view(db, choice, &findings);
+    if (!files) files.emplace(made.tables);
+    return made;
   }
 
   Findings findings;
   std::uint32_t tables = 0;  // that the tree looks at
   std::unique_ptr<const ElementTree> tree;
   std::string cut;
-  Dbptr stage;
-  Dbptr calibration;
-  ResponseFiles files;
-  Dbptr view;
+  std::optional<ResponseFiles> files;
+  RecordView view;
   RecordSet records;
   StageTable stages;
   std::unique_ptr<EpochDocument::PieceWriter> split_by;  // holds the categories
@@ -96,7 +96,7 @@ struct EpochDocument::PieceWriter::Inside {
   explicit Inside(const EpochDocument& document)
       : of(*document.inside_),
         context{*of.tree, of.records, findings},
-        stages(of.view, of.stages),
+        stages(of.view.view, of.stages, of.tree->options()),
         writer(context, of.cut, stages) {}
 
   const EpochDocument::Inside& of;
@@ -110,7 +110,7 @@ EpochDocument::EpochDocument(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel l
     : inside_(std::make_unique<Inside>(db, pf, conditions, level)) {}
 
 EpochDocument::~EpochDocument() {
-  const Dbptr view = inside_->view;
+  const Dbptr view = inside_->view.view;
   inside_.reset();
   release_view(view);
 }

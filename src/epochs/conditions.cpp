@@ -16,7 +16,7 @@ namespace {
 constexpr std::uint32_t bit_of(RecordTable table) { return 1U << table; }
 
 constexpr std::uint32_t kOfChannels = bit_of(kSitechan) | bit_of(kSchanloc) | bit_of(kSensor) | bit_of(kInstrument) |
-                                      bit_of(kCalibration) | bit_of(kStage) | bit_of(kEpoch);
+                                      bit_of(kCalibration) | bit_of(kStage) | bit_of(kEpoch) | bit_of(kChain);
 
 std::vector<std::string> texts_of(rbtree* array) {
   std::vector<std::string> texts;

@@ -10,8 +10,6 @@ namespace triglub {
 
 namespace {
 
-constexpr Instant kYear1 = -62135596800000;
-constexpr Instant kYear10000 = 253402300800000;
 constexpr Instant kOpenFrom = 9999936000000;  // 2286-11-20T00:00:00
 constexpr double kMost = 1e13;                // seconds far outside the calendar, and not yet too large to multiply
 

@@ -18,6 +18,10 @@ inline constexpr Instant kFuture = std::numeric_limits<Instant>::max();
 
 inline constexpr Instant kDay = 86400000;
 
+// The calendar that documents are dated by: from the begin of the year 1 to before the begin of the year 10000.
+inline constexpr Instant kYear1 = -62135596800000;
+inline constexpr Instant kYear10000 = 253402300800000;
+
 // From `begin` to before `end`.
 struct Span {
   Instant begin = kPast;

@@ -26,7 +26,7 @@ std::vector<std::string> own_tables_in(std::uint32_t tables, Dbptr db) {
 
 }  // namespace
 
-Dbptr make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings) {
+RecordView make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings) {
   const Conditions conditions(choice.conditions, db);
   StationData data(db, conditions, choice.with_empty_networks, own_tables_in(choice.tables | conditions.tables(), db));
   note_left_out(&data);
@@ -36,8 +36,14 @@ Dbptr make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings)
   widen(data.epochs, &data.records);
   tell(data, conditions, data.records.rows, findings);
   RecordRows rows = std::move(data.records.rows);
-  if (choice.amend) choice.amend(&rows);
-  return view_of_records(data, std::move(rows), data.records);
+  const ResponseTables tables = {data.tables.sitechan.handle(),
+                                 data.tables.stage.handle(),
+                                 data.tables.calibration.handle(),
+                                 data.tables.instrument.handle(),
+                                 {}};
+  if (choice.amend) choice.amend(tables, &rows);
+  number_stages(&rows);
+  return {view_of_records(data, std::move(rows), data.records), tables};
 }
 
 }  // namespace triglub

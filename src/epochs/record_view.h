@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "epochs/records.h"
+#include "epochs/response_tables.h"
 #include "findings.h"
 #include "platform/containers.h"
 #include "platform/database.h"
@@ -21,13 +22,18 @@ struct RecordChoice {
   // them, nor looked at by a condition, are not in the view.
   std::uint32_t tables = 0;
   // Changes the chosen rows before the view is made of them.
-  std::function<void(RecordRows* rows)> amend = nullptr;
+  std::function<void(const ResponseTables& tables, RecordRows* rows)> amend = nullptr;
+};
+
+struct RecordView {
+  Dbptr view{};
+  ResponseTables tables;
 };
 
 // The view of the records that meet the conditions, in the order in which documents have them; a view of the session.
 // What there is to tell of what was chosen goes to *findings. Throws FatalFailure where a table refuses to load, days
 // are no dates, or a condition does not compile.
-Dbptr make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings);
+RecordView make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings);
 
 // The same view without any record and with all own tables (own_tables_of()), for those who need its names: no table is
 // loaded for it.

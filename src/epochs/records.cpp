@@ -196,7 +196,16 @@ Records make_records(StationData& data, bool with_empty_networks) {
   RecordMaker maker(data, &records);
   maker.make(codes_of(data));
   if (with_empty_networks) maker.make_empty_networks();
+  number_stages(&records.rows);
   return records;
+}
+
+void number_stages(RecordRows* rows) {
+  std::vector<std::uint32_t>& places = rows->rows[kChain];
+  for (std::size_t i = 0; i < rows->size(); ++i) {
+    const bool goes_on = i > 0 && places[i - 1] != kAbsent && are_of_one_chain(*rows, i - 1, i);
+    places[i] = rows->rows[kStage][i] == kAbsent ? kAbsent : goes_on ? places[i - 1] + 1 : 0;
+  }
 }
 
 void widen(const EpochList& epochs, Records* records) {

@@ -24,13 +24,14 @@ enum RecordTable : std::uint8_t {
   kEpoch,
   kStationEpoch,
   kNetworkEpoch,
+  kChain,
   kRecordTables
 };
 
 // The name of each.
 inline constexpr std::array<const char*, kRecordTables> kRecordTableNames = {
-    "sitechan",   "snetsta",     "schanloc", "network", "site",          "sensor",
-    "instrument", "calibration", "stage",    "epoch",   "station_epoch", "network_epoch"};
+    "sitechan",    "snetsta", "schanloc", "network",       "site",          "sensor", "instrument",
+    "calibration", "stage",   "epoch",    "station_epoch", "network_epoch", "chain"};
 
 // By record: the row of each table, kAbsent for none.
 struct RecordRows {
@@ -61,6 +62,14 @@ struct StationData;
 // All records of the stations of `data`, in the order in which documents are written. Networks without stations come
 // last, where they are wanted at all. Contradictions are added to data.told.
 Records make_records(StationData& data, bool with_empty_networks);
+
+// Whether two records are of the same epoch under the same code: the stages of such are one chain.
+inline bool are_of_one_chain(const RecordRows& rows, std::size_t a, std::size_t b) {
+  return rows.rows[kEpoch][a] == rows.rows[kEpoch][b] && rows.rows[kSnetsta][a] == rows.rows[kSnetsta][b];
+}
+
+// Gives each stage its place in its chain, from 0: its row of the table `chain`.
+void number_stages(RecordRows* rows);
 
 // Widens the spans of stations and networks to hold the epochs of their records.
 void widen(const EpochList& epochs, Records* records);

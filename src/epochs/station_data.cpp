@@ -1,6 +1,7 @@
-// The computed tables of the view have a row for each epoch, station at a place, and network.
+// The computed tables of the view have a row for each epoch, station at a place, network, and place in a chain.
 #include "epochs/station_data.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -54,6 +55,16 @@ std::vector<ComputedColumn> network_columns(const std::vector<NetworkEpoch>& net
   return columns;
 }
 
+std::vector<ComputedColumn> chain_columns(const std::vector<std::uint32_t>& places) {
+  std::int64_t length = 0;
+  for (const std::uint32_t place : places) {
+    if (place != kAbsent) length = std::max(length, std::int64_t{place} + 1);
+  }
+  ComputedColumn number{"number", "place of the stage in its chain, from 1"};
+  for (std::int64_t i = 1; i <= length; ++i) number.integers.push_back(i);
+  return {number};
+}
+
 std::vector<ViewPart> named_parts() {
   std::vector<ViewPart> parts(kRecordTables);
   for (std::size_t t = 0; t < parts.size(); ++t) parts[t].name = kRecordTableNames[t];
@@ -74,6 +85,7 @@ void add_columns(const std::vector<Epoch>& epochs, const Records& records, std::
   (*parts)[kEpoch].columns = epoch_columns(epochs);
   (*parts)[kStationEpoch].columns = station_columns(records.station_epochs);
   (*parts)[kNetworkEpoch].columns = network_columns(records.network_epochs);
+  (*parts)[kChain].columns = chain_columns((*parts)[kChain].rows);
 }
 
 }  // namespace

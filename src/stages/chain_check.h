@@ -4,15 +4,16 @@
 #define TRIGLUB_SRC_STAGES_CHAIN_CHECK_H
 
 #include "epochs/records.h"
+#include "epochs/response_tables.h"
 #include "findings.h"
 #include "stages/response_files.h"
-#include "stages/stage_facts.h"
 
 namespace triglub {
 
-// Reads the response files that the records name. Epochs of which any stage cannot be written keep one record without
-// a stage; each is told, with the stage's place and the reason.
-void drop_broken_chains(Dbptr stage, Dbptr calibration, ResponseFiles* files, RecordRows* rows, Findings* findings);
+// Reads the response files that the records name. Epochs of which any stage cannot be written, or that lack one, keep
+// one record without a stage; each is told, with the stage's place, the channel and the reason. Of the others is told
+// what in them is not as it should be.
+void drop_broken_chains(const ResponseTables& tables, ResponseFiles* files, RecordRows* rows, Findings* findings);
 
 }  // namespace triglub
 

@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/response.h"
 #include "stages/stage_facts.h"
 
 namespace triglub {
@@ -16,10 +15,13 @@ struct Units {
   std::string_view output;
 };
 
-// <PolesZeros>; of a stage that is no more than a change of units without poles and zeros.
-std::string poles_zeros_block(const Paz& paz, const Units& units, std::size_t depth);
-// <Coefficients> of a digital filter; of a stage without a filter without any.
-std::string coefficients_block(const Fir& fir, const Units& units, std::size_t depth);
+// The filter of a stage: <PolesZeros>, <FIR>, <Coefficients> or <ResponseList>. A filter of finite response that <FIR>
+// cannot hold (denominators, errors), or that is not to be one, is <Coefficients>.
+std::string filter_block(const StageFilter& filter, bool is_fir_allowed, const Units& units, std::size_t depth);
+// What stands for the filter of a stage that is no more than a change of units: <PolesZeros> without poles and zeros,
+// at the frequency of its gain; of a digital one <Coefficients> without coefficients, as readers know it.
+std::string unit_change_block(double frequency, const Units& units, std::size_t depth);
+std::string digital_gain_block(const Units& units, std::size_t depth);
 // <Decimation> and <StageGain>.
 void append_decimation(const StageFacts& facts, std::size_t depth, std::string* text);
 void append_gain(const StageFacts& facts, std::size_t depth, std::string* text);

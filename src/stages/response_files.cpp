@@ -3,30 +3,28 @@
 
 namespace triglub {
 
-namespace {
-
-ResponseFile read_file(const std::string& path) {
-  ResponseFile file;
+ResponseFiles::File ResponseFiles::read_file(const std::string& path) {
+  File file;
+  file.path = path;
   Response* response = nullptr;
   if (read_response(path.c_str(), &response, &file.fault) != 0) return file;
   file.response.reset(response);
-  if (response->groups.size() == 1) {
-    file.filter = &response->groups.front();
-  } else {
-    file.fault = path + ": " + std::to_string(response->groups.size()) + " groups where one is meant";
+  for (const ResponseGroup& group : response->groups) {
+    StageFilter& filter = file.filters.emplace_back(StageFilter{&group});
+    if (group.type == RESPONSE_FIR) filter.symmetry = symmetry_of(filter.fir());
   }
   return file;
 }
 
-}  // namespace
-
-ResponseFiles::ResponseFiles(Dbptr stage)
-    : folders_(TableColumns(stage).texts("dir")), names_(TableColumns(stage).texts("dfile")) {
+ResponseFiles::ResponseFiles(const ResponseTables& tables)
+    : folders_(TableColumns(tables.stage).texts("dir")),
+      names_(TableColumns(tables.stage).texts("dfile")),
+      instrument_stages_(tables.instrument_stages),
+      first_instrument_stage_(TableColumns(tables.stage).row_count() -
+                              static_cast<std::uint32_t>(tables.instrument_stages.size())) {
   const char* base = nullptr;
-  if (dbquery(stage, dbTABLE_DIRNAME, &base) >= 0 && base != nullptr) base_ = base;
+  if (dbquery(tables.stage, dbTABLE_DIRNAME, &base) >= 0 && base != nullptr) base_ = base;
 }
-
-bool ResponseFiles::is_named(std::uint32_t row) const { return !names_.is_null(row); }
 
 std::uint64_t ResponseFiles::key_of(std::uint32_t row) const {
   return std::uint64_t{folders_.codes()[row]} << 32 | names_.codes()[row];
@@ -39,16 +37,31 @@ std::string ResponseFiles::path_of(std::uint32_t row) const {
   return (folder.starts_with('/') ? folder : base_ + "/" + folder) + "/" + name;
 }
 
-const ResponseFile* ResponseFiles::read(std::uint32_t row) {
-  if (!is_named(row)) return nullptr;
-  const auto [entry, is_new] = files_.try_emplace(key_of(row));
-  if (is_new) entry->second = read_file(path_of(row));
-  return &entry->second;
+const InstrumentStage* ResponseFiles::instrument_stage(std::uint32_t row) const {
+  return row < first_instrument_stage_ ? nullptr : &instrument_stages_[row - first_instrument_stage_];
 }
 
-const ResponseFile* ResponseFiles::find(std::uint32_t row) const {
-  const auto entry = is_named(row) ? files_.find(key_of(row)) : files_.end();
-  return entry == files_.end() ? nullptr : &entry->second;
+void ResponseFiles::read(std::uint32_t row) {
+  if (!is_named(row)) return;
+  const auto [entry, is_new] = files_.try_emplace(key_of(row));
+  if (is_new) entry->second = read_file(path_of(row));
+}
+
+const StageFilter* ResponseFiles::filter(std::uint32_t row, std::string* fault) const {
+  const File& file = files_.find(key_of(row))->second;
+  const InstrumentStage* const stage = instrument_stage(row);
+  const std::size_t group = stage == nullptr ? 0 : stage->group;
+  const std::size_t groups = file.filters.size();
+  if (!file.fault.empty()) {
+    *fault = file.fault;
+  } else if (stage == nullptr && groups != 1) {
+    *fault = file.path + ": " + std::to_string(groups) + " groups where one is meant";
+  } else if (file.filters[group].group->type == RESPONSE_OTHER) {
+    *fault = file.path + ": the type '" + file.filters[group].group->type_name + "' has no form in a document";
+  } else {
+    return &file.filters[group];
+  }
+  return nullptr;
 }
 
 }  // namespace triglub

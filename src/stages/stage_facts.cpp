@@ -4,30 +4,27 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/record_expression.h"
+
 namespace triglub {
 
 namespace {
 
-bool is_symmetric(const Fir& fir) {
-  return fir.denominators.empty() && std::equal(fir.numerators.begin(), fir.numerators.end(), fir.numerators.rbegin());
+// In samples of the input: the file's, else half of a symmetric filter.
+std::optional<double> delay_of(const StageFilter& filter) {
+  if (filter.fir().delay >= 0) return filter.fir().delay;
+  if (filter.symmetry == Symmetry::none) return std::nullopt;
+  return (static_cast<double>(filter.fir().numerators.size()) - 1) / 2;
 }
 
-// In samples of the input: the file's, else half of a symmetric filter.
-std::optional<double> delay_of(const Fir& fir) {
-  if (fir.delay >= 0) return fir.delay;
-  if (fir.numerators.empty() || !is_symmetric(fir)) return std::nullopt;
-  return (static_cast<double>(fir.numerators.size()) - 1) / 2;
-}
+// Of two; 0 is none.
+double least_doubt(double a, double b) { return a == 0 || b == 0 ? std::max(a, b) : std::min(a, b); }
 
 }  // namespace
 
-StageTable::Reals StageTable::reals(const TableColumns& table, const char* field) {
-  return {table.reals(field), table.null_real(field)};
-}
-
-StageTable::StageTable(Dbptr stage, Dbptr calibration, const ResponseFiles& files)
-    : stage_(stage),
-      calibration_(calibration),
+StageTable::StageTable(const ResponseTables& tables, const ResponseFiles& files)
+    : stage_(tables.stage),
+      calibration_(tables.calibration),
       files_(files),
       input_units_(stage_.texts("iunits")),
       output_units_(stage_.texts("ounits")),
@@ -35,12 +32,14 @@ StageTable::StageTable(Dbptr stage, Dbptr calibration, const ResponseFiles& file
       numbers_(stage_.integers("stageid")),
       factors_(stage_.integers("decifac")),
       null_factor_(stage_.null_integer("decifac")),
-      nominal_gains_(reals(stage_, "gnom")),
-      gain_calibrations_(reals(stage_, "gcalib")),
-      rates_(reals(stage_, "samprate")),
-      corrections_(reals(stage_, "leadfac")),
-      frequencies_(reals(calibration_, "fc")),
-      periods_(reals(calibration_, "calper")) {}
+      nominal_gains_(stage_, "gnom"),
+      gain_calibrations_(stage_, "gcalib"),
+      rates_(stage_, "samprate"),
+      corrections_(stage_, "leadfac"),
+      frequencies_(calibration_, "fc"),
+      periods_(calibration_, "calper"),
+      channel_rates_(calibration_, "samprate"),
+      instrument_rates_(TableColumns(tables.instrument), "samprate") {}
 
 std::string_view StageTable::input_units(std::uint32_t stage) const {
   return input_units_.is_null(stage) ? "" : input_units_.text(stage);
@@ -55,51 +54,96 @@ std::string_view StageTable::calibration_units(std::uint32_t calibration) const 
   return calibration_units_.text(calibration);
 }
 
-// Each of these gives why the stage cannot be written, empty when it can.
+std::optional<double> StageTable::channel_rate(std::uint32_t calibration, std::uint32_t instrument) const {
+  const std::optional<double> own = channel_rates_.at(calibration);
+  return own ? own : instrument_rates_.at(instrument);
+}
 
-std::string StageTable::find_gain(std::uint32_t stage, std::uint32_t calibration, StageFacts* facts) const {
+// Each of these gives why the stage cannot be written, null when it can.
+
+const char* StageTable::find_gain(std::uint32_t stage, std::uint32_t calibration, StageFacts* facts) const {
   const std::optional<double> nominal = nominal_gains_.at(stage);
   if (!nominal) return "no gain (gnom)";
   facts->gain = *nominal * gain_calibrations_.at(stage).value_or(1);
-  std::optional<double> frequency = frequencies_.at(calibration);
-  const std::optional<double> period = periods_.at(calibration);
-  if (!frequency && period && *period > 0) frequency = 1 / *period;
+  if (facts->gain == 0) return "a gain (gnom, gcalib) of 0";
+  const std::optional<double> frequency = find_frequency(calibration);
   if (!frequency) return "no frequency of the gain (calibration.fc, calper)";
   facts->frequency = *frequency;
-  return std::isfinite(facts->gain) && std::isfinite(facts->frequency) ? "" : "a gain that is no number";
+  return std::isfinite(facts->gain) && std::isfinite(facts->frequency) ? nullptr : "a gain that is no number";
 }
 
-std::string StageTable::find_filter(std::uint32_t stage, StageFacts* facts) const {
-  const ResponseFile* file = files_.find(stage);
-  if (file == nullptr) return "";
-  if (file->filter == nullptr) return file->fault;
-  facts->filter = file->filter;
-  if (facts->filter->type == RESPONSE_PAZ || facts->filter->type == RESPONSE_FIR) return "";
-  return "the response type '" + facts->filter->type_name + "' has no form in the document";
+std::optional<double> StageTable::find_frequency(std::uint32_t calibration) const {
+  const std::optional<double> frequency = frequencies_.at(calibration);
+  const std::optional<double> period = periods_.at(calibration);
+  if (frequency || !period || !(*period > 0)) return frequency;
+  return 1 / *period;
 }
 
-std::string StageTable::find_rate(std::uint32_t stage, StageFacts* facts) const {
-  const bool is_fir = facts->filter != nullptr && facts->filter->type == RESPONSE_FIR;
+const char* StageTable::find_filter(std::uint32_t stage, StageFacts* facts, std::string* fault) const {
+  if (!files_.is_named(stage)) return nullptr;
+  facts->filter = files_.filter(stage, fault);
+  return facts->filter == nullptr ? "the response file cannot be used" : nullptr;
+}
+
+const char* StageTable::find_rates(std::uint32_t stage, StageFacts* facts) const {
+  const StageFilter* const filter = facts->filter;
   const std::optional<double> rate = rates_.at(stage);
-  facts->is_digital = is_fir || (facts->filter == nullptr && rate);
-  if (!facts->is_digital) return "";
+  facts->is_digital = filter == nullptr ? rate.has_value() : filter->is_digital();
+  if (!facts->is_digital) return nullptr;
   if (factors_[stage] != null_factor_) facts->factor = factors_[stage];
   if (facts->factor < 1) return "a decimation factor (decifac) below 1";
-  const auto* fir = is_fir ? static_cast<const Fir*>(facts->filter->filter) : nullptr;
-  facts->input_rate = rate ? *rate * static_cast<double>(facts->factor) : fir->samprate;
+  const auto factor = static_cast<double>(facts->factor);
+  facts->input_rate = rate ? *rate * factor : filter->fir().samprate;
+  facts->output_rate = rate ? *rate : facts->input_rate / factor;
   if (!(facts->input_rate > 0) || !std::isfinite(facts->input_rate)) return "no sampling rate (samprate)";
-  facts->delay = fir == nullptr ? 0 : delay_of(*fir).value_or(0) / facts->input_rate;
-  facts->correction = corrections_.at(stage).value_or(facts->delay);
-  return std::isfinite(facts->delay) && std::isfinite(facts->correction) ? "" : "a delay that is no number";
+  find_delay(stage, facts);
+  return std::isfinite(facts->delay) && std::isfinite(facts->correction) ? nullptr : "a delay that is no number";
 }
 
-std::optional<StageFacts> StageTable::facts(std::uint32_t stage, std::uint32_t calibration, std::string* fault) const {
+// A digital stage without a filter has no delay.
+void StageTable::find_delay(std::uint32_t stage, StageFacts* facts) const {
+  if (facts->filter != nullptr) {
+    const std::optional<double> samples = delay_of(*facts->filter);
+    facts->is_delay_known = samples.has_value();
+    facts->delay = samples.value_or(0) / facts->input_rate;
+  }
+  facts->correction = corrections_.at(stage).value_or(facts->delay);
+}
+
+std::optional<StageFacts> StageTable::facts(std::uint32_t stage, std::uint32_t calibration, StageFault* fault) const {
   StageFacts facts;
-  *fault = numbers_[stage] < 1 ? "a stage number (stageid) below 1" : "";
-  if (fault->empty()) *fault = find_gain(stage, calibration, &facts);
-  if (fault->empty()) *fault = find_filter(stage, &facts);
-  if (fault->empty()) *fault = find_rate(stage, &facts);
-  return fault->empty() ? std::optional(facts) : std::nullopt;
+  fault->file.clear();
+  const char* what = numbers_[stage] < 1 ? "a stage number (stageid) below 1" : nullptr;
+  if (what == nullptr) what = find_gain(stage, calibration, &facts);
+  if (what == nullptr) what = find_filter(stage, &facts, &fault->file);
+  if (what == nullptr) what = find_rates(stage, &facts);
+  if (what == nullptr) return facts;
+  fault->what = what;
+  return std::nullopt;
+}
+
+void StageTable::round_gain(std::uint32_t stage, std::uint32_t calibration, StageFacts* facts) const {
+  const std::optional<double> ratio = gain_calibrations_.at(stage);
+  if (ratio && *ratio != 1) {
+    const double nominal = *nominal_gains_.at(stage);
+    const double of_nominal = nominal == 1 ? 0 : nominal_gains_.doubt(stage) * std::fabs(*ratio);
+    const double of_ratio = gain_calibrations_.doubt(stage) * std::fabs(nominal);
+    facts->gain = rounded_within(facts->gain, least_doubt(of_nominal, of_ratio));
+  }
+  if (!frequencies_.at(calibration)) {
+    const double period = *periods_.at(calibration);
+    facts->frequency = rounded_within(facts->frequency, periods_.doubt(calibration) / (period * period));
+  }
+}
+
+void StageTable::round_rates(std::uint32_t stage, StageFacts* facts) const {
+  const std::optional<double> rate = rates_.at(stage);
+  if (!rate || *rate == 1) return;  // what files hold is exact, and 1 takes nothing from it
+  const bool is_correction_delay = !corrections_.at(stage);
+  const double doubt = rates_.doubt(stage) * static_cast<double>(facts->factor);
+  facts->delay = rounded_within(facts->delay, facts->delay / facts->input_rate * doubt);
+  if (facts->factor != 1) facts->input_rate = rounded_within(facts->input_rate, doubt);
+  if (is_correction_delay) facts->correction = facts->delay;
 }
 
 }  // namespace triglub

@@ -8,54 +8,64 @@
 #include <string>
 #include <string_view>
 
+#include "epochs/response_tables.h"
 #include "platform/columns.h"
-#include "platform/database.h"
 #include "stages/response_files.h"
+#include "stages/stored_numbers.h"
 
 namespace triglub {
 
+// Numbers as they are worked out: StageTable::round() gives those that are written.
 struct StageFacts {
-  const ResponseGroup* filter = nullptr;  // null: the stage is no more than its gain
+  const StageFilter* filter = nullptr;  // null: the stage is no more than its gain
   double gain = 0;
   double frequency = 0;  // hertz, of the gain
-  // Of a digital stage; the rate is what enters it, in samples per second.
+  // Of a digital stage; rates in samples per second.
   bool is_digital = false;
   double input_rate = 0;
+  double output_rate = 0;
   std::int64_t factor = 1;
-  double delay = 0;       // seconds
-  double correction = 0;  // seconds
+  double delay = 0;            // seconds
+  bool is_delay_known = true;  // false: neither stated nor to be seen from the filter; the delay is 0
+  double correction = 0;       // seconds
+};
+
+// Why a stage cannot be written.
+struct StageFault {
+  const char* what = "";
+  std::string file;  // the fault of a response file, with its path and line
 };
 
 // Reads them row by row. Does not change.
 class StageTable {
  public:
-  // `files` must outlive it, and have read what the rows name.
-  StageTable(Dbptr stage, Dbptr calibration, const ResponseFiles& files);
+  // The tables must stay; `files` must outlive it, and have read what the rows name.
+  StageTable(const ResponseTables& tables, const ResponseFiles& files);
 
   // The facts of a row of stage under a row of calibration (NO_BASE_ROW for none). Nothing, and why in *fault, where
   // the stage cannot be written.
-  std::optional<StageFacts> facts(std::uint32_t stage, std::uint32_t calibration, std::string* fault) const;
+  std::optional<StageFacts> facts(std::uint32_t stage, std::uint32_t calibration, StageFault* fault) const;
+
+  // Rounds what was worked out of stored numbers to as many digits as those hold: the gain with its frequency, and the
+  // rates and times. Of the rows that the facts are of.
+  void round_gain(std::uint32_t stage, std::uint32_t calibration, StageFacts* facts) const;
+  void round_rates(std::uint32_t stage, StageFacts* facts) const;
 
   // Where the row has none: empty.
   std::string_view input_units(std::uint32_t stage) const;
   std::string_view output_units(std::uint32_t stage) const;
   std::string_view calibration_units(std::uint32_t calibration) const;
+  // Samples per second of the channel; nothing where neither row (NO_BASE_ROW for none) has a rate.
+  std::optional<double> channel_rate(std::uint32_t calibration, std::uint32_t instrument) const;
   std::int64_t number(std::uint32_t stage) const { return numbers_[stage]; }
   std::string place(std::uint32_t stage) const { return stage_.place(stage); }
 
  private:
-  // A column of numbers, null where the field is.
-  struct Reals {
-    std::span<const double> values;
-    double null = 0;
-    std::optional<double> at(std::uint32_t row) const {
-      return row == NO_BASE_ROW || values[row] == null ? std::nullopt : std::optional(values[row]);
-    }
-  };
-  static Reals reals(const TableColumns& table, const char* field);
-  std::string find_gain(std::uint32_t stage, std::uint32_t calibration, StageFacts* facts) const;
-  std::string find_filter(std::uint32_t stage, StageFacts* facts) const;
-  std::string find_rate(std::uint32_t stage, StageFacts* facts) const;
+  const char* find_gain(std::uint32_t stage, std::uint32_t calibration, StageFacts* facts) const;
+  const char* find_filter(std::uint32_t stage, StageFacts* facts, std::string* fault) const;
+  const char* find_rates(std::uint32_t stage, StageFacts* facts) const;
+  std::optional<double> find_frequency(std::uint32_t calibration) const;
+  void find_delay(std::uint32_t stage, StageFacts* facts) const;
 
   TableColumns stage_;
   TableColumns calibration_;
@@ -66,12 +76,14 @@ class StageTable {
   std::span<const std::int64_t> numbers_;
   std::span<const std::int64_t> factors_;
   std::int64_t null_factor_;
-  Reals nominal_gains_;
-  Reals gain_calibrations_;
-  Reals rates_;
-  Reals corrections_;
-  Reals frequencies_;
-  Reals periods_;
+  StoredNumbers nominal_gains_;
+  StoredNumbers gain_calibrations_;
+  StoredNumbers rates_;
+  StoredNumbers corrections_;
+  StoredNumbers frequencies_;
+  StoredNumbers periods_;
+  StoredNumbers channel_rates_;
+  StoredNumbers instrument_rates_;
 };
 
 }  // namespace triglub

@@ -10,20 +10,12 @@ namespace triglub {
 
 namespace {
 
-// Bytes of blocks that are kept: archives have thousands of long filters, and what is needed soon again is mostly what
+// Bytes of texts that are kept: archives have thousands of long filters, and what is needed soon again is mostly what
 // was made last.
 constexpr std::size_t kMostBytes = std::size_t{32} << 20;
 
 // What units are when nothing says what they are.
 constexpr std::string_view kUnknownUnits = "unknown";
-
-const Paz kNoPaz{};
-const Fir kNoFir{};
-
-std::string block_of(const ResponseGroup* filter, const Units& units, std::size_t depth) {
-  if (filter->type == RESPONSE_FIR) return coefficients_block(*static_cast<const Fir*>(filter->filter), units, depth);
-  return poles_zeros_block(*static_cast<const Paz*>(filter->filter), units, depth);
-}
 
 std::string escaped(std::string_view text) {
   std::string xml;
@@ -33,8 +25,9 @@ std::string escaped(std::string_view text) {
 
 }  // namespace
 
-StageTexts::StageTexts(Dbptr view, const StageTable& table)
+StageTexts::StageTexts(Dbptr view, const StageTable& table, const TreeOptions& options)
     : table_(table),
+      options_(options),
       stages_(rows_of(view, kStage)),
       calibrations_(rows_of(view, kCalibration)),
       epochs_(rows_of(view, kEpoch)),
@@ -69,40 +62,67 @@ std::string StageTexts::output_units(std::uint32_t record, const std::string& in
   return own.empty() ? input_units : std::string(own);
 }
 
-const std::string& StageTexts::filter_block(const ResponseGroup& filter, const std::string& input_units,
-                                            const std::string& output_units, std::size_t depth) {
+std::string StageTexts::as_written(std::string_view units) const { return escaped(options_.spelled(units)); }
+
+void StageTexts::forget_much() {
+  if (size_ <= kMostBytes) return;
+  blocks_.clear();
+  decimations_.clear();
+  size_ = 0;
+}
+
+const std::string& StageTexts::block_of(const StageFilter& filter, const std::string& input_units,
+                                        const std::string& output_units, std::size_t depth) {
   for (const Block& block : blocks_[&filter]) {
     if (block.depth == depth && block.input_units == input_units && block.output_units == output_units) {
       return block.text;
     }
   }
-  if (size_ > kMostBytes) {
-    blocks_.clear();
-    size_ = 0;
-  }
+  forget_much();
+  const std::string input = as_written(input_units);
+  const std::string output = as_written(output_units);
   std::vector<Block>& blocks = blocks_[&filter];
-  const std::string input = escaped(input_units);
-  const std::string output = escaped(output_units);
-  blocks.push_back({input_units, output_units, depth, block_of(&filter, {input, output}, depth)});
+  blocks.push_back({input_units, output_units, depth,
+                    filter_block(filter, !options_.writes_fir_as_coefficients, {input, output}, depth)});
   size_ += blocks.back().text.size();
   return blocks.back().text;
 }
 
+const std::string& StageTexts::decimation_of(std::uint32_t stage, const StageFacts& facts, std::size_t depth) {
+  const DecimationKey key = {facts.input_rate, facts.factor, facts.delay, facts.correction, depth};
+  const auto known = decimations_.find(key);
+  if (known != decimations_.end()) return known->second;
+  forget_much();
+  StageFacts rounded = facts;
+  table_.round_rates(stage, &rounded);
+  std::string& text = decimations_[key];
+  append_decimation(rounded, depth, &text);
+  size_ += text.size();
+  return text;
+}
+
+void StageTexts::append_filter(const StageFacts& facts, const std::string& input_units, const std::string& output_units,
+                               std::size_t depth, std::string* text) {
+  if (facts.filter != nullptr) {
+    text->append(block_of(*facts.filter, input_units, output_units, depth));
+  } else if (facts.is_digital) {
+    text->append(digital_gain_block({as_written(input_units), as_written(output_units)}, depth));
+  } else if (input_units != output_units) {
+    text->append(unit_change_block(facts.frequency, {as_written(input_units), as_written(output_units)}, depth));
+  }
+}
+
 void StageTexts::append(std::uint32_t record, std::size_t depth, std::string* text) {
-  if (stages_[record] == NO_BASE_ROW) return;
-  std::string fault;
-  const std::optional<StageFacts> facts = table_.facts(stages_[record], calibrations_[record], &fault);
+  const std::uint32_t stage = stages_[record];
+  if (stage == NO_BASE_ROW) return;
+  StageFault fault;
+  std::optional<StageFacts> facts = table_.facts(stage, calibrations_[record], &fault);
   if (!facts) return;  // such chains are not among the records
+  table_.round_gain(stage, calibrations_[record], &*facts);
   const std::string input = input_units(record);
   const std::string output = output_units(record, input);
-  if (facts->filter != nullptr) {
-    text->append(filter_block(*facts->filter, input, output, depth));
-  } else if (facts->is_digital) {
-    text->append(coefficients_block(kNoFir, {escaped(input), escaped(output)}, depth));
-  } else if (input != output) {
-    text->append(poles_zeros_block(kNoPaz, {escaped(input), escaped(output)}, depth));
-  }
-  if (facts->is_digital) append_decimation(*facts, depth, text);
+  append_filter(*facts, input, output, depth, text);
+  if (facts->is_digital) text->append(decimation_of(stage, *facts, depth));
   append_gain(*facts, depth, text);
   latest_ = record;
   latest_units_ = output;

@@ -9,6 +9,7 @@
 #include "tree/nesting.h"
 #include "tree/prefixes.h"
 #include "tree/top_level.h"
+#include "tree/tree_options.h"
 
 namespace triglub {
 
@@ -17,16 +18,17 @@ std::unique_ptr<const ElementTree> ElementTree::read(Pf* pf, const ExpressionChe
   FaultList found(pf_path(pf));
   TreeGroups groups;
   check_top_level(pf, &found);
+  TreeOptions options = read_options(pf, &found);
   const TreeGroup* root = GroupReader(pf, check, &groups, &found).read_all();
   if (root != nullptr && check_nesting(*root, &found)) check_prefixes(*root, &found);
   *faults = found.texts();
   if (!faults->empty()) return nullptr;
-  return std::unique_ptr<const ElementTree>(new ElementTree(pf_path(pf), std::move(groups), root));
+  return std::unique_ptr<const ElementTree>(new ElementTree(pf_path(pf), std::move(options), std::move(groups), root));
 }
 
 // Groups of a map that is moved stay where they are.
-ElementTree::ElementTree(std::string path, TreeGroups groups, const TreeGroup* root)
-    : path_(std::move(path)), groups_(std::move(groups)), root_(root) {}
+ElementTree::ElementTree(std::string path, TreeOptions options, TreeGroups groups, const TreeGroup* root)
+    : path_(std::move(path)), options_(std::move(options)), groups_(std::move(groups)), root_(root) {}
 
 std::string ElementTree::place(const TreeLine& line) const { return place_text(path_, line.line); }
 

@@ -18,6 +18,7 @@ constexpr std::array kKeywords = {
     Keyword{kSiteKeyword, LineType::literal},
     Keyword{"string", LineType::string},
     Keyword{"lookup", LineType::string},
+    Keyword{"unit", LineType::unit},
     Keyword{"float", LineType::real},
     Keyword{"integer", LineType::integer},
     Keyword{"epoch", LineType::epoch},

@@ -5,6 +5,8 @@
 #include <array>
 #include <string_view>
 
+#include "tree/tree_options.h"
+
 namespace triglub {
 
 namespace {
@@ -16,12 +18,18 @@ bool is_table(Pf* pf, const std::string& key) {
   return pfget_string(pf, key.c_str()) == nullptr && pfget_tbl(pf, key.c_str()) == nullptr;
 }
 
+std::vector<std::string> known_keys() {
+  std::vector<std::string> keys = option_keys();
+  keys.insert(keys.begin(), {"edition", kRootKey});
+  return keys;
+}
+
 std::string fault_of(Pf* pf, const std::string& key) {
   if (std::ranges::count(kOfEdition1, key) > 0) {
     return "the key '" + key + "' is of edition 1; edition 2 has no use for it";
   }
-  if (key == "edition") return "";
-  if (key != kRootKey) return "the key '" + key + "' is not known" + did_you_mean(key, {"edition", kRootKey});
+  if (key == "edition" || std::ranges::count(option_keys(), key) > 0) return "";
+  if (key != kRootKey) return "the key '" + key + "' is not known" + did_you_mean(key, known_keys());
   return pfget_string(pf, kRootKey) == nullptr ? "'root_node' must be a string, the name of the root group" : "";
 }
 

@@ -24,7 +24,7 @@ class RecordSetOfAStation : public testing::Test {
                {"sitechan", {{"chan", "BHE"}}},
                {"sitechan", {}},
                {"sensor", {}}}),
-        view_(make_record_view(made_.db(), {}, &findings_)),
+        view_(make_record_view(made_.db(), {}, &findings_).view),
         records_(view_, kEpoch) {}
   ~RecordSetOfAStation() override { release_view(view_); }
 
@@ -44,7 +44,7 @@ TEST_F(RecordSetOfAStation, KnowsWhichTablesHaveOneRowForAll) {
   ASSERT_EQ(records_.size(), 3U);
   const TableMask of_station = mask_of(kSnetsta) | mask_of(kNetwork) | mask_of(kSite) | mask_of(kNetworkEpoch) |
                                mask_of(kStationEpoch) | mask_of(kSchanloc) | mask_of(kInstrument) |
-                               mask_of(kCalibration) | mask_of(kStage);
+                               mask_of(kCalibration) | mask_of(kStage) | mask_of(kChain);
   EXPECT_EQ(records_.constant_tables(kAll, {nullptr, 1, 2}), of_station);
   EXPECT_EQ(records_.constant_tables(kAll, {nullptr, 2, 1}), kAll);
   const std::uint32_t numbers[] = {0, 2};
@@ -75,7 +75,7 @@ TEST(RecordSetPlaces, AreRightWhereTheNameOfADatabaseHasABlank) {
   Dbptr db;
   ASSERT_EQ(dbopen(files.write().c_str(), "r", &db), 0);
   Findings findings;
-  const RecordSet records(make_record_view(db, {}, &findings), kEpoch);
+  const RecordSet records(make_record_view(db, {}, &findings).view, kEpoch);
   EXPECT_EQ(records.place(0, mask_of(kSite)), files.prefix() + ".site:1");
   dbclose(db);
 }

@@ -103,8 +103,55 @@ const Case kCases[] = {
 TEST(TypedText, IsWhatTheTypeAsksFor) {
   for (const Case& c : kCases) {
     std::string text = "+";  // what is there already stays
-    const ValueRemark remark = append_number_as(c.type, c.number, &text);
+    const ValueRemark remark = append_number_as(c.type, c.number, 0, &text);
     EXPECT_EQ(text, std::string("+") + c.text) << static_cast<int>(c.type) << " " << c.number;
+    EXPECT_EQ(remark, c.remark) << static_cast<int>(c.type) << " " << c.number;
+  }
+}
+
+struct DoubtfulCase {
+  LineType type;
+  double number;
+  double doubt;
+  const char* text;
+  ValueRemark remark = ValueRemark::none;
+};
+
+const DoubtfulCase kDoubtfulCases[] = {
+    {LineType::real, 1 / 14.285714, 2.45e-9, "0.07"},
+    {LineType::real, 1e9 / 0.39811, 0.5, "2511868579"},
+    {LineType::real, -0.00001, 0.00005, "0"},
+    {LineType::real, 99999.99999, 0.0005, "1e+05"},
+    {LineType::integer, 1.9999999, 0.05, "1"},
+
+    {LineType::latitude, 54.4540000001, 0.00005, "54.454"},
+    {LineType::latitude, 89.99999, 0.00005, "", ValueRemark::out_of_range},
+    {LineType::latitude, -90.00001, 0.00005, "-90"},
+
+    {LineType::longitude, 180.00001, 0.00005, "180"},
+    {LineType::longitude, 180.5001, 0.00005, "-179.4999", ValueRemark::wrapped},
+    {LineType::longitude, -539.9999, 0.00005, "-179.9999", ValueRemark::wrapped},
+
+    {LineType::azimuth, 359.99, 0.05, "0"},
+    {LineType::azimuth, -0.01, 0.05, "0"},
+    {LineType::azimuth, 725.3, 0.05, "5.3"},
+
+    {LineType::dip, 62.3, 0.05, "-27.7"},
+    {LineType::dip, 180.01, 0.05, "90"},
+    {LineType::dip, 180.1, 0.05, "", ValueRemark::out_of_range},
+    {LineType::dip, 90.0123456789123, 5e-14, "0.0123456789123"},
+
+    {LineType::meters, 1.645 - 0.0021, 0.00005, "1642.9"},
+    {LineType::meters, 0.00011, 0.000005, "0.11"},
+    {LineType::meters, 1.6450123456789, 5e-14, "1645.0123456789"},
+    {LineType::meters, 1e308, 1, "", ValueRemark::out_of_range},
+};
+
+TEST(TypedText, HasTheDigitsThatTheNumberHas) {
+  for (const DoubtfulCase& c : kDoubtfulCases) {
+    std::string text;
+    const ValueRemark remark = append_number_as(c.type, c.number, c.doubt, &text);
+    EXPECT_EQ(text, c.text) << static_cast<int>(c.type) << " " << c.number;
     EXPECT_EQ(remark, c.remark) << static_cast<int>(c.type) << " " << c.number;
   }
 }

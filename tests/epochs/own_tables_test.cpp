@@ -55,7 +55,7 @@ class OwnTables : public testing::Test {
     RecordChoice choice;
     // Built in, too, is `affiliation`, behind it.
     choice.tables = kFirstOwn;
-    Dbptr view = make_record_view(db_, choice, &findings);
+    Dbptr view = make_record_view(db_, choice, &findings).view;
     std::vector<std::string> names;
     long records = 0;
     dbquery(view, dbRECORD_COUNT, &records);

@@ -50,7 +50,7 @@ struct Wanted {
 std::vector<std::string> values_of(const MadeDatabase& made, const Wanted& wanted, const char* expression) {
   const Conditions conditions(wanted.conditions);
   Findings findings;
-  const Dbptr view = make_record_view(made.db(), {conditions.array(), wanted.with_empty_networks}, &findings);
+  const Dbptr view = make_record_view(made.db(), {conditions.array(), wanted.with_empty_networks}, &findings).view;
   const auto compiled = RecordExpression::compile(view, expression, nullptr);
   std::vector<std::string> values;
   for (std::uint32_t i = 0; i < rows_of(view, kSitechan).size(); ++i) {
@@ -200,11 +200,11 @@ TEST(Records, APatternThatIsNoneIsRefused) {
 TEST(Records, ChosenRowsMayBeChangedBeforeTheViewIsMade) {
   const MadeDatabase made(kThreePlaces);
   RecordChoice choice;
-  choice.amend = [](RecordRows* rows) {
+  choice.amend = [](const ResponseTables&, RecordRows* rows) {
     for (std::vector<std::uint32_t>& column : rows->rows) column.resize(1);
   };
   Findings findings;
-  const Dbptr view = make_record_view(made.db(), choice, &findings);
+  const Dbptr view = make_record_view(made.db(), choice, &findings).view;
   EXPECT_EQ(rows_of(view, kSitechan).size(), 1U);
   release_view(view);
 }
@@ -214,8 +214,9 @@ TEST(Records, TheViewForNamesHasAllTablesAndNoRecord) {
   const Dbptr view = make_empty_record_view(made.db());
   EXPECT_THAT(rows_of(view, kNetworkEpoch), IsEmpty());
   for (const char* table : kRecordTableNames) {
-    const bool is_computed = std::string(table).ends_with("epoch");
-    const std::string field = std::string(table) + (is_computed ? ".time" : ".lddate");
+    const bool is_epoch = std::string(table).ends_with("epoch");
+    const bool is_chain = std::string(table) == "chain";
+    const std::string field = std::string(table) + (is_chain ? ".number" : is_epoch ? ".time" : ".lddate");
     EXPECT_NE(RecordExpression::compile(view, field, nullptr), nullptr) << field;
   }
   release_view(view);

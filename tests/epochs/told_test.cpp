@@ -33,7 +33,7 @@ std::vector<std::string> told_of(const MadeRows& rows, FieldTexts conditions = {
   rbtree* array = newarr(nullptr);
   for (auto& [field, pattern] : conditions) setarr(array, field.c_str(), pattern.data());
   Findings findings;
-  release_view(make_record_view(made.db(), {.conditions = array}, &findings));
+  release_view(make_record_view(made.db(), {.conditions = array}, &findings).view);
   freearr(array, nullptr);
   return made.lines_of(findings);
 }

@@ -17,6 +17,7 @@
 #include "platform/database.h"
 #include "platform/elog.h"
 #include "platform/parfile.h"
+#include "reference/response_text.h"
 #include "support/flat_database.h"
 
 namespace triglub_reference {
@@ -27,29 +28,6 @@ std::string lines_text(const std::string& list, const std::vector<Line>& lines) 
   std::string text = list + " &Tbl{\n";
   for (const Line& line : lines) text += line.name + " " + line.flag + " " + line.type + " " + line.value + "\n";
   return text + "}\n";
-}
-
-std::string numbers_text(const Numbers& numbers) {
-  std::string text;
-  for (const std::string& number : numbers) text += number + " ";
-  return text + "\n";
-}
-
-std::string list_text(const std::vector<Numbers>& list) {
-  std::string text = std::to_string(list.size()) + "\n";
-  for (const Numbers& numbers : list) text += numbers_text(numbers);
-  return text;
-}
-
-std::string response_text(const ResponseFile& file) {
-  std::string text;
-  for (const Filter& filter : file.filters) {
-    text += "theoretical 1 instrument " + filter.type + " somebody\n";
-    if (!filter.type.starts_with("fap")) text += numbers_text(filter.head);
-    text += list_text(filter.first);
-    if (!filter.type.starts_with("fap")) text += list_text(filter.second);
-  }
-  return file.readable ? text : text + "theoretical 1 instrument paz somebody\n1.0\n3\n0 0\n";
 }
 
 // The outcomes on their way from one process to the other: each text behind its length.

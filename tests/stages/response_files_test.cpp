@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <map>
+#include <optional>
 #include <string>
 
 #include "support/flat_database.h"
@@ -10,7 +12,6 @@
 namespace triglub {
 namespace {
 
-using testing::EndsWith;
 using testing::HasSubstr;
 
 constexpr const char* kPaz = "theoretical 1 instrument paz\n1.0 1.0\n1\n-0.1 0.2\n1\n0 0\n";
@@ -33,8 +34,11 @@ class ResponseFilesOfStages : public testing::Test {
     add("resp", "nothing.paz");
     add("resp", "cut.paz");
     add("resp", "two.paz");
+    files_.write_file("resp/x.odd", "theoretical 1 instrument odd\n1\n");
+    add("resp", "x.odd");
     if (dbopen(files_.write().c_str(), "r", &db_) != 0) throw std::runtime_error("dbopen");
-    stage_ = dblookup(db_, nullptr, "stage", nullptr, nullptr);
+    tables_.stage = dblookup(db_, nullptr, "stage", nullptr, nullptr);
+    responses_.emplace(tables_);
   }
   ~ResponseFilesOfStages() override { dbclose(db_); }
 
@@ -42,39 +46,52 @@ class ResponseFilesOfStages : public testing::Test {
     files_.add_row("stage", {{"dir", dir}, {"dfile", dfile}});
   }
 
+  const StageFilter* read(std::uint32_t row) {
+    responses_->read(row);
+    return responses_->filter(row, &fault_);
+  }
+
   triglub_test::FlatDatabase files_;
   Dbptr db_;
-  Dbptr stage_;
+  ResponseTables tables_;
+  std::optional<ResponseFiles> responses_;
+  std::string fault_;
 };
 
 TEST_F(ResponseFilesOfStages, AreFoundBesideTheTableOrWhereTheFolderSays) {
-  ResponseFiles responses(stage_);
   for (const std::uint32_t row : {0, 1, 2, 3, 4}) {
-    const ResponseFile* file = responses.read(row);
-    ASSERT_NE(file, nullptr) << row;
-    ASSERT_NE(file->filter, nullptr) << row << ": " << file->fault;
-    EXPECT_EQ(file->filter->type, RESPONSE_PAZ);
+    const StageFilter* filter = read(row);
+    ASSERT_NE(filter, nullptr) << row << ": " << fault_;
+    EXPECT_EQ(filter->group->type, RESPONSE_PAZ);
   }
-  EXPECT_EQ(responses.read(5), nullptr) << "a row that names none";
+  EXPECT_FALSE(responses_->is_named(5)) << "a row that names none";
 }
 
 TEST_F(ResponseFilesOfStages, AreReadOnce) {
-  ResponseFiles responses(stage_);
-  EXPECT_EQ(responses.find(0), nullptr) << "not read yet";
-  const ResponseFile* file = responses.read(0);
+  const StageFilter* filter = read(0);
   std::filesystem::remove(files_.folder() + "/resp/a.paz");
-  EXPECT_EQ(responses.read(1), file);
-  EXPECT_EQ(responses.find(1), file);
-  EXPECT_NE(file->filter, nullptr);
-  EXPECT_NE(responses.read(2), file) << "another folder";
+  EXPECT_EQ(read(1), filter);
+  EXPECT_EQ(read(0), filter);
+  EXPECT_NE(read(2), filter) << "another folder";
 }
 
 TEST_F(ResponseFilesOfStages, AFileThatIsDamagedHasItsFault) {
-  ResponseFiles responses(stage_);
-  for (const std::uint32_t row : {6, 7, 8}) EXPECT_EQ(responses.read(row)->filter, nullptr) << row;
-  EXPECT_THAT(responses.read(6)->fault, HasSubstr("resp/nothing.paz: "));
-  EXPECT_THAT(responses.read(7)->fault, HasSubstr("resp/cut.paz:"));
-  EXPECT_THAT(responses.read(8)->fault, EndsWith("resp/two.paz: 2 groups where one is meant"));
+  const std::map<std::uint32_t, std::string> faults = {{6, "resp/nothing.paz: "},
+                                                       {7, "resp/cut.paz:"},
+                                                       {8, "resp/two.paz: 2 groups where one is meant"},
+                                                       {9, "resp/x.odd: the type 'odd' has no form in a document"}};
+  for (const auto& [row, fault] : faults) {
+    EXPECT_EQ(read(row), nullptr) << row;
+    EXPECT_THAT(fault_, HasSubstr(fault));
+  }
+}
+
+TEST_F(ResponseFilesOfStages, RowsThatWereWorkedOutNameAGroup) {
+  tables_.instrument_stages = {{0, true}, {1, false}};  // the last two rows, of which the first is of two.paz
+  responses_.emplace(tables_);
+  const StageFilter* first = read(8);
+  ASSERT_NE(first, nullptr) << fault_;
+  EXPECT_EQ(first->group->sequence, 1);
 }
 
 }  // namespace

@@ -19,7 +19,8 @@ const std::string kTree = document("", "stage - CATEGORIZED_BY_NUMBER stageid\n"
                                    group("stage", "Stage", "number - integer stageid\n", "filter - STAGE\n"));
 
 // The stages of one channel, `values` each; the calibration has a frequency of 1 Hz and units of metres.
-std::string stages(const std::vector<FieldTexts>& values, FieldTexts calibration = {{"fc", "1"}, {"units", "m"}}) {
+std::string stages(const std::vector<FieldTexts>& values, FieldTexts calibration = {{"fc", "1"}, {"units", "m"}},
+                   const std::vector<std::string>& told = {}, const std::string& options = "") {
   MadeRows rows = {{"snetsta", {}}, {"site", {}}, {"sitechan", {}}, {"calibration", calibration}};
   int number = 0;
   for (FieldTexts stage : values) {
@@ -28,8 +29,8 @@ std::string stages(const std::vector<FieldTexts>& values, FieldTexts calibration
     rows.push_back({"stage", stage});
   }
   const MadeDatabase made(rows, kFiles);
-  const Written written = write_document(made, kTree);
-  EXPECT_EQ(written.told, std::vector<std::string>());
+  const Written written = write_document(made, options + kTree);
+  EXPECT_EQ(written.told, told);
   return written.text;
 }
 
@@ -57,15 +58,21 @@ std::string paz(const std::string& input, const std::string& output) {
          "   </PolesZeros>\n";
 }
 
-std::string fir(const std::string& input, const std::string& output, const std::string& last = "0.25") {
-  return "   <Coefficients>\n" + units(input, output) +
-         "    <CfTransferFunctionType>DIGITAL</CfTransferFunctionType>\n"
-         "    <Numerator number=\"1\">0.25</Numerator>\n"
-         "    <Numerator number=\"2\">0.5</Numerator>\n"
-         "    <Numerator number=\"3\">" +
-         last +
-         "</Numerator>\n"
-         "   </Coefficients>\n";
+std::string fir(const std::string& input, const std::string& output) {
+  return "   <FIR>\n" + units(input, output) +
+         "    <Symmetry>ODD</Symmetry>\n"
+         "    <NumeratorCoefficient i=\"1\">0.25</NumeratorCoefficient>\n"
+         "    <NumeratorCoefficient i=\"2\">0.5</NumeratorCoefficient>\n"
+         "   </FIR>\n";
+}
+
+std::string odd_fir(const std::string& input, const std::string& output) {
+  return "   <FIR>\n" + units(input, output) +
+         "    <Symmetry>NONE</Symmetry>\n"
+         "    <NumeratorCoefficient i=\"1\">0.25</NumeratorCoefficient>\n"
+         "    <NumeratorCoefficient i=\"2\">0.5</NumeratorCoefficient>\n"
+         "    <NumeratorCoefficient i=\"3\">0.75</NumeratorCoefficient>\n"
+         "   </FIR>\n";
 }
 
 std::string decimation(const std::string& rate, const std::string& factor, const std::string& delay,
@@ -86,8 +93,8 @@ TEST(StageTexts, ThePeriodStandsForAFrequencyThatIsNotThere) {
 }
 
 TEST(StageTexts, PolesAndZerosTakeTheUnitsOfTheRow) {
-  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "m/s"}, {"ounits", "V"}}}),
-            in_root(in_stage("1", paz("m/s", "V") + gain("2"))));
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "m"}, {"ounits", "V"}}}),
+            in_root(in_stage("1", paz("m", "V") + gain("2"))));
 }
 
 TEST(StageTexts, UnitsThatARowLacksComeFromTheOneBefore) {
@@ -105,7 +112,7 @@ TEST(StageTexts, UnitsThatNobodyKnowsAreUnknown) {
 }
 
 TEST(StageTexts, UnitsAreXml) {
-  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "a<b"}, {"ounits", "c&d"}}}),
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "a<b"}, {"ounits", "c&d"}}}, {{"fc", "1"}}),
             in_root(in_stage("1", paz("a&lt;b", "c&amp;d") + gain("2"))));
 }
 
@@ -120,7 +127,7 @@ TEST(StageTexts, AChangeOfUnitsWithoutAFilterIsOneWithoutPoles) {
 }
 
 TEST(StageTexts, ADigitalStageWithoutAFilterHasNoCoefficients) {
-  EXPECT_EQ(stages({{{"samprate", "100"}, {"decifac", "2"}, {"iunits", "V"}, {"ounits", "counts"}}}),
+  EXPECT_EQ(stages({{{"samprate", "100"}, {"decifac", "2"}, {"iunits", "V"}, {"ounits", "counts"}}}, {{"fc", "1"}}),
             in_root(in_stage("1", "   <Coefficients>\n" + units("V", "counts") +
                                       "    <CfTransferFunctionType>DIGITAL</CfTransferFunctionType>\n"
                                       "   </Coefficients>\n" +
@@ -135,9 +142,44 @@ TEST(StageTexts, ADigitalFilterIsDelayedByHalfItsLengthUnlessTheRowSaysMore) {
       << "the rate of the file where the row has none";
 }
 
-TEST(StageTexts, AFilterThatIsNotSymmetricHasNoDelayOfItsOwn) {
-  EXPECT_EQ(stages({{{"dfile", "odd.fir"}}}),
-            in_root(in_stage("1", fir("m", "m", "0.75") + decimation("200", "1", "0", "0") + gain("2"))));
+TEST(StageTexts, AFilterWhoseDelayIsNotKnownHasNone) {
+  const std::vector<std::string> told = {"note filters whose delay is not known: written as 0: 1 (stage:1 (AAK BHZ))"};
+  EXPECT_EQ(stages({{{"dfile", "odd.fir"}}}, {{"fc", "1"}, {"units", "m"}}, told),
+            in_root(in_stage("1", odd_fir("m", "m") + decimation("200", "1", "0", "0") + gain("2"))));
+}
+
+TEST(StageTexts, WhatIsWorkedOutHasTheDigitsThatItIsWorkedOutOf) {
+  EXPECT_EQ(stages({{{"dfile", "f.fir"}, {"samprate", "33.3333333"}, {"decifac", "3"}, {"gcalib", "1.1"}}},
+                   {{"calper", "14.285714"}, {"units", "m"}}),
+            in_root(in_stage("1", fir("m", "m") + decimation("100", "3", "0.01", "0.01") +
+                                      "   <StageGain>\n    <Value>2.2</Value>\n    <Frequency>0.07</Frequency>\n"
+                                      "   </StageGain>\n")));
+}
+
+TEST(StageTexts, UnitsHaveTheSpellingOfTheParameterFile) {
+  const std::string options = "unit_spellings names\nnames &Arr{\nM/S m/s\nCOUNTS count\n}\n";
+  EXPECT_EQ(stages({{{"dfile", "s.paz"}, {"iunits", "M/S"}, {"ounits", "V"}}}, {{"fc", "1"}}, {}, options),
+            in_root(in_stage("1", paz("m/s", "V") + gain("2"))));
+  EXPECT_EQ(stages({{{"dfile", "f.fir"}, {"iunits", "V"}, {"ounits", "COUNTS"}}}, {{"fc", "1"}}, {}, options),
+            in_root(in_stage("1", fir("V", "count") + decimation("200", "1", "0.005", "0.005") + gain("2"))));
+}
+
+TEST(StageTexts, CoefficientsWhereTheParameterFileAsksForThem) {
+  EXPECT_THAT(stages({{{"dfile", "f.fir"}}}, {{"fc", "1"}}, {}, "fir_filters Coefficients\n"),
+              testing::HasSubstr("<Numerator number=\"3\">0.25</Numerator>\n   </Coefficients>"));
+  EXPECT_THAT(stages({{{"dfile", "f.fir"}}}, {{"fc", "1"}}, {}, "fir_filters FIR\n"), testing::HasSubstr("<FIR>"));
+}
+
+TEST(StageTexts, StagesAreCountedInTheirChain) {
+  const std::string tree = document("", "stage - CATEGORIZED_BY_NUMBER chain.number\n", "",
+                                    group("stage", "Stage", "number - integer chain.number\n", "filter - STAGE\n"));
+  const MadeDatabase made({{"snetsta", {}},
+                           {"site", {}},
+                           {"sitechan", {}},
+                           {"calibration", {{"fc", "1"}}},
+                           {"stage", {{"stageid", "1"}, {"gnom", "2"}, {"ounits", "V"}}},
+                           {"stage", {{"stageid", "4"}, {"gnom", "2"}, {"iunits", "V"}}}});
+  EXPECT_THAT(write_document(made, tree).text, testing::HasSubstr("<Stage number=\"2\">"));
 }
 
 TEST(StageTexts, OneStageOfAChainHasTheUnitsOfTheOthersThoughTheyAreNotWritten) {

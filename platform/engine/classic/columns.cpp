@@ -15,6 +15,10 @@ std::string_view TextColumn::text_of(std::uint32_t code) const { return (*dictio
 
 std::uint32_t TextColumn::code_count() const { return dictionary_->size(); }
 
+double HalfPlaces::half_place(std::uint32_t row) const {
+  return reals_[row] == null_ ? 0 : last_place_->half_at(reals_[row]);
+}
+
 namespace {
 
 // The one table that a base table's view has; null for any other handle.
@@ -88,6 +92,15 @@ TextColumn TableColumns::texts(std::string_view field) const {
   texts.dictionary_ = &column.dictionary;
   texts.codes_ = column.codes;
   return texts;
+}
+
+HalfPlaces TableColumns::half_places(std::string_view field) const {
+  const FieldSchema& schema = table_->schema().fields[field_of(field, 'r')];
+  HalfPlaces places;
+  places.last_place_ = &schema.last_place;
+  places.reals_ = reals(field);
+  places.null_ = schema.null_real;
+  return places;
 }
 
 std::int64_t TableColumns::null_integer(std::string_view field) const {

@@ -58,6 +58,7 @@ class Binder {
     }
     node->field = field->id;
     node->kind = field->kind;
+    node->has_doubt = field->has_doubt;
   }
 
   void bind_prefix(Node* node) const {
@@ -117,6 +118,9 @@ class Binder {
   Kind kind_of_call(const Function& function, std::span<const NodeIndex> arguments) const {
     if (function.form == Form::assumption) {
       return common_kind(at(arguments[0]), at(arguments[1]), "as argument 2 of assume as argument 1 is");
+    }
+    if (function.form == Form::agreement) {
+      return common_kind(at(arguments[0]), at(arguments[1]), "as argument 2 of agreed");
     }
     if (is_over_records(function.form) && function.form != Form::count) {
       return at(arguments[0]).kind;

@@ -81,6 +81,7 @@ class Emitter {
   void emit_format(const Node& node);
   void emit_null_test(NodeIndex argument);
   void emit_assumption(const Node& node);
+  void emit_agreement(const Node& node);
   void emit_over_records(const Node& node);
   void finish_chain_link(const Node& node, Want want);
   void finish_logical(const Node& node);
@@ -172,6 +173,7 @@ void Emitter::emit_field(const Node& node, Want want) {
     return;
   }
   add({.op = node.kind == Kind::integer ? Op::field_integer : Op::field_real, .field = node.field}, 0, 1);
+  program_.has_doubt |= node.has_doubt;
   convert(node, want);
 }
 
@@ -210,7 +212,10 @@ void Emitter::emit_call(const Node& node) {
       return emit(arguments[0], Want::own);
     case Form::assumption:
       return emit_assumption(node);
+    case Form::agreement:
+      return emit_agreement(node);
     case Form::first:
+    case Form::last:
     case Form::earliest:
     case Form::latest:
     case Form::count:
@@ -225,6 +230,7 @@ void Emitter::emit_call(const Node& node) {
   }
   const bool on_integers = function.run_integers != nullptr && node.kind == Kind::integer;
   add({.op = Op::call,
+       .keeps_doubt = function.keeps_doubt,
        .count = node.argument_count,
        .scratch = new_scratch(),
        .run = on_integers ? function.run_integers : function.run},
@@ -252,11 +258,27 @@ void Emitter::emit_assumption(const Node& node) {
   land(when_known);
 }
 
+// The second argument is not asked for where the first is null.
+void Emitter::emit_agreement(const Node& node) {
+  const std::span<const NodeIndex> arguments = tree_.arguments_of(node);
+  const Want side = want_of(node.kind);
+  emit(arguments[0], side);
+  add({.op = Op::push_is_null}, 0, 1);
+  add({.op = Op::logical_not}, 1, 1);
+  const std::size_t when_null = add({.op = Op::jump_if_false}, 1, 0);
+  emit(arguments[1], side);
+  add({.op = Op::agreed, .kind = node.kind}, 2, 1);
+  land(when_null);
+  program_.asks_doubt = true;
+}
+
 // The argument is computed at other records than the rest, so it is a program of its own.
 void Emitter::emit_over_records(const Node& node) {
   const NodeIndex argument = tree_.arguments_of(node)[0];
   add({.op = Op::over_records, .part = static_cast<std::uint32_t>(program_.parts.size())}, 0, 1);
-  program_.parts.push_back({node.function->form, Emitter(tree_, nulls_).whole(argument)});
+  const ProgramOverRecords& part =
+      program_.parts.emplace_back(node.function->form, Emitter(tree_, nulls_).whole(argument));
+  program_.has_doubt |= part.argument.has_doubt;
 }
 
 void Emitter::emit_format(const Node& node) {
@@ -351,6 +373,7 @@ void Emitter::convert(const Node& node, Want want) {
     case Want::text:
       if (kind == Kind::text) return;
       add({.op = kind == Kind::integer ? Op::integer_to_text : Op::real_to_text, .scratch = new_scratch()}, 1, 1);
+      program_.asks_doubt |= kind == Kind::real;
       return;
     case Want::truth:
       if (!is_truth(node)) change(kind == Kind::integer ? Op::integer_to_truth : Op::real_to_truth);

@@ -35,6 +35,7 @@ inline constexpr int kNoField = -1;
 struct Field {
   int id = 0;
   Kind kind = Kind::text;
+  bool has_doubt = false;  // a real that was measured and written with some digits
 };
 
 // What a null field is to an expression: the null value of its schema like any other value, or a null, which makes null
@@ -60,6 +61,8 @@ class Record {
   // Every field: its text as dbget gives it; valid as long as the record's table.
   virtual std::string_view text(int field) const = 0;
   virtual bool is_null(int field) const = 0;
+  // Of a real that is not null: how far it may be from what was measured; 0 for one that is exact.
+  virtual double doubt(int /*field*/) const { return 0; }
 };
 
 // Why an expression does not compile.

@@ -54,7 +54,7 @@ bool greatest(Arguments arguments, std::string* /*scratch*/, Value* result) {
 
 // std::round takes halves away from zero.
 constexpr Function kFunctions[] = {
-    {"abs", "n", Kind::real, Form::call, of_one<std::fabs>, abs_integer},
+    {"abs", "n", Kind::real, Form::call, of_one<std::fabs>, abs_integer, true},
     {"atan2", "rr", Kind::real, Form::call, of_two<std::atan2>, nullptr},
     {"ceil", "r", Kind::real, Form::call, of_one<std::ceil>, nullptr},
     {"concat", "s*", Kind::text, Form::call, concat, nullptr},
@@ -88,12 +88,14 @@ constexpr Function kFunctions[] = {
 
 // Where nulls propagate these come before the others.
 constexpr Function kNullableFunctions[] = {
+    {"agreed", "nn", Kind::real, Form::agreement, nullptr, nullptr},
     {"assume", "aa", Kind::text, Form::assumption, nullptr, nullptr},
     {"concat", "s*", Kind::text, Form::call_on_nulls, concat, nullptr},
     {"count", "a", Kind::integer, Form::count, nullptr, nullptr},
     {"earliest", "a", Kind::text, Form::earliest, nullptr, nullptr},
     {"first", "a", Kind::text, Form::first, nullptr, nullptr},
     {"is_null", "a", Kind::integer, Form::null_test, nullptr, nullptr},
+    {"last", "a", Kind::text, Form::last, nullptr, nullptr},
     {"latest", "a", Kind::text, Form::latest, nullptr, nullptr},
     {"xml", "t", Kind::text, Form::identity, nullptr, nullptr},
 };

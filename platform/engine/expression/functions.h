@@ -38,9 +38,11 @@ enum class Form : std::uint8_t {
   // Where nulls propagate:
   identity,       // its argument
   assumption,     // its second argument where the first is null
+  agreement,      // its second argument where that is the first within the doubt of it
   call_on_nulls,  // runs an implementation; nulls are empty texts to it
   // Of its argument at all records of an element.
   first,
+  last,
   earliest,
   latest,
   count,
@@ -55,6 +57,7 @@ struct Function {
   Form form;
   Implementation run;           // of calls
   Implementation run_integers;  // when all arguments are integers, with an integer for result; null: no difference
+  bool keeps_doubt = false;     // the result is as far from what was measured as the argument
 
   bool is_open_ended() const { return parameters.ends_with('*'); }
   std::size_t least_arguments() const { return parameters.size() - is_open_ended(); }

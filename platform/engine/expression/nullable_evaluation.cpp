@@ -55,6 +55,9 @@ bool NullableEvaluation::step_of_nulls(const Instruction& instruction) {
     case Op::null_to_empty:
       if (top().is_null()) top() = Value::of(std::string_view());
       return true;
+    case Op::agreed:  // without doubt, what agrees is the same
+      pop();
+      return true;
     default:
       return call_over_records(instruction);
   }
@@ -78,7 +81,7 @@ bool NullableEvaluation::pass_null(const Instruction& instruction) {
 
 bool NullableEvaluation::call_over_records(const Instruction& instruction) {
   Value value;
-  if (!(*surroundings_.parts)[instruction.part].evaluate(surroundings_, &value)) return false;
+  if (!(*surroundings_.parts)[instruction.part].evaluate(surroundings_, &value, nullptr)) return false;
   push(value);
   return true;
 }

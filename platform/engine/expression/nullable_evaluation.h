@@ -21,7 +21,7 @@ struct Surroundings {
 };
 
 // One run of a program that was emitted for nulls that propagate, at one record.
-class NullableEvaluation : private Evaluation {
+class NullableEvaluation : protected Evaluation {
  public:
   NullableEvaluation(const Program& program, const Record& record, std::string* scratch,
                      const Surroundings& surroundings)
@@ -30,15 +30,17 @@ class NullableEvaluation : private Evaluation {
   // False when the evaluation fails.
   bool run(Value* result);
 
- private:
+ protected:
   bool step(const Instruction& instruction);
+
+  const Surroundings surroundings_;
+
+ private:
   bool step_of_nulls(const Instruction& instruction);
   bool read_field(const Instruction& instruction);
   bool pass_null(const Instruction& instruction);
   bool call_over_records(const Instruction& instruction);
   void put_truth(bool truth) { top() = Value::of(std::int64_t{truth}); }
-
-  const Surroundings surroundings_;
 };
 
 }  // namespace triglub::expression

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "engine/expression/bind.h"
+#include "engine/expression/doubt_evaluation.h"
 #include "engine/expression/emit.h"
 #include "engine/expression/fault.h"
-#include "engine/expression/nullable_evaluation.h"
 #include "engine/expression/over_records.h"
 #include "engine/expression/parse.h"
 #include "engine/expression/text_check.h"
@@ -52,9 +52,9 @@ class CompiledNullable final : public NullableExpression {
   const std::vector<int>& fields_over_records() const override { return fields_over_records_; }
   std::uint64_t assumed() const override { return assumed_; }
 
-  bool evaluate(const Record& record, Records* records, Value* result) override {
+  bool evaluate(const Record& record, Records* records, Value* result, double* doubt) override {
     std::string* texts = scratch_.texts(program_.scratch_size);
-    return NullableEvaluation(program_, record, texts, {records, &parts_, &assumed_}).run(result);
+    return run_program(program_, record, texts, {records, &parts_, &assumed_}, result, doubt);
   }
 
  private:

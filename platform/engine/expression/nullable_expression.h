@@ -47,9 +47,9 @@ class NullableExpression {
   virtual const std::vector<int>& fields_over_records() const = 0;
 
   // The value, or null; false when the evaluation fails. A text is valid until the next evaluation, or as long as the
-  // record's table.
+  // record's table. *doubt, unless that is null, becomes what a real is in doubt by: 0 when it is exact.
   // REQUIRES: records->count() > 0 where uses_records(); they may be null where not.
-  virtual bool evaluate(const Record& record, Records* records, Value* result) = 0;
+  virtual bool evaluate(const Record& record, Records* records, Value* result, double* doubt) = 0;
   // How many times assume() took its second argument so far.
   virtual std::uint64_t assumed() const = 0;
 };

@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "engine/expression/doubt_evaluation.h"
+
 namespace triglub::expression {
 
 namespace {
@@ -21,36 +23,43 @@ std::string_view bytes_of(Value* value, Kind kind) {
 
 }  // namespace
 
-bool FunctionOverRecords::evaluate(const Surroundings& surroundings, Value* result) {
+bool FunctionOverRecords::evaluate(const Surroundings& surroundings, Value* result, double* doubt) {
   switch (program_.function) {
     case Form::first:
-      return argument_at(0, surroundings, result);
+      return argument_at(0, surroundings, result, doubt);
+    case Form::last:
+      return argument_at(surroundings.records->count() - 1, surroundings, result, doubt);
     case Form::count:
+      if (doubt != nullptr) *doubt = 0;
       return count(surroundings, result);
     default:
-      return extreme(surroundings, result);
+      return extreme(surroundings, result, doubt);
   }
 }
 
-bool FunctionOverRecords::argument_at(std::uint32_t i, const Surroundings& surroundings, Value* value) {
+bool FunctionOverRecords::argument_at(std::uint32_t i, const Surroundings& surroundings, Value* value, double* doubt) {
   const Program& argument = program_.argument;
   std::string* texts = scratch_.texts(argument.scratch_size);
   const Surroundings inside{nullptr, nullptr, surroundings.assumed};
-  return NullableEvaluation(argument, surroundings.records->record(i), texts, inside).run(value);
+  return run_program(argument, surroundings.records->record(i), texts, inside, value, doubt);
 }
 
 // A null comes after every value: it is skipped for the earliest, and is the latest.
-bool FunctionOverRecords::extreme(const Surroundings& surroundings, Value* result) {
+bool FunctionOverRecords::extreme(const Surroundings& surroundings, Value* result, double* doubt) {
   Value best = Value::null();
+  double doubt_of_value = 0;
+  double* const asked = doubt == nullptr ? nullptr : &doubt_of_value;
   for (std::uint32_t i = 0; i < surroundings.records->count(); ++i) {
     Value value;
-    if (!argument_at(i, surroundings, &value)) return false;
+    if (!argument_at(i, surroundings, &value, asked)) return false;
     if (value.is_null()) {
       if (program_.function == Form::earliest) continue;
       best = value;
       break;
     }
-    if (best.is_null() || is_better(value, best)) best = kept(value);
+    if (!best.is_null() && !is_better(value, best)) continue;
+    best = kept(value);
+    if (doubt != nullptr) *doubt = doubt_of_value;
   }
   *result = best;
   return true;
@@ -72,7 +81,7 @@ bool FunctionOverRecords::count(const Surroundings& surroundings, Value* result)
   distinct_.clear();
   for (std::uint32_t i = 0; i < surroundings.records->count(); ++i) {
     Value value;
-    if (!argument_at(i, surroundings, &value)) return false;
+    if (!argument_at(i, surroundings, &value, nullptr)) return false;
     if (value.is_null()) continue;
     const std::string_view bytes = bytes_of(&value, program_.argument.result);
     if (distinct_.find(bytes) == distinct_.end()) distinct_.emplace(bytes);

@@ -1,4 +1,4 @@
-// Functions over the records of an element: first, earliest, latest, count.
+// Functions over the records of an element: first, last, earliest, latest, count.
 #ifndef TRIGLUB_ENGINE_EXPRESSION_OVER_RECORDS_H
 #define TRIGLUB_ENGINE_EXPRESSION_OVER_RECORDS_H
 
@@ -18,8 +18,9 @@ class FunctionOverRecords {
   // REQUIRES: the program outlives it.
   explicit FunctionOverRecords(const ProgramOverRecords& program) : program_(program) {}
 
-  // The value; a text is valid until the next evaluation. False when the argument fails at a record that counts.
-  bool evaluate(const Surroundings& surroundings, Value* result);
+  // The value, and the doubt of it unless `doubt` is null; a text is valid until the next evaluation. False when the
+  // argument fails at a record that counts.
+  bool evaluate(const Surroundings& surroundings, Value* result, double* doubt);
 
  private:
   struct TextHash {
@@ -27,8 +28,8 @@ class FunctionOverRecords {
     std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
   };
 
-  bool argument_at(std::uint32_t i, const Surroundings& surroundings, Value* value);
-  bool extreme(const Surroundings& surroundings, Value* result);
+  bool argument_at(std::uint32_t i, const Surroundings& surroundings, Value* value, double* doubt);
+  bool extreme(const Surroundings& surroundings, Value* result, double* doubt);
   bool count(const Surroundings& surroundings, Value* result);
   bool is_better(const Value& value, const Value& best) const;
   Value kept(const Value& value);

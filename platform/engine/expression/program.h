@@ -65,6 +65,7 @@ enum class Op : std::uint8_t {
   drop_assumed,   // the null on top goes, for the value that is assumed
   null_to_empty,  // a null text on top becomes the empty one
   over_records,   // pushes
+  agreed,         // two numbers by the upper one where it is the lower one within the doubt of that, else by the lower
 };
 
 // Outcomes of a comparison, to be combined: a relation holds when its outcomes include the one at hand.
@@ -74,7 +75,8 @@ struct Instruction {
   Op op{};
   std::uint8_t outcomes = 0;  // of a comparison
   bool is_negated = false;    // of a match
-  Kind kind{};                // of the number in a comparison with a text; of the argument of format_any
+  bool keeps_doubt = false;   // of a call
+  Kind kind{};                // of the number in a comparison with a text, the argument of format_any, what is agreed
   int field = kNoField;       // to push; the bare field that a number is, when its text may be needed
   std::uint32_t count = 0;    // arguments of a call
   std::uint32_t scratch = 0;  // where a new text may stand
@@ -93,8 +95,13 @@ struct Program {
   std::size_t stack_size = 0;
   std::size_t scratch_size = 0;  // new texts at most: no instruction runs twice in one evaluation
   Kind result{};
+  bool has_doubt = false;   // reads reals that are in doubt
+  bool asks_doubt = false;  // what it does depends on doubts
   std::vector<std::unique_ptr<Format>> formats;
   std::vector<ProgramOverRecords> parts;
+
+  // Whether doubts have to be worked out, when that of the result is asked for or not.
+  bool needs_doubts(bool of_result) const { return has_doubt && (asks_doubt || (of_result && result == Kind::real)); }
 };
 
 // A function over records and the program of its argument.

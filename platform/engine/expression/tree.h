@@ -39,6 +39,7 @@ struct Node {
   std::size_t pattern_begin = 0;  // byte offset of a pattern's first slash
   // Known when bound.
   int field = 0;
+  bool has_doubt = false;  // of a field
   const Function* function = nullptr;
   const Matcher* matcher = nullptr;
 };

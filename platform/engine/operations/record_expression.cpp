@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/half_place.h"
 #include "engine/expression/nullable_expression.h"
 #include "engine/expression/numbers.h"
 #include "engine/view/view_record.h"
@@ -120,6 +121,7 @@ void RecordExpression::State::read_field(std::uint32_t record, RecordValue* valu
       break;
     case Kind::real:
       value->real = view_.real(field_, record);
+      value->doubt = view_.doubt(field_, record);
       break;
     case Kind::text:
       value->text = view_.text(field_, record);
@@ -130,7 +132,7 @@ void RecordExpression::State::read_field(std::uint32_t record, RecordValue* valu
 bool RecordExpression::State::run(std::uint32_t record, const RecordList& records, RecordValue* value) const {
   ListedRecords listed(view_, records);
   Value computed;
-  const bool succeeds = compiled->evaluate(ViewRecord(view_, record), &listed, &computed);
+  const bool succeeds = compiled->evaluate(ViewRecord(view_, record), &listed, &computed, &value->doubt);
   value->is_null = !succeeds || computed.is_null();
   if (value->is_null) return succeeds;
   switch (kind) {
@@ -152,7 +154,7 @@ std::string_view RecordExpression::State::text_at(std::uint32_t record, const Re
   if (kind == Kind::text) return value.text;
   if (is_field) return view_.text(field_, record);
   return kind == Kind::integer ? expression::text_of(value.integer, &buffer_)
-                               : expression::text_of(value.real, &buffer_);
+                               : expression::text_of(fewest_digits(value.real, value.doubt), &buffer_);
 }
 
 RecordExpression::RecordExpression(std::unique_ptr<State> state) : state_(std::move(state)) {}
@@ -202,6 +204,12 @@ void append_shortest(double number, std::string* text) {
 void append_decimal(std::int64_t number, std::string* text) {
   expression::NumberBuffer buffer;
   text->append(expression::text_of(number, &buffer));
+}
+
+double rounded_within(double number, double doubt) { return fewest_digits(number, doubt); }
+
+void append_rounded(double number, double doubt, std::string* text) {
+  append_shortest(rounded_within(number, doubt), text);
 }
 
 }  // namespace triglub

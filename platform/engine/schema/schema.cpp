@@ -74,6 +74,7 @@ std::string parse_field(std::string_view line, FieldSchema* field) {
   if (!parse_integer(width, &bytes) || bytes < 1 || bytes > kMaxFieldWidth) return "the width must be 1 to 1000";
   field->width = static_cast<int>(bytes);
   field->detail = detail_of(*field);
+  if (field->type == FieldType::real) field->last_place = LastPlace::of_format(field->format);
   return parse_null(field);
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/half_place.h"
 #include "platform/parfile.h"
 
 namespace triglub {
@@ -29,7 +30,8 @@ struct FieldSchema {
   double null_real = 0.0;         // for Storage::real
   std::string unit;
   std::string description;
-  std::string detail;  // one line on the field, for people
+  std::string detail;    // one line on the field, for people
+  LastPlace last_place;  // of reals; of times and all others nothing is known, for they are exact
 
   Storage storage() const {
     if (type == FieldType::text) return Storage::text;

@@ -42,13 +42,14 @@ int View::find_field(std::string_view name) const {
 std::optional<expression::Field> View::find(std::string_view name) const {
   const int index = find_field(name);
   if (index < 0) return std::nullopt;
-  switch (schema_of(fields_[static_cast<std::size_t>(index)]).storage()) {
+  const FieldSchema& schema = schema_of(fields_[static_cast<std::size_t>(index)]);
+  switch (schema.storage()) {
     case Storage::text:
       return expression::Field{index, expression::Kind::text};
     case Storage::integer:
       return expression::Field{index, expression::Kind::integer};
     case Storage::real:
-      return expression::Field{index, expression::Kind::real};
+      return expression::Field{index, expression::Kind::real, schema.last_place.is_known()};
   }
   return std::nullopt;
 }

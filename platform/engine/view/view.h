@@ -76,6 +76,10 @@ class View final : public expression::FieldNames {
     const std::uint32_t row = this->row(field.table, record);
     return row == kNoRow || table_of(field).is_null(field.field, row);
   }
+  // Of a real that is not null: half of its last place; 0 for one that is exact.
+  double doubt(const ViewField& field, std::uint32_t record) const {
+    return schema_of(field).last_place.half_at(real(field, record));
+  }
   // A number of either storage.
   double number(const ViewField& field, std::uint32_t record) const {
     if (schema_of(field).storage() == Storage::integer) return static_cast<double>(integer(field, record));

@@ -20,6 +20,7 @@ class ViewRecord final : public expression::Record {
   double real(int field) const override { return view_.real(at(field), record_); }
   std::string_view text(int field) const override { return view_.text(at(field), record_); }
   bool is_null(int field) const override { return view_.is_null(at(field), record_); }
+  double doubt(int field) const override { return view_.doubt(at(field), record_); }
 
  private:
   const ViewField& at(int field) const { return view_.fields()[static_cast<std::size_t>(field)]; }

@@ -23,6 +23,7 @@
 namespace triglub {
 
 class Dictionary;
+class LastPlace;
 class Table;
 class View;
 
@@ -46,6 +47,21 @@ class TRIGLUB_API TextColumn {
   std::span<const std::uint32_t> codes_;
 };
 
+// How far the numbers of a column of reals may be from what was measured.
+class TRIGLUB_API HalfPlaces {
+ public:
+  // By row: half of the last place of the number as its format writes it ("%9.4f": 0.00005), or of its own shortest
+  // text when that is finer. 0 where nothing is in doubt: of a null, of a time, and when the schema's format says
+  // nothing.
+  double half_place(std::uint32_t row) const;
+
+ private:
+  friend class TableColumns;
+  const LastPlace* last_place_ = nullptr;
+  std::span<const double> reals_;
+  double null_ = 0;
+};
+
 // The columns of a base table.
 class TRIGLUB_API TableColumns {
  public:
@@ -59,6 +75,8 @@ class TRIGLUB_API TableColumns {
   std::span<const std::int64_t> integers(std::string_view field) const;
   std::span<const double> reals(std::string_view field) const;
   TextColumn texts(std::string_view field) const;
+  HalfPlaces half_places(std::string_view field) const;  // of reals
+  double half_place(std::string_view field, std::uint32_t row) const { return half_places(field).half_place(row); }
   // The null value of such a field.
   std::int64_t null_integer(std::string_view field) const;
   double null_real(std::string_view field) const;

@@ -36,6 +36,7 @@ struct RecordValue {
   bool is_null = true;
   std::int64_t integer = 0;
   double real = 0;
+  double doubt = 0;       // of a real: how far it may be from what was measured, for rounded_within(); 0: it is exact
   std::string_view text;  // valid until the next evaluation of the same expression
 };
 
@@ -74,8 +75,8 @@ class TRIGLUB_API RecordExpression {
   // too large, a text that holds no number. Fields of rows that are absent are null.
   // REQUIRES: the records are the view's; records.count > 0 when uses_records().
   bool evaluate(std::uint32_t record, const RecordList& records, RecordValue* value);
-  // The same with value->text set whatever the kind: a number as its shortest text, that of a bare field as dbget gives
-  // it.
+  // The same with value->text set whatever the kind: a number as its shortest text within its doubt, that of a bare
+  // field as dbget gives it.
   bool evaluate_text(std::uint32_t record, const RecordList& records, RecordValue* value);
 
   // How many times assume() took its second argument so far.
@@ -96,6 +97,13 @@ TRIGLUB_API std::optional<double> number_in(std::string_view text);
 // text of an integer.
 TRIGLUB_API void append_shortest(double number, std::string* text);
 TRIGLUB_API void append_decimal(std::int64_t number, std::string* text);
+
+// A number that was worked out of measured ones, with the digits that it has: of those no further than `doubt` from it
+// the one of the fewest significant digits, rounded as printf rounds (1642.9999999999998 within 0.05: 1643); 0 when 0
+// is no further. Without doubt (0) the number itself. HalfPlaces in platform/columns.h has the doubt of a stored real.
+TRIGLUB_API double rounded_within(double number, double doubt);
+// Appends the shortest text of that.
+TRIGLUB_API void append_rounded(double number, double doubt, std::string* text);
 
 }  // namespace triglub
 

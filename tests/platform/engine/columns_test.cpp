@@ -71,6 +71,19 @@ TEST_F(Columns, TextsAreTrimmedAndHaveCodes) {
   EXPECT_EQ(TableColumns(table("site")).texts("staname").text(2), "padded");
 }
 
+TEST_F(Columns, OfRealsHaveADoubtByTheirFormatOrTheirOwnDigits) {
+  tables_.add_all("stage",
+                  {{{"gnom", "12.5"}, {"samprate", "20.0"}, {"gcalib", "1.0"}, {"leadfac", "0.123456789"}}, {}});
+  const TableColumns stage(table("stage"));
+  EXPECT_EQ(stage.half_places("samprate").half_place(0), 5e-8);
+  EXPECT_EQ(stage.half_place("gcalib", 0), 5e-7);
+  EXPECT_EQ(stage.half_place("leadfac", 0), 5e-10) << "finer than its format";
+  EXPECT_EQ(stage.half_place("samprate", 1), 0) << "a null";
+  EXPECT_EQ(TableColumns(table("site")).half_place("lat", 0), 5e-5);
+  EXPECT_EQ(TableColumns(table("sensor")).half_place("time", 0), 0) << "times are exact";
+  EXPECT_THROW(stage.half_places("stageid"), std::logic_error);
+}
+
 TEST_F(Columns, OfAnotherTypeOrNameAreRefused) {
   const TableColumns site(table("site"));
   EXPECT_THROW(site.reals("sta"), std::logic_error);

@@ -191,10 +191,198 @@ TEST(AppendShortest, ReadsBackToTheSame) {
   }
 }
 
+TEST(AppendRounded, WritesTheFewestDigitsWithinTheDoubt) {
+  const struct {
+    double number;
+    double doubt;
+    const char* text;
+  } cases[] = {{1 / 14.285714, 2.45e-9, "0.07"}, {62.3 - 90, 0.05, "-27.7"}, {1642.9999999999998, 0.05, "1643"},
+               {-0.00001, 0.00005, "0"},         {100004, 50, "1e+05"},      {0.1 + 0.2, 0, "0.30000000000000004"}};
+  for (const auto& [number, doubt, text] : cases) {
+    std::string appended = "<";
+    triglub::append_rounded(number, doubt, &appended);
+    EXPECT_EQ(appended, std::string("<") + text);
+    EXPECT_EQ(triglub::number_in(text), triglub::rounded_within(number, doubt));
+  }
+}
+
 TEST(AppendDecimal, WritesAllDigits) {
   std::string text = "<";
   triglub::append_decimal(-9223372036854775807, &text);
   EXPECT_EQ(text, "<-9223372036854775807");
+}
+
+// --- doubts ----------------------------------------------------------------------------------------------------------
+
+class RecordExpressionsInDoubt : public ::testing::Test {
+ protected:
+  RecordExpressionsInDoubt() {
+    tables_.add("calibration", {{"sta", "A"}, {"calib", "0.39811"}, {"calper", "14.285714"}, {"fc", "0.07"}});
+    tables_.add("calibration", {{"sta", "B"}, {"calib", "12.345678"}, {"calper", "1"}, {"samprate", "20"}});
+    tables_.add("calibration", {{"sta", "C"}, {"calib", "0.5"}, {"calper", "3"}, {"fc", "0.3334"}});
+    tables_.add("site", {{"sta", "A"}, {"elev", "0.123"}, {"lat", "62.14325"}, {"lon", "0.1"}, {"dnorth", "0.2"}});
+    tables_.add("site", {{"sta", "B"}, {"elev", "1.645"}, {"lat", "1"}, {"deast", "0.1"}});
+    tables_.add("sitechan", {{"sta", "A"}, {"edepth", "0.0021"}, {"vang", "62.3"}, {"hang", "0"}});
+    tables_.add("sitechan", {{"sta", "B"}, {"edepth", "0"}, {"vang", "90.123"}});
+    view_ = tables_.process({"dbopen calibration", "dbjoin -o site sta", "dbjoin -o sitechan sta"});
+  }
+
+  struct Read {
+    std::string text;
+    double doubt;
+  };
+  Read at(const char* text, std::uint32_t record) {
+    std::string fault;
+    const auto expression = RecordExpression::compile(view_, text, &fault);
+    if (expression == nullptr) return {fault, -1};
+    RecordValue value;
+    if (!expression->evaluate_text(record, {.count = 3}, &value)) return {"fails", value.doubt};
+    return {value.is_null ? "null" : std::string(value.text), value.doubt};
+  }
+
+  Tables tables_;
+  Dbptr view_;
+};
+
+TEST_F(RecordExpressionsInDoubt, HaveTheSmallestDoubtOfTheirFields) {
+  const double lat = 62.14325;
+  const struct {
+    const char* expression;
+    std::uint32_t record;
+    double doubt;
+  } cases[] = {
+      {"lat", 0, 5e-6},
+      {"lon", 0, 5e-5},
+      {"-lat", 0, 5e-6},
+      {"abs(lat)", 0, 5e-6},
+      {"real(lat)", 0, 5e-6},
+      {"lat + 1", 0, 5e-6},
+      {"0.5 - lat", 0, 5e-6},
+      {"lat + lon", 0, 5e-6},
+      {"lon - lat", 0, 5e-6},
+      {"lat - edepth - elev", 0, 5e-6},
+      {"lon * 1000", 0, 5e-2},
+      {"lon * -2", 0, 1e-4},
+      {"lon / 4", 0, 1.25e-5},
+      {"lat * lon", 0, 5e-7},
+      {"lat / lon", 0, 5e-5},
+      {"lon / lat", 0, 0.1 * 5e-6 / (lat * lat)},
+      {"1 / calper", 0, 5e-7 / (14.285714 * 14.285714)},
+      {"1e9 / calib", 0, 1e9 * 5e-9 / (0.39811 * 0.39811)},
+      {"lat * 0", 0, 0},
+      // a factor of 1 is none
+      {"elev / calper", 1, 5e-5},
+      {"elev * lat", 1, 5e-5},
+      {"1 / calper", 1, 0},
+      {"12.5 * lat", 1, 0},
+      // of the one that is taken
+      {"1 ? lat : lon", 0, 5e-6},
+      {"0 ? lat : lon", 0, 5e-5},
+      {"0 ? lat : 2", 0, 0},
+      {"assume(lon, 2)", 0, 5e-5},
+      {"assume(lon, 2)", 2, 0},
+      {"assume(lon, lat + 1)", 0, 5e-5},
+      {"first(lat)", 1, 5e-6},
+      {"last(calper)", 0, 5e-7},
+      {"earliest(elev)", 0, 5e-5},
+      {"latest(calib)", 0, 5e-7},
+      {"latest(lat)", 0, 0},
+      {"first(lat) * 2", 0, 1e-5},
+      // none
+      {"5 * 2.5", 0, 0},
+      {"1 - hang * 0", 0, 0},
+      {"sqrt(lat)", 0, 0},
+      {"max(lat, lon)", 0, 0},
+      {"round(lat)", 0, 0},
+      {"lat % 7", 0, 0},
+      {"int(lat)", 0, 0},
+      {"calibration.time + 0.5", 0, 0},
+      {"count(lat) / 3", 0, 0},
+      {"lat > 3", 0, 0},
+      {"offdate / 3", 0, 0},
+  };
+  for (const auto& [expression, record, doubt] : cases) {
+    EXPECT_DOUBLE_EQ(at(expression, record).doubt, doubt) << expression << ": " << at(expression, record).text;
+  }
+}
+
+TEST_F(RecordExpressionsInDoubt, AreWrittenWithTheDigitsThatTheyHave) {
+  const struct {
+    const char* expression;
+    std::uint32_t record;
+    const char* text;
+  } cases[] = {
+      {"1 / calper", 0, "0.07"},
+      {"1 / calper", 1, "1"},
+      {"1 / calper", 2, "0.3333333"},
+      {"1e9 / calib", 0, "2511868600"},
+      {"1e9 / calib", 1, "81000007"},
+      {"1e9 / calib", 2, "2e+09"},
+      {"(elev - edepth) * 1000", 0, "120.9"},
+      {"elev * 1000 - edepth * 1000", 1, "1645"},
+      {"vang - 90", 0, "-27.7"},
+      {"vang - 90", 1, "0.123"},
+      {"lon + dnorth - 0.3", 0, "0"},
+      {"dnorth - lon - lon", 0, "0"},
+      {"lon - lat / lat * 0.1", 0, "0"},
+      {"deast / 3 * 3", 1, "0.1"},
+      {"calper * calper", 0, "204.08162"},
+      {"lat * 3", 0, "186.42975"},
+      {"lon * 1e-300", 0, "1e-301"},
+      {"lon * 1e300", 0, "1e+299"},
+      {"0.1 + 0.2", 0, "0.30000000000000004"},
+      {"lat * 3", 2, "null"},
+      // within texts too
+      {"concat(elev * 1000 - edepth * 1000, ' m')", 0, "120.9 m"},
+      {"concat(first(elev) - first(edepth), '')", 0, "0.1209"},
+      {"str(1 / calper)", 0, "0.07"},
+      {"format('%s', 1 / calper)", 0, "0.07"},
+      {"1 / calper =~ /0.07/", 0, "1"},
+      {"format('%.10f', 1 / calper)", 0, "0.0700000014"},
+  };
+  for (const auto& [expression, record, text] : cases) EXPECT_EQ(at(expression, record).text, text) << expression;
+}
+
+TEST_F(RecordExpressionsInDoubt, AgreeWithWhatIsWithinTheDoubt) {
+  const struct {
+    const char* expression;
+    std::uint32_t record;
+    const char* text;
+    double doubt;
+  } cases[] = {
+      {"agreed(1 / calper, fc)", 0, "0.07", 0},
+      {"agreed(1 / calper, fc)", 1, "1", 0},                   // no fc
+      {"agreed(1 / calper, fc)", 2, "0.3333333", 5e-7 / 9},    // another
+      {"agreed(fc, 1 / calper)", 0, "0.07000000140000", 0},  // as it is, and not as it could be written
+      {"agreed(calper, 14.2857145)", 0, "14.2857145", 0},      // half a place
+      {"agreed(calper, 14.2857146)", 0, "14.285714", 5e-7},    // and more
+      {"agreed(calper, 3)", 2, "3", 0},
+      {"agreed(lat, 1 / 0)", 2, "null", 0},  // what is not needed is not asked
+      {"agreed(lat, 1 / 0)", 0, "fails", 0},
+      {"agreed(lat, fc)", 2, "null", 0},
+      {"agreed(3, 3.0)", 0, "3", 0},
+      {"agreed(3, 4)", 0, "3", 0},
+      {"agreed(2.5, offdate)", 0, "2.5", 0},
+      {"agreed(calibration.time, 5)", 0, "null", 0},
+      {"agreed(first(calper), first(calper) + 0.0000001)", 1, "14.2857141", 0},
+      {"agreed(1 / calper, fc) == fc", 0, "1", 0},
+      {"is_null(agreed(fc, lat))", 1, "1", 0},
+  };
+  for (const auto& [expression, record, text, doubt] : cases) {
+    const Read read = at(expression, record);
+    EXPECT_EQ(read.text.substr(0, std::string(text).size()), text) << expression;
+    EXPECT_DOUBLE_EQ(read.doubt, doubt) << expression;
+  }
+  EXPECT_THAT(at("agreed(sta, 1)", 0).text, HasSubstr("expected a number as argument 1 of agreed"));
+  EXPECT_THAT(at("agreed(1)", 0).text, HasSubstr("expected 2 arguments for agreed"));
+}
+
+TEST_F(RecordExpressionsInDoubt, LookAtTheLastRecord) {
+  EXPECT_EQ(at("last(calibration.sta)", 0).text, "C");
+  EXPECT_EQ(at("last(calper)", 0).text, "3");
+  EXPECT_EQ(at("last(lat)", 0).text, "null");
+  EXPECT_EQ(at("first(calper) - last(calper)", 1).text, "11.285714");
+  EXPECT_THAT(at("last(first(lat))", 0).text, HasSubstr("expected no function over records within last"));
 }
 
 // --- threads ---------------------------------------------------------------------------------------------------------

@@ -21,6 +21,8 @@ struct Group {
 struct Tree {
   std::string root;
   std::map<std::string, Group> groups;
+  std::map<std::string, std::string> unit_spellings = {};  // by the unit that the tables have
+  std::string fir_filters = "FIR";                         // or Coefficients
 };
 
 enum class Level { network, station, channel, response };

@@ -12,6 +12,7 @@
 #include "platform/elog.h"
 #include "platform/parfile.h"
 #include "reference/edition2/writer.h"
+#include "reference/response_text.h"
 #include "support/flat_database.h"
 
 namespace triglub_reference::edition2 {
@@ -30,6 +31,7 @@ void write_files(const Request& request, triglub_test::FlatDatabase& files) {
   for (const auto& [table, rows] : request.tables.rows) {
     for (const Row& row : rows) files.add_row(table, row);
   }
+  for (const auto& [name, file] : request.tables.files) files.write_file(name, response_text(file));
   files.write_file("site.pf", site_text(request));
   files.write();
 }
@@ -104,6 +106,7 @@ std::string describe(const Request& request) {
       text << "\n";
     }
   }
+  for (const auto& [name, file] : request.tables.files) text << "--- " << name << "\n" << response_text(file);
   return text.str() + tree_text(request.tree);
 }
 

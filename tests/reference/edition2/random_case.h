@@ -12,8 +12,8 @@ namespace triglub_reference::edition2 {
 // rsptype.
 Tables random_tables(Random& random, int most_stations = 3);
 
-// A tree of any shape.
-Tree random_tree(Random& random);
+// A tree of any shape; at the response level with stages anywhere.
+Tree random_tree(Random& random, Level level);
 // Networks, stations, channels and stages as documents have them, with dates and optional ends.
 Tree document_tree();
 // A tree that shows each record by the numbers of its rows and the times of its epochs.

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "reference/edition2/random_case.h"
+#include "reference/edition2/random_files.h"
 
 namespace triglub_reference::edition2 {
 
@@ -92,7 +93,7 @@ class TableMaker {
     for (int n = random_.between(1, 3); n > 0; --n) add_epoch(key);
     for (int n = random_.between(0, 3); n > 0; --n) add_sensor(key);
     for (int n = random_.between(0, 2); n > 0; --n) add_calibration(key);
-    for (int n = random_.percent(40) ? 0 : random_.between(1, 5); n > 0; --n) add_stage(key);
+    if (random_.percent(65)) add_stages(key);
   }
 
   void add_location(Row row) {
@@ -123,9 +124,54 @@ class TableMaker {
     row = instants(row);
     row["samprate"] = random_.pick({"40.0000000", "0", "-1", "1.0", "123.456789", "100000"});
     row["fc"] = random_.pick({"1.0", "0.05", "-1.000000", "1e-07", "1234567"});
-    row["units"] = random_.pick({"nm/s", "-", "V", "<V>"});
+    row["units"] = random_.pick({"nm/s", "-", "V", "<V>", "counts"});
+    row["calper"] = random_.pick({"1", "0", "-1.000000", "20.000000", "0.3", "14.285714", "0.0123456"});
     row["calib"] = random_.pick({"0", "1.5", "0.3"});
     add("calibration", "snident", row);
+  }
+
+  // Of a channel: any rows, or a chain as they are meant to be, with what at times breaks it.
+  void add_stages(const Row& key) {
+    if (random_.percent(40)) {
+      for (int n = random_.between(1, 5); n > 0; --n) add_stage(key);
+      return;
+    }
+    Row row = instants(key);
+    row["ounits"] = random_.pick({"V", "nm/s", "counts"});
+    int number = 0;
+    for (int n = random_.between(1, 4); n > 0; --n) {
+      const bool is_behind_a_gap = random_.percent(12);
+      number += is_behind_a_gap ? 2 : 1;
+      row["stageid"] = std::to_string(number);
+      row = link(row, is_behind_a_gap && random_.percent(75));
+      add("stage", "ssident", row);
+    }
+  }
+
+  // The stage behind another one of a chain, most often without a fault; one that fits takes what the other gives.
+  Row link(Row row, bool fits) {
+    const std::string units = row["ounits"];
+    row["gnom"] = random_.pick({"1500", "1", "4.19e+05", "0.000125", "0.1", "-2.5", "123456789.5", "1.2345678"});
+    if (random_.percent(2)) row["gnom"] = random_.pick({"0", "-1"});
+    row["gcalib"] = random_.pick({"-1.000000", "1.000000", "1.0005", "0.999321", "", "0.3", "2"});
+    row["iunits"] = fits ? units : random_.pick({"V", "V", "counts", "COUNTS", "m/s", "-", "-", "v", "<V>"});
+    row["ounits"] = random_.pick({"V", "V", "counts", "COUNTS", "m/s", "-", "-", "-"});
+    row["decifac"] = random_.pick({"1", "2", "-1", "10", "", "3"});
+    if (!fits) row["samprate"] = random_.pick({"40.0000000", "-1.0000000", "-1.0000000", "33.3333333", "20", "1"});
+    if (fits) row["decifac"] = "1";
+    row["leadfac"] = random_.pick({"-1.0000000", "-1.0000000", "0.0000000", "0.1234567", "-0.5"});
+    if (random_.percent(2)) row["decifac"] = "0";
+    row["dir"] = row["dfile"] = "-";
+    if (random_.percent(50)) name_file(row);
+    return row;
+  }
+
+  void name_file(Row& row) {
+    row["dir"] = random_.pick({"resp", "resp", "-"});
+    row["dfile"] = random_.pick({"a", "b", "c", "d", "e", "f"});
+    if (random_.percent(2)) row["dfile"] = "missing";
+    const std::string name = (row["dir"] == "-" ? "" : row["dir"] + "/") + row["dfile"];
+    if (row["dfile"] != "missing" && !tables_.files.contains(name)) tables_.files[name] = random_file(random_);
   }
 
   void add_stage(Row row) {

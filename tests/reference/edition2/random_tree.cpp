@@ -36,11 +36,13 @@ constexpr const char* kCategories[] = {"snetsta.snet",
                                        "stage.decifac",
                                        "stage.gnom",
                                        "refsta",
-                                       "station_epoch.channels"};
+                                       "station_epoch.channels",
+                                       "chain.number",
+                                       "number"};
 
 class TreeMaker {
  public:
-  explicit TreeMaker(Random& random) : random_(random) {}
+  TreeMaker(Random& random, Level level) : random_(random), level_(level) {}
 
   Tree make() {
     tree_.root = "root";
@@ -78,6 +80,8 @@ class TreeMaker {
     if (type == "text") return random_.pick({"1.2", "two  blanks", "R &amp; D", "http://www.fdsn.org/xml/station/1"});
     if (type == "other_pf:site") return random_.pick({"country", "town"});
     if (type == "string" || type == "lookup") return expression(random_.percent(60));
+    if (type == "unit" && random_.percent(80)) return random_.pick({"stage.iunits", "calibration.units", "ounits"});
+    if (type == "unit") return expression(true);
     if (type == "count") return ExpressionMaker(random_, false).any(random_.below(kExpressionDepth));
     if (random_.percent(4)) return expression(true);
     if (type == "epoch" && random_.percent(80)) {
@@ -98,8 +102,8 @@ class TreeMaker {
 
   Line value_line(const std::string& name) {
     const std::string type =
-        random_.pick({"text", "other_pf:site", "string", "string", "string", "lookup", "float", "float", "integer",
-                      "epoch", "epoch", "julian", "deg_lat", "deg_lon", "deg_az", "dip", "meters", "count"});
+        random_.pick({"text", "other_pf:site", "string", "string", "string", "unit", "lookup", "float", "float",
+                      "integer", "epoch", "epoch", "julian", "deg_lat", "deg_lon", "deg_az", "dip", "meters", "count"});
     return {name, any_flag(), type, value_for(type)};
   }
 
@@ -126,6 +130,7 @@ class TreeMaker {
       while (random_.percent(50)) {
         group.elements.push_back(value_line(random_.pick({"Latitude", "Name", "SampleRate", "ns:Value", "Count"})));
       }
+      if (level_ == Level::response && random_.percent(6)) group.elements.push_back({"stage", any_flag(), "STAGE", ""});
       if (depth < kDeepest && groups_ < kMostGroups) add_child(group, depth);
     }
     group.optional = some_names(group);
@@ -155,13 +160,27 @@ class TreeMaker {
   }
 
   Random& random_;
+  Level level_;
   Tree tree_;
   std::size_t groups_ = 0;
 };
 
+// How units and filters are written.
+void add_options(Random& random, Tree& tree) {
+  for (const char* unit : {"V", "counts", "COUNTS", "<V>", "nm/s", "m/s"}) {
+    if (random.percent(15)) tree.unit_spellings[unit] = random.pick({"count", "m/s", "V", "R&D"});
+  }
+  tree.fir_filters = random.percent(80) ? "FIR" : "Coefficients";
+}
+
 // A transparent group with one element for each value of an expression.
 Group step(const std::string& child, const std::string& expression) {
   return {"-", {}, {{child, "-", "CATEGORIZED_GROUP", expression}}, {}};
+}
+
+// A stage with its filter, decimation and gain.
+Group whole_stage() {
+  return {"Stage", {{"number", "r", "integer", "chain.number"}}, {{"stage", "r", "STAGE", ""}}, {}};
 }
 
 Request request_over_random_tables(Random& random, int most_stations = 3) {
@@ -206,7 +225,11 @@ void add_conditions(Random& random, Request& request) {
 
 }  // namespace
 
-Tree random_tree(Random& random) { return TreeMaker(random).make(); }
+Tree random_tree(Random& random, Level level) {
+  Tree tree = TreeMaker(random, level).make();
+  add_options(random, tree);
+  return tree;
+}
 
 Tree ledger_tree() {
   Tree tree;
@@ -284,7 +307,7 @@ Tree document_tree() {
                              {"response", "-", "GROUP", ""}},
                             {"startDate", "endDate", "Azimuth", "Dip", "SampleRate", "sensor", "response"}};
   tree.groups["sensor"] = {"Sensor", {}, {{"Description", "-", "string", "instrument.insname"}}, {"Description"}};
-  tree.groups["response"] = {"Response", {}, {{"stage", "-", "CATEGORIZED_BY_NUMBER", "stage.stageid"}}, {"stage"}};
+  tree.groups["response"] = {"Response", {}, {{"stage", "-", "CATEGORIZED_BY_NUMBER", "chain.number"}}, {"stage"}};
   tree.groups["stage"] = {"Stage",
                           {{"number", "r", "integer", "stage.stageid"}},
                           {{"Gain", "-", "float", "stage.gnom"}, {"Unit", "-", "string", "stage.iunits"}},
@@ -294,7 +317,7 @@ Tree document_tree() {
 
 Request random_tree_request(Random& random) {
   Request request = request_over_random_tables(random);
-  request.tree = random_tree(random);
+  request.tree = random_tree(random, request.level);
   add_conditions(random, request);
   return request;
 }
@@ -302,6 +325,8 @@ Request random_tree_request(Random& random) {
 Request random_document_request(Random& random) {
   Request request = request_over_random_tables(random);
   request.tree = document_tree();
+  if (random.percent(60)) request.tree.groups["stage"] = whole_stage();
+  add_options(random, request.tree);
   add_conditions(random, request);
   return request;
 }
@@ -316,8 +341,8 @@ Request random_ledger_request(Random& random) {
 Request many_stations_request(Random& random) {
   constexpr int most_stations = 25;
   Request request = request_over_random_tables(random, most_stations);
-  request.tree = random.percent(50) ? random_tree(random) : document_tree();
   request.level = Level::response;
+  request.tree = random.percent(50) ? random_tree(random, request.level) : document_tree();
   return request;
 }
 

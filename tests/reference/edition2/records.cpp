@@ -7,8 +7,10 @@
 #include <regex>
 #include <set>
 #include <stdexcept>
+#include <utility>
 
 #include "reference/edition2/epochs.h"
+#include "reference/edition2/stages.h"
 
 namespace triglub_reference::edition2 {
 
@@ -45,7 +47,7 @@ bool any_names(const Conditions& conditions, const std::function<bool(Table)>& i
 }
 
 bool is_of_channels(Table table) {
-  constexpr Table tables[] = {SITECHAN, SCHANLOC, SENSOR, INSTRUMENT, CALIBRATION, STAGE, EPOCH};
+  constexpr Table tables[] = {SITECHAN, SCHANLOC, SENSOR, INSTRUMENT, CALIBRATION, STAGE, EPOCH, CHAIN};
   return std::count(std::begin(tables), std::end(tables), table) > 0;
 }
 
@@ -78,6 +80,8 @@ class ViewMaker {
     for (Draft& draft : chosen_) add_station_and_network(draft);
     std::sort(chosen_.begin(), chosen_.end(), [&](const Draft& a, const Draft& b) { return is_before(a, b); });
     for (const Draft& draft : chosen_) view_.records.push_back(draft.rows);
+    if (are_stages_written()) drop_broken_chains();
+    for (std::size_t i = 0; i < view_.records.size(); ++i) number_stage(i);
     return std::move(view_);
   }
 
@@ -139,10 +143,49 @@ class ViewMaker {
     draft.rows[CALIBRATION] = epoch.rows.calibration;
     draft.rows[EPOCH] = times;
     if (epoch.rows.stages.empty()) drafts_.push_back(draft);
+    long number = 0;
     for (const Row* stage : epoch.rows.stages) {
       draft.rows[STAGE] = stage;
+      draft.rows[CHAIN] = computed({{"number", std::to_string(++number)}});
       drafts_.push_back(draft);
     }
+  }
+
+  bool are_stages_written() const {
+    const auto is_stage = [](const Line& line) { return line.type == "STAGE"; };
+    return request_.level == Level::response &&
+           std::any_of(request_.tree.groups.begin(), request_.tree.groups.end(), [&](const auto& named) {
+             return std::any_of(named.second.elements.begin(), named.second.elements.end(), is_stage);
+           });
+  }
+
+  static bool are_of_one_chain(const Record& a, const Record& b) {
+    return a[EPOCH] == b[EPOCH] && a[SNETSTA] == b[SNETSTA] && a[STAGE] != nullptr && b[STAGE] != nullptr;
+  }
+
+  // Of a chain that is broken a record without a stage is left.
+  void drop_broken_chains() {
+    const std::vector<Record> all = std::exchange(view_.records, {});
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      Chain chain;
+      for (const Record& record : all) {
+        if (are_of_one_chain(all[i], record)) chain.push_back(record);
+      }
+      const bool is_broken = !can_be_written(chain, request_.tables.files);
+      if (is_broken && all[i] != chain.front()) continue;
+      view_.records.push_back(all[i]);
+      if (is_broken) view_.records.back()[STAGE] = view_.records.back()[CHAIN] = nullptr;
+    }
+  }
+
+  // The stages that are chosen are counted anew.
+  void number_stage(std::size_t i) {
+    if (view_.records[i][STAGE] == nullptr) return;
+    long number = 1;
+    for (std::size_t before = 0; before < i; ++before) {
+      if (are_of_one_chain(view_.records[before], view_.records[i])) ++number;
+    }
+    view_.records[i][CHAIN] = computed({{"number", std::to_string(number)}});
   }
 
   bool is_place_of_a_channel(const Row* site) const {

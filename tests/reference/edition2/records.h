@@ -12,7 +12,7 @@ namespace triglub_reference::edition2 {
 
 struct View {
   std::vector<Record> records;
-  std::deque<Row> computed;  // the rows of epoch, station_epoch and network_epoch
+  std::deque<Row> computed;  // the rows of epoch, station_epoch, network_epoch and chain
 };
 
 // The records of the request's tables that its conditions choose, in their order. std::runtime_error when the tables

@@ -19,6 +19,7 @@ Kind kind_of(const FlatField& field) {
 }
 
 std::optional<Field> computed_field(Table table, const std::string& name) {
+  if (table == CHAIN) return name == "number" ? std::optional(Field{table, name, Kind::integer, "-1"}) : std::nullopt;
   if (name == "time") return Field{table, name, Kind::real, "-9999999999.99900"};
   if (name == "endtime") return Field{table, name, Kind::real, "9999999999.99900"};
   if (table == STATION_EPOCH && name == "channels") return Field{table, name, Kind::integer, "-1"};

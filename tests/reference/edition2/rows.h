@@ -1,4 +1,4 @@
-// Rows of texts and their fields: the tables of the files, and the three of computed fields.
+// Rows of texts and their fields: the tables of the files, and the four of computed fields.
 #ifndef TRIGLUB_TESTS_REFERENCE_EDITION2_ROWS_H
 #define TRIGLUB_TESTS_REFERENCE_EDITION2_ROWS_H
 
@@ -26,12 +26,13 @@ enum Table : std::size_t {
   EPOCH,
   STATION_EPOCH,
   NETWORK_EPOCH,
+  CHAIN,
   TABLES
 };
 
 inline constexpr std::array<const char*, TABLES> kTableNames = {
-    "sitechan",   "snetsta",     "schanloc", "network", "site",          "sensor",
-    "instrument", "calibration", "stage",    "epoch",   "station_epoch", "network_epoch"};
+    "sitechan",    "snetsta", "schanloc", "network",       "site",          "sensor", "instrument",
+    "calibration", "stage",   "epoch",    "station_epoch", "network_epoch", "chain"};
 
 // The row of each table; null where there is none.
 using Record = std::array<const Row*, TABLES>;

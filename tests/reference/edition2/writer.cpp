@@ -6,7 +6,9 @@
 
 #include "reference/edition2/expression.h"
 #include "reference/edition2/records.h"
+#include "reference/edition2/stages.h"
 #include "reference/edition2/value_text.h"
+#include "reference/edition2/xml_text.h"
 
 namespace triglub_reference::edition2 {
 
@@ -93,7 +95,7 @@ std::string tag_below(Level level) {
 
 class Writer {
  public:
-  explicit Writer(const Request& request) : request_(request), cut_(tag_below(request.level)) {}
+  Writer(const Request& request, const View& view) : request_(request), view_(view), cut_(tag_below(request.level)) {}
 
   // The group with all below, or the empty text where it is left out.
   std::string group_text(const Group& group, const RecordList& records, std::size_t depth, bool is_optional) const {
@@ -118,12 +120,31 @@ class Writer {
     return line.flag == "x" || (is_group(line) && group_of(line).tag == cut_);
   }
 
+  std::string text_of(const Line& line, const RecordList& records, bool is_attribute) const {
+    if (line.type != "unit") return value_text(line, records, request_.site, is_attribute);
+    const auto unit = text_at(parsed(line.value), *records.front(), records);
+    return unit ? xml_text(spelled(request_.tree, trimmed(*unit)), is_attribute) : "";
+  }
+
+  // Empty for a record without a stage.
+  std::string stage_of(const Record& record, std::size_t depth) const {
+    Chain chain;
+    std::size_t place = 0;
+    for (const Record& other : view_.records) {
+      const bool is_of_chain = other[EPOCH] == record[EPOCH] && other[SNETSTA] == record[SNETSTA];
+      if (!is_of_chain || other[STAGE] == nullptr) continue;
+      if (other[STAGE] == record[STAGE]) place = chain.size();
+      chain.push_back(other);
+    }
+    return record[STAGE] == nullptr ? "" : stage_text(chain, place, request_, depth);
+  }
+
   // Nothing when one that is required has no value.
   std::optional<std::string> attributes_of(const Group& group, const RecordList& records) const {
     std::string text;
     for (const Line& line : group.attributes) {
       if (is_left_out(line)) continue;
-      const std::string value = value_text(line, records, request_.site, true);
+      const std::string value = text_of(line, records, true);
       if (value.empty() && line.flag == "r") return std::nullopt;
       if (!value.empty() || !is_optional(group, line)) text.append(" " + line.name + "=\"" + value + "\"");
     }
@@ -146,7 +167,8 @@ class Writer {
     const bool optional = is_optional(group, line);
     if (line.type == "GROUP") return group_text(group_of(line), records, depth, optional);
     if (is_categorized(line)) return categories_text(line, records, depth, optional);
-    const std::string value = value_text(line, records, request_.site, false);
+    if (line.type == "STAGE") return stage_of(*records.front(), depth);
+    const std::string value = text_of(line, records, false);
     if (value.empty() && (optional || line.flag == "r")) return "";
     return std::string(depth, ' ') + "<" + line.name + ">" + value + "</" + line.name + ">\n";
   }
@@ -161,6 +183,7 @@ class Writer {
   }
 
   const Request& request_;
+  const View& view_;
   std::string cut_;
 };
 
@@ -169,7 +192,7 @@ std::string document(const Request& request) {
   RecordList records;
   for (const Record& record : view.records) records.push_back(&record);
   if (records.empty()) return "";
-  return Writer(request).group_text(request.tree.groups.at(request.tree.root), records, 1, false);
+  return Writer(request, view).group_text(request.tree.groups.at(request.tree.root), records, 1, false);
 }
 
 std::string lines_text(const std::string& list, const std::vector<Line>& lines) {
@@ -191,6 +214,14 @@ std::string group_lines(const std::string& name, const Group& group) {
   return text + "}\n";
 }
 
+std::string options_text(const Tree& tree) {
+  std::string text = tree.fir_filters == "FIR" ? "" : "fir_filters " + tree.fir_filters + "\n";
+  if (tree.unit_spellings.empty()) return text;
+  text += "unit_spellings units\nunits &Arr{\n";
+  for (const auto& [unit, spelling] : tree.unit_spellings) text.append("    " + unit + " " + spelling + "\n");
+  return text + "}\n";
+}
+
 }  // namespace
 
 Outcome plain_conversion(const Request& request) {
@@ -202,7 +233,7 @@ Outcome plain_conversion(const Request& request) {
 }
 
 std::string tree_text(const Tree& tree) {
-  std::string text = "edition 2\nroot_node " + tree.root + "\n";
+  std::string text = "edition 2\nroot_node " + tree.root + "\n" + options_text(tree);
   for (const auto& [name, group] : tree.groups) text += group_lines(name, group);
   return text;
 }

@@ -1,6 +1,5 @@
 // A second implementation of the second edition of the writing rules, as plain as it can be: all rows looked at for
 // each piece of time, all records for each element. It is slow and right by inspection; the library is held against it.
-// Response stages are not among what it writes.
 #ifndef TRIGLUB_TESTS_REFERENCE_EDITION2_WRITER_H
 #define TRIGLUB_TESTS_REFERENCE_EDITION2_WRITER_H
 

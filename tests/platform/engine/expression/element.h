@@ -87,7 +87,7 @@ inline std::string text_in_element(std::string_view text, std::uint32_t record =
   if (expression == nullptr) return fault.text;
   ElementRecords records;
   Value value;
-  if (!expression->evaluate(ElementRecord(record), &records, &value)) return "fails";
+  if (!expression->evaluate(ElementRecord(record), &records, &value, nullptr)) return "fails";
   return as_text(value, *expression, record);
 }
 

@@ -188,10 +188,10 @@ TEST(Assume, CountsItsSeconds) {
   ElementRecords records;
   Value value;
   EXPECT_EQ(expression->assumed(), 0U);
-  ASSERT_TRUE(expression->evaluate(ElementRecord(0), &records, &value));
+  ASSERT_TRUE(expression->evaluate(ElementRecord(0), &records, &value, nullptr));
   EXPECT_EQ(value.text(), "xBHZ3");
   EXPECT_EQ(expression->assumed(), 2U);  // refsta, and the second record's lat
-  ASSERT_TRUE(expression->evaluate(ElementRecord(1), &records, &value));
+  ASSERT_TRUE(expression->evaluate(ElementRecord(1), &records, &value, nullptr));
   EXPECT_EQ(value.text(), "xy3");
   EXPECT_EQ(expression->assumed(), 5U);
 }

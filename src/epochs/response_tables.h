@@ -1,0 +1,29 @@
+// The tables that responses are made of.
+#ifndef TRIGLUB_SRC_EPOCHS_RESPONSE_TABLES_H
+#define TRIGLUB_SRC_EPOCHS_RESPONSE_TABLES_H
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/database.h"
+
+namespace triglub {
+
+// A row of stage that no table has: it was worked out from the response file of an instrument, which holds a whole
+// chain.
+struct InstrumentStage {
+  std::uint32_t group = 0;     // of the file, from 0
+  bool is_normalized = false;  // at the frequency of its gain, whatever the file says
+};
+
+struct ResponseTables {
+  Dbptr sitechan{};
+  Dbptr stage{};
+  Dbptr calibration{};
+  Dbptr instrument{};
+  std::vector<InstrumentStage> instrument_stages;  // the last rows of `stage`
+};
+
+}  // namespace triglub
+
+#endif

@@ -1,0 +1,34 @@
+// A column of real numbers with what is known of how exact they are.
+#ifndef TRIGLUB_SRC_STAGES_STORED_NUMBERS_H
+#define TRIGLUB_SRC_STAGES_STORED_NUMBERS_H
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "platform/columns.h"
+
+namespace triglub {
+
+class StoredNumbers {
+ public:
+  StoredNumbers(const TableColumns& table, std::string_view field)
+      : values_(table.reals(field)), null_(table.null_real(field)), half_places_(table.half_places(field)) {}
+
+  // Nothing for a null, and for NO_BASE_ROW.
+  std::optional<double> at(std::uint32_t row) const {
+    return row == NO_BASE_ROW || values_[row] == null_ ? std::nullopt : std::optional(values_[row]);
+  }
+  // How far what was meant may be from the number of a row, which is not null.
+  double doubt(std::uint32_t row) const { return half_places_.half_place(row); }
+
+ private:
+  std::span<const double> values_;
+  double null_;
+  HalfPlaces half_places_;
+};
+
+}  // namespace triglub
+
+#endif
