@@ -4,8 +4,13 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS triglub EXPORT triglub-targets)
 install(TARGETS triglub_command)
+if(TRIGLUB_CHECKS)
+  install(TARGETS triglub_checks EXPORT triglub-targets)
+else()
+  set(absent_headers PATTERN document_checks.h EXCLUDE)
+endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/platform/include/
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/triglub)
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/triglub ${absent_headers})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/triglub)
 # As they lie in the source tree, so that the links between them lead somewhere.
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE
@@ -22,5 +27,11 @@ install(FILES ${PROJECT_BINARY_DIR}/triglub-config.cmake ${PROJECT_BINARY_DIR}/t
 
 # The prefix as seen from the file, so that the installed tree can be moved.
 file(RELATIVE_PATH PREFIX_FROM_PC ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-configure_file(${CMAKE_CURRENT_LIST_DIR}/triglub.pc.in ${PROJECT_BINARY_DIR}/triglub.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/triglub.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+function(install_pkg_config PC_NAME PC_DESCRIPTION)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/triglub.pc.in ${PROJECT_BINARY_DIR}/${PC_NAME}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${PC_NAME}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+install_pkg_config(triglub "${PROJECT_DESCRIPTION}")
+if(TRIGLUB_CHECKS)
+  install_pkg_config(triglub-checks "FDSN StationXML documents against the rules of data centres")
+endif()

@@ -7,9 +7,10 @@
 # other: an include that is not allowed does not compile. Rooms that use each other in a circle are refused by CMake.
 #
 # How it works: the headers of a room are linked into a folder of the build tree of their own, and that folder, not the
-# source tree, is where the compiler looks.
+# source tree, is where the compiler looks. A room that is APART is no part of the main library; LINKS are libraries from
+# elsewhere.
 function(triglub_room room)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;USES;LINKS" ${ARGN})
+  cmake_parse_arguments(ROOM "APART" "" "SOURCES;USES;LINKS" ${ARGN})
   string(REPLACE "/" "_" target "room_${room}")
   file(RELATIVE_PATH house ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   string(REGEX REPLACE "/.*" "" house ${house}) # platform or src
@@ -30,5 +31,7 @@ function(triglub_room room)
     target_link_libraries(${target} PUBLIC ${used})
   endforeach()
   target_link_libraries(${target} PRIVATE ${ROOM_LINKS})
-  set_property(GLOBAL APPEND PROPERTY TRIGLUB_ROOMS ${target})
+  if(NOT ROOM_APART)
+    set_property(GLOBAL APPEND PROPERTY TRIGLUB_ROOMS ${target})
+  endif()
 endfunction()

@@ -7,6 +7,7 @@
 
 #include "platform/elog.h"
 #include "platform/text.h"
+#include "tool/check.h"
 #include "tool/convert.h"
 #include "tool/slips.h"
 #include "tool/tree.h"
@@ -97,12 +98,13 @@ std::vector<std::string> option_names(const CLI::App& app) {
 
 // Tells what may have been meant by a line that is none, if that can be guessed.
 void suggest_line(const CLI::App& app, const CLI::App& convert, const std::vector<std::string>& arguments) {
-  if (!convert.parsed() && !arguments.empty() && !arguments.front().starts_with("-")) {
+  const std::vector<CLI::App*> given = app.get_subcommands();
+  if (given.empty() && !arguments.empty() && !arguments.front().starts_with("-")) {
     elog_notify(0, "there is no subcommand '%s': try '%s'", arguments.front().c_str(),
                 triglub::tool::convert_line(arguments).c_str());
     return;
   }
-  const std::vector<std::string> known = option_names(convert.parsed() ? convert : app);
+  const std::vector<std::string> known = option_names(given.empty() ? app : *given.front());
   const auto meant = triglub::nearest(unknown_option(arguments, known), known);
   if (meant) return elog_notify(0, "did you mean %s?", meant->c_str());
   if (!convert.parsed()) return;
@@ -129,6 +131,23 @@ CLI::App* add_tree(CLI::App& app, triglub::tool::TreeOptions& options) {
   return tree;
 }
 
+constexpr const char* kCheckExamples = R"(Examples:
+  triglub check network.xml
+      every finding, station by station
+  triglub convert examples/observatory/observatory | triglub check --strict -
+      fails where anything is odd about the document of a conversion
+
+Each finding has its rank, line, place, and the code of the rule; doc/checks.md explains the rules.
+Exit status: 0 nothing wrong, 1 the document has errors or cannot be read (with --strict: or warnings), 2 wrong usage.)";
+
+CLI::App* add_check(CLI::App& app, triglub::tool::CheckOptions& options) {
+  CLI::App* check = app.add_subcommand("check", "Hold an FDSN StationXML document against the rules of data centres");
+  check->add_option("DOCUMENT", options.document, "the document; - is standard input")->required();
+  check->add_flag("--strict", options.strict, "fail when there are warnings, too");
+  check->footer(kCheckExamples);
+  return check;
+}
+
 // False after a message when a --subset is none.
 bool read_subsets(const std::vector<std::string>& arguments, triglub::tool::Conditions* conditions) {
   return std::all_of(arguments.begin(), arguments.end(), [conditions](const std::string& argument) {
@@ -152,14 +171,17 @@ int main(int argc, char** argv) {
   const CLI::App* convert = add_convert(app, options, raw);
   triglub::tool::TreeOptions tree_options;
   const CLI::App* tree = add_tree(app, tree_options);
+  triglub::tool::CheckOptions check_options;
+  const CLI::App* check = add_check(app, check_options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     if (app.exit(e) == 0) return EXIT_SUCCESS;
-    if (!tree->parsed()) suggest_line(app, *convert, {argv + 1, argv + argc});
+    suggest_line(app, *convert, {argv + 1, argv + argc});
     return kWrongUsage;
   }
   if (tree->parsed()) return triglub::tool::tree(tree_options);
+  if (check->parsed()) return triglub::tool::check(check_options);
   if (!read_subsets(raw.subsets, &options.conditions)) return kWrongUsage;
   options.level = kLevels.at(raw.level);
   options.verbosity = std::min(static_cast<unsigned int>(raw.verbose), kMaxVerbosity);
