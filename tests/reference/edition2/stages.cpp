@@ -6,18 +6,13 @@
 #include <cstdlib>
 #include <optional>
 
-#include "reference/edition2/plain_digits.h"
+#include "reference/edition2/digits.h"
 #include "reference/edition2/records.h"
 #include "reference/edition2/xml_text.h"
 
 namespace triglub_reference::edition2 {
 
 namespace {
-
-constexpr int kDecimalsOfRates = 7;
-constexpr int kDecimalsOfPeriods = 6;
-constexpr int kDecimalsOfGainRatios = 6;
-constexpr int kDigitsOfGains = 8;
 
 double number(const std::string& text) { return std::strtod(text.c_str(), nullptr); }
 
@@ -72,17 +67,20 @@ struct Known {
   double value;
   double doubt = 0;
 
-  std::string text() const { return digits_within(value, doubt); }
+  std::string text() const { return shortest(fewest_digits(value, doubt)); }
 };
+
+// Of a field of stage or of calibration.
+double doubt_of(const char* field, double number) { return half_place(find_field(field).value(), number); }
 
 Known gain_of(const Record& record) {
   const double nominal = *of_stage(record, "gnom");
   const double ratio = of_stage(record, "gcalib").value_or(1);
   if (ratio == 1) return {nominal};
-  const double doubt_of_ratio = doubt_of_decimals(ratio, kDecimalsOfGainRatios);
+  const double doubt_of_ratio = doubt_of("stage.gcalib", ratio);
   if (nominal == 1) return {ratio, doubt_of_ratio};
-  return {nominal * ratio, smaller_doubt(std::abs(ratio) * doubt_of_digits(nominal, kDigitsOfGains),
-                                         std::abs(nominal) * doubt_of_ratio)};
+  return {nominal * ratio,
+          smaller(std::abs(ratio) * doubt_of("stage.gnom", nominal), std::abs(nominal) * doubt_of_ratio)};
 }
 
 std::optional<Known> frequency_of(const Record& record) {
@@ -90,7 +88,7 @@ std::optional<Known> frequency_of(const Record& record) {
   const auto period = of_calibration(record, "calper");
   if (!period || !(*period > 0)) return std::nullopt;
   if (*period == 1) return Known{1};
-  return Known{1 / *period, doubt_of_decimals(*period, kDecimalsOfPeriods) / (*period * *period)};
+  return Known{1 / *period, doubt_of("calibration.calper", *period) / (*period * *period)};
 }
 
 long factor_of(const Record& record) { return static_cast<long>(of_stage(record, "decifac").value_or(1)); }
@@ -101,7 +99,7 @@ Known input_rate(const Record& record, const Filter* filter) {
   const auto factor = static_cast<double>(factor_of(record));
   if (!rate) return {filter == nullptr ? 0 : nth(filter->head, 0)};
   if (*rate == 1) return {factor};
-  return {*rate * factor, doubt_of_decimals(*rate, kDecimalsOfRates) * factor};
+  return {*rate * factor, doubt_of("stage.samprate", *rate) * factor};
 }
 
 double output_rate(const Record& record, const Filter* filter) {
