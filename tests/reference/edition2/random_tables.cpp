@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "reference/edition2/random_case.h"
+#include "reference/edition2/random_files.h"
 #include "reference/edition2/random_stages.h"
 
 namespace triglub_reference::edition2 {
