@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "reference/edition2/core_rows.h"
 #include "reference/edition2/digits.h"
 #include "reference/edition2/records.h"
 #include "reference/edition2/xml_text.h"
@@ -42,9 +43,11 @@ bool is_known_type(const std::string& type) {
 // The filter of a file that can be used.
 const Filter* usable_filter(const Record& record, const ResponseFiles& files) {
   const auto file = files.find(file_name(record));
-  const bool is_usable = file != files.end() && file->second.readable && file->second.filters.size() == 1 &&
-                         is_known_type(file->second.filters[0].type);
-  return is_usable ? &file->second.filters[0] : nullptr;
+  if (file == files.end() || !file->second.readable) return nullptr;
+  const auto group = group_of(record[STAGE]);
+  if (!group && file->second.filters.size() != 1) return nullptr;
+  const Filter& filter = file->second.filters[group.value_or(0)];
+  return is_known_type(filter.type) ? &filter : nullptr;
 }
 
 // Null: the stage has none.
@@ -84,7 +87,8 @@ Known gain_of(const Record& record) {
 }
 
 std::optional<Known> frequency_of(const Record& record) {
-  if (const auto frequency = of_calibration(record, "fc")) return Known{*frequency};
+  const auto frequency = of_calibration(record, "fc");
+  if (frequency && !group_of(record[STAGE])) return Known{*frequency};
   const auto period = of_calibration(record, "calper");
   if (!period || !(*period > 0)) return std::nullopt;
   if (*period == 1) return Known{1};
@@ -161,10 +165,20 @@ bool has_rate(const Record& record, const Filter* filter) {
   return factor_of(record) >= 1 && rate > 0 && std::isfinite(rate) && std::isfinite(delay_of(record, filter).value);
 }
 
+// The first stage of a chain of an instrument is normalized at the frequency of its gain.
+bool is_normalized(const Record& record, const Filter* filter) {
+  return group_of(record[STAGE]) == 0u && filter != nullptr && !is_fir_or_iir(filter);
+}
+
+std::optional<double> normalization_of(const Record& record, const Filter* filter) {
+  return edition2::normalization_of(*filter, number(frequency_of(record)->text()));
+}
+
 bool is_whole(const Record& record, const ResponseFiles& files) {
   if (of_stage(record, "stageid").value_or(0) < 1 || !is_finite_gain(record)) return false;
   if (!file_name(record).empty() && usable_filter(record, files) == nullptr) return false;
   const Filter* filter = filter_of(record, files);
+  if (is_normalized(record, filter) && !normalization_of(record, filter)) return false;
   return !is_digital(record, filter) || has_rate(record, filter);
 }
 
@@ -287,7 +301,12 @@ class StageWriter {
   }
 
   void write_poles_zeros() {
-    open_poles_zeros(shortest(nth(filter_->head, 0)), filter_->head.size() > 1 ? shortest(nth(filter_->head, 1)) : "1");
+    if (is_normalized(record_, filter_)) {
+      open_poles_zeros(shortest(*normalization_of(record_, filter_)), frequency_of(record_)->text());
+    } else {
+      open_poles_zeros(shortest(nth(filter_->head, 0)),
+                       filter_->head.size() > 1 ? shortest(nth(filter_->head, 1)) : "1");
+    }
     write_roots("Zero", filter_->second, 0);
     write_roots("Pole", filter_->first, filter_->second.size());
     lines_.close("PolesZeros");
@@ -303,13 +322,14 @@ class StageWriter {
   }
 
   void write_list() {
+    const double divisor = is_normalized(record_, filter_) ? *normalization_of(record_, filter_) : 1;
     lines_.open("ResponseList");
     write_units();
     for (const Numbers& row : filter_->first) {
       const double phase = nth(row, 2);
       lines_.open("ResponseListElement");
       lines_.line(number_element("Frequency", nth(row, 0), 0));
-      lines_.line(number_element("Amplitude", nth(row, 1), nth(row, 3)));
+      lines_.line(number_element("Amplitude", nth(row, 1) / divisor, nth(row, 3) / divisor));
       lines_.line(number_element("Phase", std::abs(phase) > 360 ? std::fmod(phase, 360) : phase, nth(row, 4)));
       lines_.close("ResponseListElement");
     }
