@@ -87,9 +87,18 @@ double power_of_ten(int exponent) { return kPowers[static_cast<std::size_t>(expo
 // Whether the number is one of so many decimals or fewer; may miss some. A decimal of 15 digits is the only one of its
 // double, and an exact integer over an exact power of ten gives the nearest double of the decimal.
 bool has_decimals(double number, int decimals) {
-  if (decimals >= kExactPowers) return false;
+  if (decimals < 0 || decimals >= kExactPowers) return false;
   const double scaled = std::nearbyint(number * power_of_ten(decimals));
   return std::fabs(scaled) < 1e15 && scaled / power_of_ten(decimals) == number;
+}
+
+// With how many decimals the number has so many significant digits; -1 where that is not clear.
+int decimals_for(double number, int digits) {
+  if (digits >= kExactPowers) return -1;
+  int decimals = 0;
+  while (decimals < kExactPowers && std::fabs(number) * power_of_ten(decimals) < power_of_ten(digits - 1)) ++decimals;
+  const double whole = std::nearbyint(std::fabs(number) * power_of_ten(decimals));
+  return whole >= power_of_ten(digits - 1) && whole < power_of_ten(digits) ? decimals : -1;
 }
 
 // The greatest place of which half is no more than the doubt.
@@ -131,27 +140,52 @@ double fewest_digits_by_text(double number, double doubt) {
   return best;
 }
 
-// The fast form, for numbers of few decimals, as most are: of so many decimals that they are surely enough the number
-// is an integer. Nothing where fewer may be enough, or where it is not clear beyond the noise of arithmetic.
-std::optional<double> fewest_digits_by_decimals(double number, double doubt) {
-  constexpr int kMostDecimals = 15;
+// A power of ten as a step between numbers: they are whole numbers of steps.
+struct Step {
+  int exponent = 0;  // within kExactPowers
+
+  double count_in(double number) const {
+    return exponent < 0 ? number * power_of_ten(-exponent) : number / power_of_ten(exponent);
+  }
+  // The nearest double of an exact product or quotient, for whole counts of up to 53 bits.
+  double times(double count) const {
+    return exponent < 0 ? count / power_of_ten(-exponent) : count * power_of_ten(exponent);
+  }
+};
+
+// The greatest step that is no more than twice the doubt, with some room for noise. Nothing beyond the exact powers.
+std::optional<Step> step_within(double doubt) {
+  const double most = 2 * doubt * (1 + 1e-9);
+  int exponent = 0;
+  while (exponent > -kExactPowers && most * power_of_ten(-exponent) < 1) --exponent;
+  while (exponent < kExactPowers && most >= 1 && power_of_ten(exponent + 1) <= most) ++exponent;
+  const bool is_beyond = exponent == kExactPowers || exponent == -kExactPowers;
+  return is_beyond ? std::nullopt : std::optional(Step{exponent});
+}
+
+// The nearest whole number of steps. Nothing where noise might decide, or where steps are more than a significant
+// digit.
+std::optional<double> rounded_to(Step step, double number) {
   constexpr double kMost = 1e12;
-  constexpr double kNearlyOne = 1 - 1e-9;
   constexpr double kNearlyHalf = 0.5 - 1e-3;
-  int decimals = 0;
-  while (decimals < kMostDecimals && 2 * doubt * power_of_ten(decimals) < kNearlyOne) ++decimals;
-  const double power = power_of_ten(decimals);
-  const double scaled = number * power;
-  if (2 * doubt * power < kNearlyOne || !(std::fabs(scaled) >= 1 && std::fabs(scaled) < kMost)) return std::nullopt;
-  const double nearest = std::nearbyint(scaled);
-  const auto is_outside = [&](double whole) { return std::fabs(whole / power - number) > doubt; };
-  if (std::fabs(scaled - nearest) > kNearlyHalf || is_outside(nearest)) return std::nullopt;
-  const auto last = static_cast<double>(static_cast<std::int64_t>(nearest) % 10);
-  const double towards_zero = nearest - last;
-  const double away = towards_zero + std::copysign(10, nearest);
-  // The step between decimals is more than a fifth of the doubt: a last digit that is 0 stands for those before it.
-  const bool is_least = decimals > 0 && (last == 0 || (is_outside(towards_zero) && is_outside(away)));
-  return is_least ? std::optional(nearest / power) : std::nullopt;
+  const double count = step.count_in(number);
+  const double nearest = std::nearbyint(count);
+  const bool is_clear = std::fabs(count) >= 1 && std::fabs(count) < kMost && std::fabs(count - nearest) < kNearlyHalf;
+  return is_clear ? std::optional(step.times(nearest)) : std::nullopt;
+}
+
+// The fast form, by arithmetic that is exact where it matters; nothing where it would not be. Steps of twice the doubt
+// or less are surely fine enough; whether ten times such a step is, has to be tried, and a hundred times is only where
+// that gives the same number.
+std::optional<double> fewest_digits_by_steps(double number, double doubt) {
+  const std::optional<Step> step = step_within(doubt);
+  if (!step) return std::nullopt;
+  const auto is_within = [&](double rounded) { return std::fabs(rounded - number) <= doubt; };
+  const std::optional<double> fine = rounded_to(*step, number);
+  if (!fine || !is_within(*fine)) return std::nullopt;
+  const std::optional<double> coarse = rounded_to(Step{step->exponent + 1}, number);
+  if (!coarse) return std::nullopt;
+  return is_within(*coarse) ? coarse : fine;
 }
 
 }  // namespace
@@ -176,7 +210,8 @@ LastPlace LastPlace::of_format(std::string_view format) {
 
 double LastPlace::half_at(double number) const {
   if (!is_known() || !std::isfinite(number)) return 0;
-  if (counted_ == Counted::decimals && has_decimals(number, count_)) return 5 / power_of_ten(count_ + 1);
+  const int decimals = counted_ == Counted::decimals ? count_ : decimals_for(number, count_);
+  if (has_decimals(number, decimals)) return 5 / power_of_ten(decimals + 1);
   if (counted_ == Counted::digits && number == 0) return 0;
   const Scientific own = scientific(number);
   const int place = counted_ == Counted::decimals ? -count_ : own.exponent - count_ + 1;
@@ -186,7 +221,7 @@ double LastPlace::half_at(double number) const {
 double fewest_digits(double number, double doubt) {
   if (!(doubt > 0) || !std::isfinite(number)) return number;
   if (std::fabs(number) <= doubt) return 0;
-  const std::optional<double> fast = fewest_digits_by_decimals(number, doubt);
+  const std::optional<double> fast = fewest_digits_by_steps(number, doubt);
   return fast ? *fast : fewest_digits_by_text(number, doubt);
 }
 

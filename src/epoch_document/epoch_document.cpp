@@ -68,6 +68,7 @@ struct EpochDocument::Inside {
     RecordChoice choice;
     choice.conditions = conditions;
     choice.tables = tables;
+    choice.calibration_units = tree->options().calibration_units;
     choice.with_empty_networks = level == DetailLevel::network;
     if (level == DetailLevel::response && has_stage_line(tree->root())) {
       choice.amend = [this](const ResponseTables& response, RecordRows* rows) {
@@ -110,9 +111,9 @@ EpochDocument::EpochDocument(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel l
     : inside_(std::make_unique<Inside>(db, pf, conditions, level)) {}
 
 EpochDocument::~EpochDocument() {
-  const Dbptr view = inside_->view.view;
+  const RecordView view = inside_->view;
   inside_.reset();
-  release_view(view);
+  release(view);
 }
 
 const Findings& EpochDocument::findings() const { return inside_->findings; }

@@ -166,9 +166,32 @@ void tell(const StationData& data, const Told& told, Findings* findings) {
   findings->add(text_of(told.remark).rank, text_of(told.remark).text, place_of(data, told));
 }
 
+// What is at a time in none of the networks that its station is in at others.
+void note_outside_memberships(StationData* data) {
+  if (!data->memberships.are_limited()) return;
+  const auto codes = codes_by_station(*data);
+  for (std::uint32_t station = 0; station < codes.size(); ++station) {
+    if (codes[station].empty() || !data->stations.has(station)) continue;
+    const auto is_outside = [&](const Span& span) {
+      return std::none_of(codes[station].begin(), codes[station].end(), [&](const PublishedStation* published) {
+        return data->memberships.hold(published->snetsta, span);
+      });
+    };
+    for (const StationPlace& place : data->places.of(station)) {
+      if (!place.stands || place.channels > 0 || !is_outside(place.span)) continue;
+      data->told.push_back({Remark::site_outside_memberships, place.site});
+    }
+    for (const Epoch& epoch : data->places.epochs_of(station)) {
+      if (!is_outside(epoch.span)) continue;
+      data->told.push_back({Remark::outside_memberships, epoch.sitechan, kAbsent, epoch.sitechan});
+    }
+  }
+}
+
 }  // namespace
 
 void note_left_out(StationData* data) {
+  note_outside_memberships(data);
   note_unpublished(data);
   note_strays(*data, data->order.sensor, Remark::stray_sensor, &data->told);
   note_strays(*data, data->order.calibration, Remark::stray_calibration, &data->told);

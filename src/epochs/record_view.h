@@ -5,9 +5,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "epochs/records.h"
 #include "epochs/response_tables.h"
+#include "epochs/station_tables.h"
 #include "findings.h"
 #include "platform/containers.h"
 #include "platform/database.h"
@@ -21,10 +23,13 @@ struct RecordChoice {
   // The tables of the view without records that are looked at, a bit each by position: own tables that are not among
   // them, nor looked at by a condition, are not in the view.
   std::uint32_t tables = 0;
+  // The unit of ground motion of calibrations that are worked out, where the instrument does not tell.
+  std::string calibration_units = "m";
   // Changes the chosen rows before the view is made of them.
   std::function<void(const ResponseTables& tables, RecordRows* rows)> amend = nullptr;
 };
 
+// Ends with release().
 struct RecordView {
   Dbptr view{};
   ResponseTables tables;
@@ -35,12 +40,15 @@ struct RecordView {
 // are no dates, or a condition does not compile.
 RecordView make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings);
 
+// Releases the view and those of its tables that were made for it.
+void release(const RecordView& view);
+
 // The same view without any record and with all own tables (own_tables_of()), for those who need its names: no table is
 // loaded for it.
 Dbptr make_empty_record_view(Dbptr db);
 
 // The view of records of which no epoch, station at a place or network is known.
-Dbptr make_record_view_without_epochs(Dbptr db, RecordRows rows);
+Dbptr make_record_view_without_epochs(Dbptr db, const StationTables& tables, RecordRows rows);
 
 }  // namespace triglub
 

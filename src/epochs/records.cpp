@@ -39,7 +39,9 @@ class RecordMaker {
     std::uint32_t number = 0;  // of the epoch, or the row of site
   };
 
-  void find_items(std::uint32_t station);
+  void find_items(const PublishedStation& station);
+  void drop_items_outside_membership(std::uint32_t snetsta);
+  bool has_place(const PublishedStation& station) const;
   void make_station(const PublishedStation& station);
   void add_epoch(const Row& base, std::uint32_t number);
   void add(const Row& row);
@@ -66,7 +68,24 @@ std::int64_t RecordMaker::first_day_of(std::uint32_t site) const {
   return day == data_.tables.site.null_day() ? std::numeric_limits<std::int64_t>::min() : day;
 }
 
-void RecordMaker::find_items(std::uint32_t station) {
+void RecordMaker::drop_items_outside_membership(std::uint32_t snetsta) {
+  if (!data_.memberships.are_limited()) return;
+  std::erase_if(items_, [&](const Item& item) {
+    const Span& span = item.is_epoch ? epochs_.epochs[item.number].span : places_.of_site(item.number).span;
+    return !data_.memberships.hold(snetsta, span);
+  });
+}
+
+// Whether the station is at a place while it is in the network.
+bool RecordMaker::has_place(const PublishedStation& station) const {
+  const auto places = places_.of(station.station);
+  return std::any_of(places.begin(), places.end(), [&](const StationPlace& place) {
+    return place.stands && data_.memberships.hold(station.snetsta, place.span);
+  });
+}
+
+void RecordMaker::find_items(const PublishedStation& published) {
+  const std::uint32_t station = published.station;
   items_.clear();
   if (!data_.stations.has(station)) return;
   const std::span<const Epoch> epochs = places_.epochs_of(station);
@@ -77,6 +96,7 @@ void RecordMaker::find_items(std::uint32_t station) {
     const auto number = static_cast<std::uint32_t>(&epoch - epochs_.epochs.data());
     items_.push_back({first_day_of(epoch.site), true, number});
   }
+  drop_items_outside_membership(published.snetsta);
   const auto before = [](const Item& a, const Item& b) {
     return std::tuple(a.first_day, a.is_epoch) < std::tuple(b.first_day, b.is_epoch);
   };
@@ -121,21 +141,20 @@ void RecordMaker::begin_network(const PublishedStation& station) {
     records_.network_epochs.push_back({{kFuture, kPast}, false, 0});
   }
   NetworkEpoch& network = records_.network_epochs.back();
-  const bool has_records =
-      !items_.empty() || (!data_.stations.has(station.station) && places_.any_stands(station.station));
+  const bool has_records = !items_.empty() || (!data_.stations.has(station.station) && has_place(station));
   if (has_records && station.code != code_) {
     code_ = station.code;
     ++network.stations;
   }
   for (const StationPlace& place : places_.of(station.station)) {
-    if (!place.span.holds_ever()) continue;
+    if (!place.span.holds_ever() || !data_.memberships.hold(station.snetsta, place.span)) continue;
     network.span.include(place.span);
     network.has_span = true;
   }
 }
 
 void RecordMaker::make_station(const PublishedStation& station) {
-  find_items(station.station);
+  find_items(station);
   begin_network(station);
   station_epochs_.clear();
   Row base = nothing();

@@ -29,7 +29,7 @@ StationSet stations_of_rows(const LoadedTable& table, const KeyedRows& rows, con
 }
 
 // The stations that meet a condition on codes of stations and networks.
-StationSet stations_of_codes(Dbptr db, const ChannelOrder& order, const Partners& partners,
+StationSet stations_of_codes(Dbptr db, const StationTables& tables, const ChannelOrder& order, const Partners& partners,
                              const Condition& condition) {
   RecordRows rows;
   for (std::vector<std::uint32_t>& column : rows.rows) column.assign(partners.published().size(), kAbsent);
@@ -37,7 +37,7 @@ StationSet stations_of_codes(Dbptr db, const ChannelOrder& order, const Partners
     rows.rows[kSnetsta][i] = partners.published()[i].snetsta;
     rows.rows[kNetwork][i] = partners.published()[i].network;
   }
-  const Dbptr chosen = subset_and_release(make_record_view_without_epochs(db, std::move(rows)), condition);
+  const Dbptr chosen = subset_and_release(make_record_view_without_epochs(db, tables, std::move(rows)), condition);
   std::vector<bool> is_row_in(partners.snetsta_rows(), false);
   for (const std::uint32_t row : base_rows(chosen, "snetsta")) is_row_in[row] = true;
   release_view(chosen);
@@ -68,7 +68,7 @@ StationSet possible_stations(Dbptr db, const StationTables& tables, const Channe
     } else if (condition.tables == 1U << kSite) {
       possible.keep_those_of(stations_of_rows(tables.site, order.site, order, condition));
     } else if (condition.tables != 0 && (condition.tables & ~kCodes) == 0) {
-      possible.keep_those_of(stations_of_codes(db, order, partners, condition));
+      possible.keep_those_of(stations_of_codes(db, tables, order, partners, condition));
     }
   }
   return possible;

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "epochs/made_calibrations.h"
+#include "epochs/made_stages.h"
 #include "epochs/own_tables.h"
 #include "epochs/record_view.h"
 #include "platform/columns.h"
@@ -72,10 +74,10 @@ std::vector<ViewPart> named_parts() {
 }
 
 // The tables of records, without rows.
-std::vector<ViewPart> table_parts(Dbptr db) {
+std::vector<ViewPart> table_parts(const StationTables& tables) {
   std::vector<ViewPart> parts = named_parts();
   for (std::size_t t = 0; t < kEpoch; ++t) {
-    parts[t].table = open_table(db, parts[t].name.c_str());
+    parts[t].table = table_of(tables, static_cast<RecordTable>(t)).handle();
     parts[t].name.clear();
   }
   return parts;
@@ -91,11 +93,12 @@ void add_columns(const std::vector<Epoch>& epochs, const Records& records, std::
 }  // namespace
 
 StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks,
-                         std::vector<std::string> own_tables)
+                         std::vector<std::string> own_tables, const std::string& calibration_units)
     : db(db),
       own_tables(std::move(own_tables)),
       tables(db),
       order(tables),
+      memberships(db, &tables, order),
       partners(tables, order, &told),
       places(tables, order, &told),
       stations(possible_stations(db, tables, order, partners, conditions)) {
@@ -107,10 +110,14 @@ StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty
   epochs = find_epochs(tables, order, stations);
   told.insert(told.end(), epochs.told.begin(), epochs.told.end());
   epochs.told = {};
+  complete_calibrations(partners, calibration_units, &tables, &epochs);
+  instrument_stages = complete_stages(partners, &tables, &epochs);
   places.take(epochs);
   records = make_records(*this, with_empty_networks);
   epochs.stages = {};  // millions of numbers, which the records have by now
 }
+
+StationData::~StationData() { release_view(tables.snetsta.handle()); }
 
 const LoadedTable& table_of(const StationTables& tables, RecordTable table) {
   const std::array<const LoadedTable*, kEpoch> all = {&tables.sitechan,   &tables.snetsta,     &tables.schanloc,
@@ -120,7 +127,7 @@ const LoadedTable& table_of(const StationTables& tables, RecordTable table) {
 }
 
 Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& spans) {
-  std::vector<ViewPart> parts = table_parts(data.db);
+  std::vector<ViewPart> parts = table_parts(data.tables);
   for (const std::string& table : data.own_tables) {
     ViewPart& own = parts.emplace_back();
     own.table = open_table(data.db, table.c_str());
@@ -131,8 +138,8 @@ Dbptr view_of_records(const StationData& data, RecordRows rows, const Records& s
   return put_together(data.db, std::move(parts), kOperation);
 }
 
-Dbptr make_record_view_without_epochs(Dbptr db, RecordRows rows) {
-  std::vector<ViewPart> parts = table_parts(db);
+Dbptr make_record_view_without_epochs(Dbptr db, const StationTables& tables, RecordRows rows) {
+  std::vector<ViewPart> parts = table_parts(tables);
   for (std::size_t t = 0; t < parts.size(); ++t) parts[t].rows = std::move(rows.rows[t]);
   add_columns({}, {}, &parts);
   return put_together(db, std::move(parts), kOperation);

@@ -7,8 +7,10 @@
 
 #include "epochs/all_epochs.h"
 #include "epochs/conditions.h"
+#include "epochs/memberships.h"
 #include "epochs/partners.h"
 #include "epochs/records.h"
+#include "epochs/response_tables.h"
 #include "epochs/station_choice.h"
 #include "epochs/station_places.h"
 #include "epochs/station_tables.h"
@@ -17,8 +19,12 @@
 namespace triglub {
 
 struct StationData {
-  // Of the stations that the conditions can choose from; networks are whole all the same. Throws as StationTables.
-  StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks, std::vector<std::string> own_tables);
+  // Of the stations that the conditions can choose from; networks are whole all the same. `calibration_units`: where
+  // an instrument does not tell. Throws as StationTables.
+  StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks, std::vector<std::string> own_tables,
+              const std::string& calibration_units);
+  // Releases what records do not need: tables that were given rows, but for those of responses.
+  ~StationData();
   StationData(const StationData&) = delete;
   StationData& operator=(const StationData&) = delete;
 
@@ -27,10 +33,12 @@ struct StationData {
   StationTables tables;
   ChannelOrder order;
   ToldList told;
+  Memberships memberships;
   Partners partners;
   StationPlaces places;
   StationSet stations;
   EpochList epochs;
+  std::vector<InstrumentStage> instrument_stages;  // the last rows of tables.stage
   Records records;
 };
 

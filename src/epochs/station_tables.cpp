@@ -23,7 +23,7 @@ Dbptr open_table(Dbptr db, const char* name) {
   return table;
 }
 
-LoadedTable::LoadedTable(Dbptr db, const char* name) : name_(name), handle_(open_table(db, name)), columns_(handle_) {
+LoadedTable::LoadedTable(const char* name, Dbptr table) : name_(name), handle_(table), columns_(table) {
   if (!columns_.has("lddate")) return;
   load_dates_ = columns_.reals("lddate");
   null_load_date_ = columns_.null_real("lddate");
@@ -34,8 +34,8 @@ double LoadedTable::load_date(std::uint32_t row) const {
   return is_null ? -std::numeric_limits<double>::infinity() : load_dates_[row];
 }
 
-TimeTable::TimeTable(Dbptr db, const char* name)
-    : LoadedTable(db, name),
+TimeTable::TimeTable(const char* name, Dbptr table)
+    : LoadedTable(name, table),
       times_(columns().reals("time")),
       end_times_(columns().reals("endtime")),
       null_time_(columns().null_real("time")),
@@ -68,6 +68,12 @@ void DayTable::check_days() const {
   }
   if (faults > kFaultsTold) elog_complain(0, "%s: %u more days that are no dates", name(), faults - kFaultsTold);
   if (faults > 0) throw FatalFailure(std::string("days of the table ") + name() + " are no dates; nothing is written");
+}
+
+Dbptr with_rows(const LoadedTable& table, const AddedRows& rows) {
+  const Dbptr made = with_added_rows(table.handle(), rows);
+  if (made.table < 0) throw FatalFailure(std::string("the table ") + table.name() + " would have too many rows");
+  return made;
 }
 
 StationTables::StationTables(Dbptr db)

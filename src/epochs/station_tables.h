@@ -20,7 +20,9 @@ Dbptr open_table(Dbptr db, const char* name);
 class LoadedTable {
  public:
   // Throws FatalFailure where the table refuses to load.
-  LoadedTable(Dbptr db, const char* name);
+  LoadedTable(Dbptr db, const char* name) : LoadedTable(name, open_table(db, name)) {}
+  // Of a base table.
+  LoadedTable(const char* name, Dbptr table);
 
   const char* name() const { return name_; }
   Dbptr handle() const { return handle_; }
@@ -40,7 +42,8 @@ class LoadedTable {
 // A table whose rows hold from one instant to another: `time` and `endtime`.
 class TimeTable : public LoadedTable {
  public:
-  TimeTable(Dbptr db, const char* name);
+  TimeTable(Dbptr db, const char* name) : TimeTable(name, open_table(db, name)) {}
+  TimeTable(const char* name, Dbptr table);
 
   HeldRow held(std::uint32_t row) const {
     return {{begin_at(times_[row], null_time_), end_at(end_times_[row], null_end_time_)}, load_date(row), row};
@@ -75,6 +78,8 @@ class DayTable : public LoadedTable {
   std::int64_t null_day_;
 };
 
+// Those that lack rows of snetsta, calibration or stage are given them while epochs are made; rows of the database keep
+// their numbers.
 struct StationTables {
   explicit StationTables(Dbptr db);
 
@@ -88,6 +93,9 @@ struct StationTables {
   TimeTable calibration;
   TimeTable stage;
 };
+
+// A table with further rows. Throws FatalFailure where it would have more than a table can.
+Dbptr with_rows(const LoadedTable& table, const AddedRows& rows);
 
 }  // namespace triglub
 

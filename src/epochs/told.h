@@ -13,15 +13,17 @@ namespace triglub {
 
 // In the order of their texts.
 enum class Remark : std::uint8_t {
-  gap,                   // notes: `row` of sitechan has no sensor for a time
-  gap_of_site,           // ... no place for a time
-  widened,               // `row` of sitechan reaches out of `other` of site
-  left_out_no_site,      // `row` of sitechan has no place at all
-  left_out_covered,      // ... other rows stand all the time
-  left_out_no_station,   // ... names no station or no channel
-  left_out_no_network,   // ... no snetsta row has its station
-  site_without_network,  // `row` of site likewise
-  never_sitechan,        // `row` ends before it begins
+  gap,                       // notes: `row` of sitechan has no sensor for a time
+  gap_of_site,               // ... no place for a time
+  widened,                   // `row` of sitechan reaches out of `other` of site
+  left_out_no_site,          // `row` of sitechan has no place at all
+  left_out_covered,          // ... other rows stand all the time
+  left_out_no_station,       // ... names no station or no channel
+  left_out_no_network,       // ... no snetsta row has its station
+  site_without_network,      // `row` of site likewise
+  outside_memberships,       // an epoch of `row` of sitechan is in no network at its time
+  site_outside_memberships,  // the place of `row` of site, without channels, likewise
+  never_sitechan,            // `row` ends before it begins
   never_site,
   never_sensor,
   never_calibration,

@@ -157,17 +157,35 @@ std::string poles_zeros_block(const Paz& paz, const Units& units, std::size_t de
   return block_of("PolesZeros", depth, [&](BlockText block) { write_poles_zeros(block, paz, units); });
 }
 
+std::string list_block(const Fap& fap, const Units& units, std::size_t depth) {
+  return block_of("ResponseList", depth, [&](BlockText block) { write_list(block, fap, units); });
+}
+
+std::string normalized_block(const StageFilter& filter, const Normalization& normalization, const Units& units,
+                             std::size_t depth) {
+  if (filter.is_list()) {
+    Fap fap = filter.fap();
+    for (double& amplitude : fap.amplitudes) amplitude /= normalization.factor;
+    for (double& error : fap.amplitude_errors) error /= normalization.factor;
+    return list_block(fap, units, depth);
+  }
+  Paz paz = filter.paz();
+  paz.normalization = normalization.factor;
+  paz.normalization_frequency = normalization.frequency;
+  return poles_zeros_block(paz, units, depth);
+}
+
 std::string coefficients_block(const Fir& fir, const Units& units, std::size_t depth) {
   return block_of("Coefficients", depth, [&](BlockText block) { write_filter_coefficients(block, fir, units); });
 }
 
 }  // namespace
 
-std::string filter_block(const StageFilter& filter, bool is_fir_allowed, const Units& units, std::size_t depth) {
+std::string filter_block(const StageFilter& filter, bool is_fir_allowed, const Units& units, std::size_t depth,
+                         const std::optional<Normalization>& normalization) {
+  if (normalization) return normalized_block(filter, *normalization, units, depth);
   if (filter.group->type == RESPONSE_PAZ) return poles_zeros_block(filter.paz(), units, depth);
-  if (filter.is_list()) {
-    return block_of("ResponseList", depth, [&](BlockText block) { write_list(block, filter.fap(), units); });
-  }
+  if (filter.is_list()) return list_block(filter.fap(), units, depth);
   if (!is_fir_allowed || !can_be_fir(filter)) return coefficients_block(filter.fir(), units, depth);
   return block_of("FIR", depth, [&](BlockText block) { write_fir(block, filter, units); });
 }

@@ -3,6 +3,7 @@
 #define TRIGLUB_SRC_STAGES_FILTER_BLOCKS_H
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,7 +18,9 @@ struct Units {
 
 // The filter of a stage: <PolesZeros>, <FIR>, <Coefficients> or <ResponseList>. A filter of finite response that <FIR>
 // cannot hold (denominators, errors), or that is not to be one, is <Coefficients>.
-std::string filter_block(const StageFilter& filter, bool is_fir_allowed, const Units& units, std::size_t depth);
+// Poles and zeros, and tables, are written with a normalization other than that of the file where there is one.
+std::string filter_block(const StageFilter& filter, bool is_fir_allowed, const Units& units, std::size_t depth,
+                         const std::optional<Normalization>& normalization = std::nullopt);
 // What stands for the filter of a stage that is no more than a change of units: <PolesZeros> without poles and zeros,
 // at the frequency of its gain; of a digital one <Coefficients> without coefficients, as readers know it.
 std::string unit_change_block(double frequency, const Units& units, std::size_t depth);

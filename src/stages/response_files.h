@@ -31,7 +31,7 @@ struct StageFilter {
 // Files that were read do not change: threads may share them. Reading is for one thread.
 class ResponseFiles {
  public:
-  // Of the rows of stage. The tables must outlive it.
+  // Of the rows of stage.
   explicit ResponseFiles(const ResponseTables& tables);
 
   // Reads the file that a row names, if it was not read yet.
@@ -41,6 +41,9 @@ class ResponseFiles {
   // The filter of a row whose file was read; null, and why in *fault ("resp/x.fir:12: expected 31 numerators, found
   // 7"), where it cannot be had. REQUIRES: is_named(row).
   const StageFilter* filter(std::uint32_t row, std::string* fault) const;
+
+  // What a row was made of that was worked out from an instrument; null for one of the database.
+  const InstrumentStage* instrument_stage(std::uint32_t row) const;
 
  private:
   struct File {
@@ -53,12 +56,11 @@ class ResponseFiles {
   static File read_file(const std::string& path);
   std::uint64_t key_of(std::uint32_t row) const;
   std::string path_of(std::uint32_t row) const;
-  const InstrumentStage* instrument_stage(std::uint32_t row) const;
 
   TextColumn folders_;
   TextColumn names_;
   std::string base_;
-  const std::vector<InstrumentStage>& instrument_stages_;
+  std::vector<InstrumentStage> instrument_stages_;
   std::uint32_t first_instrument_stage_;
   std::unordered_map<std::uint64_t, File> files_;
 };

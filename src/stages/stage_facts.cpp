@@ -17,9 +17,6 @@ std::optional<double> delay_of(const StageFilter& filter) {
   return (static_cast<double>(filter.fir().numerators.size()) - 1) / 2;
 }
 
-// Of two; 0 is none.
-double least_doubt(double a, double b) { return a == 0 || b == 0 ? std::max(a, b) : std::min(a, b); }
-
 }  // namespace
 
 StageTable::StageTable(const ResponseTables& tables, const ResponseFiles& files)
@@ -66,17 +63,32 @@ const char* StageTable::find_gain(std::uint32_t stage, std::uint32_t calibration
   if (!nominal) return "no gain (gnom)";
   facts->gain = *nominal * gain_calibrations_.at(stage).value_or(1);
   if (facts->gain == 0) return "a gain (gnom, gcalib) of 0";
-  const std::optional<double> frequency = find_frequency(calibration);
+  const std::optional<double> frequency = find_frequency(stage, calibration);
   if (!frequency) return "no frequency of the gain (calibration.fc, calper)";
   facts->frequency = *frequency;
   return std::isfinite(facts->gain) && std::isfinite(facts->frequency) ? nullptr : "a gain that is no number";
 }
 
-std::optional<double> StageTable::find_frequency(std::uint32_t calibration) const {
-  const std::optional<double> frequency = frequencies_.at(calibration);
+// The gain of a chain that was worked out of a calibration is that at the period of the calibration; there it is
+// normalized, so it is rounded at once.
+std::optional<double> StageTable::find_frequency(std::uint32_t stage, std::uint32_t calibration) const {
+  const bool is_of_instrument = files_.instrument_stage(stage) != nullptr;
+  const std::optional<double> frequency = is_of_instrument ? std::nullopt : frequencies_.at(calibration);
   const std::optional<double> period = periods_.at(calibration);
   if (frequency || !period || !(*period > 0)) return frequency;
-  return 1 / *period;
+  return is_of_instrument ? rounded_frequency(calibration) : 1 / *period;
+}
+
+double StageTable::rounded_frequency(std::uint32_t calibration) const {
+  const double period = *periods_.at(calibration);
+  return rounded_within(1 / period, periods_.doubt(calibration) / (period * period));
+}
+
+const char* StageTable::find_normalization(std::uint32_t stage, StageFacts* facts) const {
+  const InstrumentStage* const made = files_.instrument_stage(stage);
+  if (made == nullptr || !made->is_normalized || !can_be_normalized(*facts->filter)) return nullptr;
+  facts->normalization = normalization_at(*facts->filter, facts->frequency);
+  return facts->normalization ? nullptr : "no response at the frequency of the calibration (1 / calper)";
 }
 
 const char* StageTable::find_filter(std::uint32_t stage, StageFacts* facts, std::string* fault) const {
@@ -117,6 +129,7 @@ std::optional<StageFacts> StageTable::facts(std::uint32_t stage, std::uint32_t c
   if (what == nullptr) what = find_gain(stage, calibration, &facts);
   if (what == nullptr) what = find_filter(stage, &facts, &fault->file);
   if (what == nullptr) what = find_rates(stage, &facts);
+  if (what == nullptr) what = find_normalization(stage, &facts);
   if (what == nullptr) return facts;
   fault->what = what;
   return std::nullopt;
@@ -130,10 +143,7 @@ void StageTable::round_gain(std::uint32_t stage, std::uint32_t calibration, Stag
     const double of_ratio = gain_calibrations_.doubt(stage) * std::fabs(nominal);
     facts->gain = rounded_within(facts->gain, least_doubt(of_nominal, of_ratio));
   }
-  if (!frequencies_.at(calibration)) {
-    const double period = *periods_.at(calibration);
-    facts->frequency = rounded_within(facts->frequency, periods_.doubt(calibration) / (period * period));
-  }
+  if (!frequencies_.at(calibration)) facts->frequency = rounded_frequency(calibration);
 }
 
 void StageTable::round_rates(std::uint32_t stage, StageFacts* facts) const {

@@ -9,9 +9,10 @@
 #include <string_view>
 
 #include "epochs/response_tables.h"
+#include "epochs/stored_numbers.h"
 #include "platform/columns.h"
+#include "stages/normalization.h"
 #include "stages/response_files.h"
-#include "stages/stored_numbers.h"
 
 namespace triglub {
 
@@ -19,7 +20,8 @@ namespace triglub {
 struct StageFacts {
   const StageFilter* filter = nullptr;  // null: the stage is no more than its gain
   double gain = 0;
-  double frequency = 0;  // hertz, of the gain
+  double frequency = 0;                        // hertz, of the gain
+  std::optional<Normalization> normalization;  // where it is not that of the file
   // Of a digital stage; rates in samples per second.
   bool is_digital = false;
   double input_rate = 0;
@@ -64,7 +66,9 @@ class StageTable {
   const char* find_gain(std::uint32_t stage, std::uint32_t calibration, StageFacts* facts) const;
   const char* find_filter(std::uint32_t stage, StageFacts* facts, std::string* fault) const;
   const char* find_rates(std::uint32_t stage, StageFacts* facts) const;
-  std::optional<double> find_frequency(std::uint32_t calibration) const;
+  std::optional<double> find_frequency(std::uint32_t stage, std::uint32_t calibration) const;
+  double rounded_frequency(std::uint32_t calibration) const;
+  const char* find_normalization(std::uint32_t stage, StageFacts* facts) const;
   void find_delay(std::uint32_t stage, StageFacts* facts) const;
 
   TableColumns stage_;

@@ -1,6 +1,8 @@
 // A stage is its filter, with the units that it takes and gives, its decimation, and its gain.
 #include "stages/stage_texts.h"
 
+#include <utility>
+
 #include "document/xml_escape.h"
 #include "epochs/records.h"
 #include "platform/columns.h"
@@ -71,10 +73,12 @@ void StageTexts::forget_much() {
   size_ = 0;
 }
 
-const std::string& StageTexts::block_of(const StageFilter& filter, const std::string& input_units,
+const std::string& StageTexts::block_of(const StageFacts& facts, const std::string& input_units,
                                         const std::string& output_units, std::size_t depth) {
+  const StageFilter& filter = *facts.filter;
   for (const Block& block : blocks_[&filter]) {
-    if (block.depth == depth && block.input_units == input_units && block.output_units == output_units) {
+    if (block.depth == depth && block.normalization == facts.normalization && block.input_units == input_units &&
+        block.output_units == output_units) {
       return block.text;
     }
   }
@@ -82,8 +86,9 @@ const std::string& StageTexts::block_of(const StageFilter& filter, const std::st
   const std::string input = as_written(input_units);
   const std::string output = as_written(output_units);
   std::vector<Block>& blocks = blocks_[&filter];
-  blocks.push_back({input_units, output_units, depth,
-                    filter_block(filter, !options_.writes_fir_as_coefficients, {input, output}, depth)});
+  std::string text =
+      filter_block(filter, !options_.writes_fir_as_coefficients, {input, output}, depth, facts.normalization);
+  blocks.push_back({input_units, output_units, facts.normalization, depth, std::move(text)});
   size_ += blocks.back().text.size();
   return blocks.back().text;
 }
@@ -104,7 +109,7 @@ const std::string& StageTexts::decimation_of(std::uint32_t stage, const StageFac
 void StageTexts::append_filter(const StageFacts& facts, const std::string& input_units, const std::string& output_units,
                                std::size_t depth, std::string* text) {
   if (facts.filter != nullptr) {
-    text->append(block_of(*facts.filter, input_units, output_units, depth));
+    text->append(block_of(facts, input_units, output_units, depth));
   } else if (facts.is_digital) {
     text->append(digital_gain_block({as_written(input_units), as_written(output_units)}, depth));
   } else if (input_units != output_units) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -31,6 +32,7 @@ class StageTexts final : public StageWriter {
   struct Block {
     std::string input_units;
     std::string output_units;
+    std::optional<Normalization> normalization;
     std::size_t depth;
     std::string text;
   };
@@ -43,8 +45,8 @@ class StageTexts final : public StageWriter {
   std::string as_written(std::string_view units) const;
   void append_filter(const StageFacts& facts, const std::string& input_units, const std::string& output_units,
                      std::size_t depth, std::string* text);
-  const std::string& block_of(const StageFilter& filter, const std::string& input_units,
-                              const std::string& output_units, std::size_t depth);
+  const std::string& block_of(const StageFacts& facts, const std::string& input_units, const std::string& output_units,
+                              std::size_t depth);
   const std::string& decimation_of(std::uint32_t stage, const StageFacts& facts, std::size_t depth);
   void forget_much();
 

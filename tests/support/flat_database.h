@@ -95,10 +95,33 @@ inline const std::map<std::string, FlatTable>& flat_schema() {
   return schema;
 }
 
+// The tables of the KB Core dialect.
+inline const std::map<std::string, FlatTable>& kb_core_schema() {
+  static const std::map<std::string, FlatTable> schema = [] {
+    const auto narrower_or_wider = [](const std::string& table, FlatField field) {
+      static const std::map<std::string, std::size_t> widths = {{"site.lat", 11},      {"site.lon", 11},
+                                                                {"sitechan.ctype", 1}, {"sensor.tshift", 16},
+                                                                {"network.auth", 20},  {"network.commid", 9}};
+      const auto other = widths.find(table + "." + field.name);
+      if (other != widths.end()) field.width = other->second;
+      return field.name == "lddate" ? FlatField{"lddate", 19, "-", true} : field;
+    };
+    std::map<std::string, FlatTable> made;
+    for (const auto& [table, fields] : flat_schema()) {
+      for (const FlatField& field : fields) made[table].push_back(narrower_or_wider(table, field));
+    }
+    FlatTable& affiliation = made["affiliation"];
+    affiliation.insert(affiliation.end() - 1, {flat_fields::instant("time"), flat_fields::endtime()});
+    return made;
+  }();
+  return schema;
+}
+
 // The line of a table's file for the values given, without its line end.
-inline std::string flat_row(const std::string& table, std::map<std::string, std::string> values) {
-  const auto found = flat_schema().find(table);
-  if (found == flat_schema().end()) throw std::runtime_error("no table " + table);
+inline std::string flat_row(const std::string& table, std::map<std::string, std::string> values,
+                            const std::map<std::string, FlatTable>& schema = flat_schema()) {
+  const auto found = schema.find(table);
+  if (found == schema.end()) throw std::runtime_error("no table " + table);
   std::string line;
   for (const FlatField& field : found->second) {
     const auto given = values.find(field.name);
@@ -108,6 +131,12 @@ inline std::string flat_row(const std::string& table, std::map<std::string, std:
   }
   if (!values.empty()) throw std::runtime_error("table " + table + " has no field " + values.begin()->first);
   return line;
+}
+
+// The same of the KB Core dialect; the load date is one, unless it is given.
+inline std::string kb_core_row(const std::string& table, std::map<std::string, std::string> values) {
+  values.try_emplace("lddate", "2014-03-03 11:07:06");
+  return flat_row(table, std::move(values), kb_core_schema());
 }
 
 class FlatDatabase {

@@ -7,6 +7,7 @@
 
 #include "engine/classic/handle.h"
 #include "engine/operations/computed_table.h"
+#include "engine/operations/extended_table.h"
 #include "platform/sources.h"
 
 namespace triglub {
@@ -21,12 +22,14 @@ double HalfPlaces::half_place(std::uint32_t row) const {
 
 namespace {
 
-// The one table that a base table's view has; null for any other handle.
-const Table* base_table_of(Dbptr db) {
+// The one table that a base table's view has, without rows; of any other handle none.
+ViewTable base_part_of(Dbptr db) {
   const View* view = view_of(db);
-  if (view == nullptr || view->tables().size() != 1 || view->tables().front().rows != nullptr) return nullptr;
-  return view->tables().front().table;
+  if (view == nullptr || view->tables().size() != 1 || view->tables().front().rows != nullptr) return {};
+  return view->tables().front();
 }
+
+const Table* base_table_of(Dbptr db) { return base_part_of(db).table; }
 
 char letter_of(Storage storage) {
   if (storage == Storage::text) return 't';
@@ -51,10 +54,7 @@ const TableSchema* schema_of(Dbptr db, const std::string& table) {
 ViewTable table_for(Dbptr db, ViewPart& part) {
   ViewTable made;
   const TableSchema* schema = part.columns.empty() ? schema_of(db, part.name) : nullptr;
-  if (part.name.empty()) {
-    made.table = base_table_of(part.table);
-    return made;
-  }
+  if (part.name.empty()) return base_part_of(part.table);
   made.own = schema == nullptr ? computed_table(part.name, std::move(part.columns)) : table_without_rows(*schema);
   made.table = made.own.get();
   return made;
@@ -112,6 +112,21 @@ double TableColumns::null_real(std::string_view field) const {
 }
 
 std::string TableColumns::place(std::uint32_t row) const { return table_->place_of(row); }
+
+Dbptr with_added_rows(Dbptr table, const AddedRows& rows) {
+  if (rows.count == 0) return table;
+  const Table* const base = base_table_of(table);
+  const Table* const made_of = base_table_of(rows.made_of);
+  if (base == nullptr || made_of == nullptr || rows.made_of_rows.size() != rows.count) return kInvalidHandle;
+  if (std::uint64_t{base->row_count()} + rows.count > kMaxRows) return kInvalidHandle;
+  auto extended = extended_table(*base, rows, *made_of);
+  const std::uint32_t count = extended->row_count();
+  ViewTable part;
+  part.table = extended.get();
+  part.own = std::move(extended);
+  return handle_of_result(
+      table, std::make_unique<const View>(std::vector<ViewTable>{std::move(part)}, count, "rows added"), nullptr);
+}
 
 Dbptr put_together(Dbptr db, std::vector<ViewPart> parts, const std::string& operation) {
   std::vector<ViewTable> tables;

@@ -1,4 +1,5 @@
-// The text of data/schemas/css3.0.pf, compiled in so that the library works without its data folder.
+// The texts of data/schemas/css3.0.pf and data/schemas/kbcore.pf, compiled in so that the library works without its
+// data folder.
 #ifndef TRIGLUB_ENGINE_SCHEMA_BUILTIN_SCHEMA_H
 #define TRIGLUB_ENGINE_SCHEMA_BUILTIN_SCHEMA_H
 
@@ -6,7 +7,8 @@
 
 namespace triglub {
 
-std::string_view builtin_schema_text();
+// Empty for a name that no schema is compiled in under.
+std::string_view builtin_schema_text(std::string_view name);
 
 }  // namespace triglub
 

@@ -20,6 +20,7 @@ namespace triglub {
 namespace {
 
 constexpr const char* kStandard = "css3.0";
+constexpr const char* kKbCore = "kbcore";
 constexpr int kMaxFieldWidth = 1000;  // a value must fit the 1024-byte buffers of dbget
 
 // The next word of a line, which a blank or a tab ends.
@@ -157,6 +158,14 @@ std::shared_ptr<const Schema> read_schema(const std::string& path) {
   return schema;
 }
 
+std::shared_ptr<const Schema> compiled_in(const char* name) {
+  Pf* pf = nullptr;
+  if (pfparse(builtin_schema_text(name), name, &pf) != 0) elog_die(0, "the built-in schema cannot be read");
+  auto made = Schema::from(pf);
+  pffree(pf);
+  return made;
+}
+
 }  // namespace
 
 int FieldSchema::type_code() const {
@@ -217,13 +226,7 @@ std::shared_ptr<const Schema> Schema::from(Pf* pf) {
 }
 
 std::shared_ptr<const Schema> Schema::builtin() {
-  static const std::shared_ptr<const Schema> schema = [] {
-    Pf* pf = nullptr;
-    if (pfparse(builtin_schema_text(), kStandard, &pf) != 0) elog_die(0, "the built-in schema cannot be read");
-    auto made = from(pf);
-    pffree(pf);
-    return made;
-  }();
+  static const std::shared_ptr<const Schema> schema = compiled_in(kStandard);
   return schema;
 }
 
@@ -232,12 +235,19 @@ std::shared_ptr<const Schema> Schema::standard() {
   return path.empty() ? builtin() : read_schema(path);
 }
 
+std::shared_ptr<const Schema> Schema::kb_core() {
+  static const std::shared_ptr<const Schema> schema = compiled_in(kKbCore);
+  const std::string path = path_in_data_folders(kKbCore);
+  return path.empty() ? schema : read_schema(path);
+}
+
 std::shared_ptr<const Schema> Schema::named(const std::string& name, const std::string& folder) {
   if (name.find('/') != std::string::npos || name.ends_with(".pf")) {
     return read_schema(name.starts_with("/") ? name : folder + "/" + name);
   }
   if (is_file(folder + "/" + name + ".pf")) return read_schema(folder + "/" + name + ".pf");
   if (name == kStandard) return standard();
+  if (name == kKbCore) return kb_core();
   const std::string path = path_in_data_folders(name);
   if (!path.empty()) return read_schema(path);
   elog_complain(0, "there is no schema '%s' (looked for schemas/%s.pf in TRIGLUB_PFPATH and %s)", name.c_str(),

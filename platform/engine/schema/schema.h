@@ -75,11 +75,13 @@ class Schema {
   // The CSS3.0 schema of the data folders, schemas/css3.0.pf in TRIGLUB_PFPATH or where it is installed, else the one
   // that is compiled in. Null after a complaint.
   static std::shared_ptr<const Schema> standard();
+  // The KB Core dialect of CSS3.0, found likewise: schemas/kbcore.pf.
+  static std::shared_ptr<const Schema> kb_core();
   // Reads a schema from a parameter file object; null after a complaint that names what is wrong.
   static std::shared_ptr<const Schema> from(Pf* pf);
   // The schema of that name: a path when it holds '/' or ends in ".pf" (relative to `folder`), else NAME.pf in
-  // `folder`, schemas/NAME.pf in the data folders, else the compiled-in one if it has that name. Null after a
-  // complaint.
+  // `folder`, schemas/NAME.pf in the data folders, else the one that is compiled in under that name, css3.0 or kbcore.
+  // Null after a complaint.
   static std::shared_ptr<const Schema> named(const std::string& name, const std::string& folder);
 
   const std::vector<TableSchema>& tables() const { return tables_; }

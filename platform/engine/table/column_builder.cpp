@@ -21,6 +21,14 @@ std::vector<std::uint32_t> merge(const Dictionary& from, Dictionary* to) {
   return codes;
 }
 
+void append_values(const Column& from, Column* to) {
+  append_all(from.integers, &to->integers);
+  append_all(from.reals, &to->reals);
+  const std::vector<std::uint32_t> codes = merge(from.dictionary, &to->dictionary);
+  to->codes.reserve(to->codes.size() + from.codes.size());
+  for (const std::uint32_t code : from.codes) to->codes.push_back(codes[code]);
+}
+
 template <typename T>
 std::vector<T> chosen(const std::vector<T>& values, const std::vector<std::uint32_t>& rows) {
   std::vector<T> kept;
@@ -73,11 +81,13 @@ bool ColumnBuilder::add_text(std::string_view cell) {
 
 void ColumnBuilder::append(const ColumnBuilder& other) {
   has_unread_ = has_unread_ || other.has_unread_;
-  append_all(other.column_.integers, &column_.integers);
-  append_all(other.column_.reals, &column_.reals);
-  const std::vector<std::uint32_t> codes = merge(other.column_.dictionary, &column_.dictionary);
-  column_.codes.reserve(column_.codes.size() + other.column_.codes.size());
-  for (const std::uint32_t code : other.column_.codes) column_.codes.push_back(codes[code]);
+  append_values(other.column_, &column_);
+}
+
+Column joined(const Column& first, const Column& second) {
+  Column all;
+  for (const Column* column : {&first, &second}) append_values(*column, &all);
+  return all;
 }
 
 Column column_of_rows(const FieldSchema& field, const Column& column, const std::vector<std::uint32_t>& rows) {

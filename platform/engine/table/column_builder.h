@@ -67,6 +67,9 @@ class ColumnBuilder {
 // The values of chosen rows. The dictionary has their texts only.
 Column column_of_rows(const FieldSchema& field, const Column& column, const std::vector<std::uint32_t>& rows);
 
+// The values of one column and behind them those of another of the same field. Codes of the first one stay.
+Column joined(const Column& first, const Column& second);
+
 }  // namespace triglub
 
 #endif

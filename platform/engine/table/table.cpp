@@ -23,7 +23,9 @@ std::vector<std::uint32_t> map_codes(const Dictionary& from, const Dictionary& t
 }  // namespace
 
 RowPlaces RowPlaces::of_rows(const std::vector<std::uint32_t>& rows) const {
-  RowPlaces places{before_number, rows};
+  RowPlaces places;
+  places.before_number = before_number;
+  places.numbers = rows;
   for (std::uint32_t& number : places.numbers) number = numbers.empty() ? number : numbers[number];
   return places;
 }
@@ -49,6 +51,9 @@ std::unique_ptr<const Table> Table::of_rows(const std::vector<std::uint32_t>& ro
 }
 
 std::string Table::place_of(std::uint32_t row) const {
+  if (places_.made_of != nullptr && row >= places_.first_made) {
+    return places_.made_of->place_of(places_.made_of_rows[row - places_.first_made]);
+  }
   const std::uint64_t number = places_.numbers.empty() ? row : places_.numbers[row];
   return places_.before_number + std::to_string(number + 1);
 }

@@ -17,11 +17,19 @@
 
 namespace triglub {
 
+class Table;
+
 // Where the rows of a table are, for messages: "/net/aak/aak.site:" and the number of the row, which counts from 1.
 struct RowPlaces {
   std::string before_number;
   std::vector<std::uint32_t> numbers;  // by row, from 0; empty where they are the table's own
 
+  // Rows that were made of those of another table, which must stay: the rows from `first_made` on.
+  const Table* made_of = nullptr;
+  std::uint32_t first_made = 0;
+  std::vector<std::uint32_t> made_of_rows;
+
+  // REQUIRES: none was made of another table's.
   RowPlaces of_rows(const std::vector<std::uint32_t>& rows) const;
 };
 
@@ -45,6 +53,7 @@ class Table {
   const std::string& directory() const { return directory_; }
   std::uint32_t row_count() const { return row_count_; }
   const Column& column(std::size_t field) const { return columns_[field]; }
+  const RowPlaces& places() const { return places_; }
   // Where a row is, for messages: the file and the line, or the like.
   std::string place_of(std::uint32_t row) const;
 

@@ -12,6 +12,7 @@
 #define TRIGLUB_PLATFORM_COLUMNS_H
 
 #include <cstdint>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -106,6 +107,23 @@ struct ViewPart {
   std::vector<ComputedColumn> columns{};  // of equal length
   std::vector<std::uint32_t> rows{};      // by record; NO_BASE_ROW: absent, reads as null in every field
 };
+
+// Rows that a program worked out, in the form of a base table's: columns by the names of fields, all of `count` rows. A
+// field without a column is null, and so is an empty text.
+struct AddedRows {
+  std::uint32_t count = 0;
+  std::map<std::string, std::vector<std::string_view>> texts{};  // trimmed
+  std::map<std::string, std::vector<std::int64_t>> integers{};
+  std::map<std::string, std::vector<double>> reals{};
+  Dbptr made_of{};                            // the base table whose rows they were made of: messages name those
+  std::vector<std::uint32_t> made_of_rows{};  // by row
+};
+
+// A base table with further rows behind its own; it can do all that other base tables can. It belongs to the session
+// until it is released (release_view), and views that are put together of it keep it. Without added rows the table
+// itself. Invalid when a handle names no base table, or there are more rows than a table can have. Throws
+// std::logic_error for columns that the table does not have.
+TRIGLUB_API Dbptr with_added_rows(Dbptr table, const AddedRows& rows);
 
 // The fields of a table's primary key, a range as "begin::end". Empty where the schema has no such table.
 TRIGLUB_API std::vector<std::string> primary_key(Dbptr db, const std::string& table);

@@ -81,7 +81,8 @@ inline constexpr int dbSORT_UNIQUE = 2;
 // Opens the flat-file database with the path prefix `source` (DIR/NAME: table T is the file DIR/NAME.T; DIR/NAME
 // itself, when it is a file, is a descriptor). "flat:" may stand before the prefix; "memory:NAME" is a source of this
 // process. `mode` must be "r". Returns 0 and a handle of the whole database;
-// -1 after a complaint when there is neither a descriptor nor any table file, or the descriptor or schema is faulty.
+// -1 after a complaint when there is neither a descriptor nor any table file, the descriptor or schema is faulty, or
+// the rows of some tables are those of CSS3.0 and of others those of KB Core, and no descriptor names a schema.
 // Tables are loaded when first used. The caller ends it with dbclose.
 TRIGLUB_API int dbopen(const char* source, const char* mode, Dbptr* db);
 

@@ -135,13 +135,24 @@ double by_every_precision(double number, double doubt) {
   return number;
 }
 
-// Half of the last place, by texts alone.
-double half_by_text(int decimals, double number) {
-  for (int more = decimals;; ++more) {
+double number_of(const std::string& text) { return std::strtod(text.c_str(), nullptr); }
+
+// Half of the last place, by texts alone: of so many decimals or, where more are needed, as many as that.
+double half_by_decimals(int decimals, double number) {
+  for (;; ++decimals) {
     std::array<char, 400> text{};
-    std::snprintf(text.data(), text.size(), "%.*f", more, number);
-    if (std::strtod(text.data(), nullptr) == number)
-      return std::strtod(("5e-" + std::to_string(more + 1)).c_str(), nullptr);
+    std::snprintf(text.data(), text.size(), "%.*f", decimals, number);
+    if (number_of(text.data()) == number) return number_of("5e-" + std::to_string(decimals + 1));
+  }
+}
+
+// The same of significant digits.
+double half_by_digits(int digits, double number) {
+  for (;; ++digits) {
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%.*e", digits - 1, number);
+    const int exponent = std::atoi(std::string(text.data()).substr(std::string(text.data()).find('e') + 1).c_str());
+    if (number_of(text.data()) == number) return number_of("5e" + std::to_string(exponent - digits));
   }
 }
 
@@ -162,14 +173,14 @@ TEST(FewestDigits, AreThoseThatEveryPrecisionTriedWouldFind) {
 TEST(LastPlaceOfAFormat, IsThatOfTheTextsThatReadBack) {
   std::mt19937_64 random(triglub_test::random_seed());
   std::uniform_int_distribution<int> digits(-2000000, 2000000);
-  std::uniform_int_distribution<int> decimals(0, 9);
+  std::uniform_int_distribution<int> places(0, 12);
   for (int i = 0; i < 20000; ++i) {
-    const int written = decimals(random);
-    const int formatted = decimals(random);
-    const double number =
-        std::strtod((std::to_string(digits(random)) + "e-" + std::to_string(written)).c_str(), nullptr);
-    const std::string format = "%9." + std::to_string(formatted) + "f";
-    ASSERT_EQ(LastPlace::of_format(format).half_at(number), half_by_text(formatted, number)) << format << " " << number;
+    const int precision = 1 + places(random);
+    const double number = number_of(std::to_string(digits(random)) + "e" + std::to_string(3 - places(random)));
+    const std::string format = "%16." + std::to_string(precision);
+    ASSERT_EQ(LastPlace::of_format(format + "f").half_at(number), half_by_decimals(precision, number)) << number;
+    if (number == 0) continue;
+    ASSERT_EQ(LastPlace::of_format(format + "g").half_at(number), half_by_digits(precision, number)) << number;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <sstream>
 
@@ -123,6 +124,11 @@ std::string key_text(const std::vector<KeyField>& key) {
   return text;
 }
 
+std::size_t kb_core_width(const std::string& table, const std::string& name) {
+  const FlatTable& fields = kb_core_schema().at(table);
+  return std::find_if(fields.begin(), fields.end(), [&](const FlatField& field) { return field.name == name; })->width;
+}
+
 TEST(BuiltinSchema, HasTheTablesInOrder) {
   Texts names;
   for (const TableSchema& table : Schema::builtin()->tables()) names.push_back(table.name);
@@ -187,6 +193,49 @@ TEST(BuiltinSchema, IsWhatTheShippedFileHolds) {
     }
   }
 }
+
+// What is different in the other dialect; all else is the same.
+TEST(KbCoreSchema, HasTheStandardTablesWithOtherWidths) {
+  const Row widths = {{"site.lat", "%11.6f"},      {"site.lon", "%11.6f"},    {"sitechan.ctype", "%-1s"},
+                      {"sensor.tshift", "%16.2f"}, {"network.auth", "%-20s"}, {"network.commid", "%9ld"}};
+  for (const TableSchema& table : Schema::kb_core()->tables()) {
+    const auto builtin = Schema::builtin();
+    const TableSchema& standard = builtin->tables()[static_cast<std::size_t>(builtin->find(table.name))];
+    for (const FieldSchema& field : table.fields) {
+      const std::string name = table.name + "." + field.name;
+      SCOPED_TRACE(name);
+      const int index = standard.find(field.name);
+      if (table.name == "affiliation" && index < 0) continue;
+      ASSERT_GE(index, 0);
+      const FieldSchema& same = standard.fields[static_cast<std::size_t>(index)];
+      EXPECT_EQ(field.type, same.type);
+      EXPECT_EQ(field.unit, same.unit);
+      EXPECT_EQ(field.null_integer, same.null_integer);
+      EXPECT_EQ(field.null_real, same.null_real);
+      const std::string other = field.name == "lddate"  ? "%19.5f"
+                                : widths.contains(name) ? widths.at(name)
+                                                        : same.format;
+      EXPECT_EQ(field.format, other);
+      EXPECT_EQ(static_cast<std::size_t>(field.width), kb_core_width(table.name, field.name));
+    }
+    EXPECT_EQ(table.name == "affiliation" ? "net sta time::endtime" : key_text(standard.primary),
+              key_text(table.primary));
+  }
+  EXPECT_EQ(Schema::kb_core()->tables().size(), Schema::builtin()->tables().size());
+}
+
+TEST(KbCoreSchema, HasTimesOfAffiliations) {
+  const auto schema = Schema::kb_core();
+  const TableSchema& table = schema->tables()[static_cast<std::size_t>(schema->find("affiliation"))];
+  Texts fields;
+  for (const FieldSchema& field : table.fields) {
+    fields.push_back(field.name + " " + field.format + " " + field.null_text);
+  }
+  EXPECT_THAT(fields, ElementsAre("net %-8s -", "sta %-6s -", "time %17.5f -9999999999.99900",
+                                  "endtime %17.5f 9999999999.99900", "lddate %19.5f -9999999999.99900"));
+}
+
+TEST(KbCoreSchema, IsFoundByItsName) { EXPECT_EQ(Schema::named("kbcore", "/nowhere"), Schema::kb_core()); }
 
 TEST(ParseKeyField, TellsRangesFromFields) {
   EXPECT_EQ(triglub::parse_key_field("sta"), (KeyField{"sta", ""}));

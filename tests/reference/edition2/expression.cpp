@@ -5,6 +5,7 @@
 #include <regex>
 #include <stdexcept>
 
+#include "reference/edition2/digits.h"
 #include "reference/edition2/records.h"
 
 namespace triglub_reference::edition2 {
@@ -21,12 +22,6 @@ Value field_value(const Field& field, const Record& record) {
   const double number = number_in(*text).value();
   if (field.kind == Kind::integer) return static_cast<long>(number);
   return number;
-}
-
-std::string text_of(const Value& value) {
-  if (const auto* integer = std::get_if<long>(&value)) return std::to_string(*integer);
-  if (const auto* real = std::get_if<double>(&value)) return shortest(*real);
-  return std::get<std::string>(value);
 }
 
 Value whole_computed(const std::string& what, long left, long right) {
@@ -71,6 +66,7 @@ class Evaluation {
     if (what == "?") return as(node.kind, of(node.parts[holds(node.parts[0]) ? 1 : 2]));
     if (what == "is_null") return static_cast<long>(is_null(of(node.parts[0])));
     if (what == "assume") return assumed(node);
+    if (what == "agreed") return agreed(node);
     if (what == "concat") return concatenated(node);
     if (what == "xml") return of(node.parts[0]);
     if (what == "=~" || what == "!~") return matched(node);
@@ -82,7 +78,12 @@ class Evaluation {
   std::optional<std::string> text(const Node& node) const {
     if (node.what == "field") return text_in(record_[node.field->table], *node.field);
     const Value value = of(node);
-    return is_null(value) ? std::nullopt : std::optional(text_of(value));
+    if (is_null(value)) return std::nullopt;
+    if (const auto* integer = std::get_if<long>(&value)) return std::to_string(*integer);
+    if (const auto* real = std::get_if<double>(&value)) {
+      return shortest(fewest_digits(*real, doubt_at(node, record_, of_element_)));
+    }
+    return std::get<std::string>(value);
   }
 
  private:
@@ -99,6 +100,16 @@ class Evaluation {
   Value assumed(const Node& node) const {
     const Value value = of(node.parts[0]);
     return as(node.kind, is_null(value) ? of(node.parts[1]) : value);
+  }
+
+  // The second where it may be what the first stands for.
+  Value agreed(const Node& node) const {
+    const Value first = of(node.parts[0]);
+    if (is_null(first)) return {};
+    const Value second = of(node.parts[1]);
+    if (is_null(second)) return as(node.kind, first);
+    const double doubt = doubt_at(node.parts[0], record_, of_element_);
+    return as(node.kind, std::abs(number_of(first) - number_of(second)) <= doubt ? second : first);
   }
 
   Value concatenated(const Node& node) const {
@@ -136,6 +147,7 @@ class Evaluation {
 
   Value over_records(const Node& node) const {
     if (node.what == "first") return Evaluation(*of_element_.front(), of_element_).of(node.parts[0]);
+    if (node.what == "last") return Evaluation(*of_element_.back(), of_element_).of(node.parts[0]);
     std::vector<Value> all = values(node.parts[0]);
     const auto nulls = std::erase_if(all, is_null);
     if (node.what == "count") return distinct(all);

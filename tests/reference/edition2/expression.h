@@ -1,7 +1,8 @@
 // The expressions of the second edition, read by recursive descent and evaluated by walking over the tree.
 //
 // Known are fields, numbers, texts, + - * / % and their prefixes, comparisons, =~ and !~, && || !, ?:, is_null, assume,
-// concat, xml, first, earliest, latest and count. A number is never compared with a text, and no integer overflows.
+// concat, xml, agreed, first, last, earliest, latest and count. A number is never compared with a text, and no integer
+// overflows.
 #ifndef TRIGLUB_TESTS_REFERENCE_EDITION2_EXPRESSION_H
 #define TRIGLUB_TESTS_REFERENCE_EDITION2_EXPRESSION_H
 
@@ -40,7 +41,7 @@ Node parsed(const std::string& expression);
 // The value at a record of an element's records; an evaluation that fails gives null.
 Value value_at(const Node& node, const Record& record, const RecordList& of_element);
 
-// The same as a text: a bare number field as its file has it, other numbers as short as possible.
+// The same as a text: a bare number field as its file has it, other numbers with the digits that they have.
 std::optional<std::string> text_at(const Node& node, const Record& record, const RecordList& of_element);
 
 }  // namespace triglub_reference::edition2

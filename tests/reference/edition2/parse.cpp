@@ -26,9 +26,9 @@ Kind kind_of(const Node& node) {
   if (node.what == "/") return Kind::real;
   if (is_arithmetic(node.what)) return kind_of_both(parts[0], parts[1]);
   if (node.what == "?") return kind_of_both(parts[1], parts[2]);
-  if (node.what == "assume") return kind_of_both(parts[0], parts[1]);
+  if (node.what == "assume" || node.what == "agreed") return kind_of_both(parts[0], parts[1]);
   if (node.what == "concat" || node.what == "xml") return Kind::text;
-  for (const char* name : {"negative", "first", "earliest", "latest"}) {
+  for (const char* name : {"negative", "first", "last", "earliest", "latest"}) {
     if (node.what == name) return parts[0].kind;
   }
   return Kind::integer;

@@ -22,6 +22,8 @@ Tree ledger_tree();
 Request random_tree_request(Random& random);
 Request random_document_request(Random& random);
 Request random_ledger_request(Random& random);
+// A document with whole stages over chains of stages, at the response level.
+Request random_chains_request(Random& random);
 // Any tree over many stations, at the response level.
 Request many_stations_request(Random& random);
 

@@ -14,7 +14,10 @@ constexpr const char* kNumberFields[] = {"lat",
                                          "instrument.samprate",
                                          "calibration.samprate",
                                          "calib",
+                                         "calper",
                                          "fc",
+                                         "gcalib",
+                                         "leadfac",
                                          "gnom",
                                          "stageid",
                                          "stage.decifac",
@@ -55,17 +58,18 @@ std::string ExpressionMaker::number_field() { return random_.one_of(kNumberField
 std::string ExpressionMaker::text_field() { return random_.one_of(kTextFields); }
 
 std::string ExpressionMaker::number_over_records(int depth) {
-  const std::string function = random_.pick({"first", "earliest", "latest", "count"});
+  const std::string function = random_.pick({"first", "last", "earliest", "latest", "count"});
   return function + "(" + (function == "count" ? inner().any(depth) : inner().number(depth)) + ")";
 }
 
 std::string ExpressionMaker::number(int depth) {
   if (depth == 0 || random_.percent(40)) {
-    return random_.percent(75) ? number_field() : random_.pick({"0", "1", "2", "2.5", "1000", "0.1", "2000060"});
+    return random_.percent(75) ? number_field()
+                               : random_.pick({"0", "1", "2", "2.5", "1000", "0.1", "0.07", "2000060"});
   }
   if (over_records_ && random_.percent(30)) return number_over_records(depth - 1);
   const std::string left = number(depth - 1);
-  switch (random_.below(may_fail_ ? 9 : 7)) {
+  switch (random_.below(may_fail_ ? 11 : 9)) {
     case 0:
       return "(" + left + random_.pick({" + ", " - "}) + number(depth - 1) + ")";
     case 1:
@@ -81,9 +85,16 @@ std::string ExpressionMaker::number(int depth) {
     case 6:
       return "-" + left;
     case 7:
+      return "(" + left + " * " + random_.pick({"lat", "samprate", "calper", "calib", "gcalib"}) + ")";
+    case 8:
+      return "agreed(" + left + ", " +
+             (random_.percent(40) ? number(depth - 1)
+                                  : "(" + left + random_.pick({" + 0", " + 0.00004", " * 1.0000001"}) + ")") +
+             ")";
+    case 9:
       return "(" + left + " % " + random_.pick({"7", "2.5", "0", "decifac"}) + ")";
     default:
-      return "(" + left + " / " + random_.pick({"2", "3", "0", "samprate", "1000.0"}) + ")";
+      return "(" + left + " / " + random_.pick({"2", "3", "0", "samprate", "calper", "calib", "1000.0"}) + ")";
   }
 }
 
@@ -92,7 +103,7 @@ std::string ExpressionMaker::text(int depth) {
     return random_.percent(80) ? text_field() : random_.pick({"\"12.5\"", "'  in blanks '", "\"<&>\"", "\"\"", "'A'"});
   }
   if (over_records_ && random_.percent(20)) {
-    return random_.pick({"first", "earliest", "latest"}) + "(" + inner().text(depth - 1) + ")";
+    return random_.pick({"first", "last", "earliest", "latest"}) + "(" + inner().text(depth - 1) + ")";
   }
   const std::string left = text(depth - 1);
   switch (random_.below(4)) {

@@ -111,6 +111,8 @@ Filter random_paz(Random& random) {
   return paz;
 }
 
+bool is_digital(const Filter& filter) { return filter.type == "fir" || filter.type == "iir"; }
+
 }  // namespace
 
 std::string awkward_number(Random& random) {
@@ -159,6 +161,7 @@ Filter random_filter(Random& random) {
 ResponseFile random_file(Random& random) {
   ResponseFile file;
   file.filters.push_back(random_filter(random));
+  if (is_digital(file.filters[0]) && random.percent(3)) file.filters[0].head[0] = random.pick({"0", "-5", "-0.0"});
   if (random.percent(3)) file.filters[0].type = random.pick({"pazzle", "firm", "fapx", "other"});
   if (random.percent(3)) file.filters.push_back(random_filter(random));
   file.readable = !random.percent(2);

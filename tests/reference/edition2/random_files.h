@@ -17,7 +17,8 @@ std::string awkward_number(Random& random);
 Filter random_filter(Random& random, const std::string& type);
 Filter random_filter(Random& random);
 
-// A file with one filter; at times with none that can be used: several, of an unknown type, or a fault in it.
+// A file with one filter; at times with none that can be used: several, of an unknown type, or a fault in it. At times
+// of no rate.
 ResponseFile random_file(Random& random);
 
 }  // namespace triglub_reference::edition2

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "reference/edition2/random_case.h"
-#include "reference/edition2/random_files.h"
+#include "reference/edition2/random_stages.h"
 
 namespace triglub_reference::edition2 {
 
@@ -80,9 +80,9 @@ class TableMaker {
   void add_site(const std::string& sta) {
     add("site", "refsta",
         days({{"sta", sta},
-              {"lat", random_.pick({"42.6375", "-999.0000", "90", "-90.0", "90.0001", "-0.0"})},
+              {"lat", random_.pick({"42.6375", "42.637512", "-999.0000", "90", "-90.0", "90.0001", "-0.0"})},
               {"lon", random_.pick({"74.4942", "190", "-180", "180", "-999.0000", "-181.25", "360", "540.1"})},
-              {"elev", random_.pick({"1.6450", "-999.0000", "0", "0.0123", "-0.0010", "3.3"})},
+              {"elev", random_.pick({"1.6450", "-999.0000", "0", "0.0123", "1e-06", "-0.0010", "3.3"})},
               {"staname", random_.pick({"A place", "<&>", "-", "", "12", "  in  between", "Ä\"Ö'"})},
               {"statype", random_.pick({"ss", "-", "12", "9", "009"})}}));
   }
@@ -125,59 +125,26 @@ class TableMaker {
     row["samprate"] = random_.pick({"40.0000000", "0", "-1", "1.0", "123.456789", "100000"});
     row["fc"] = random_.pick({"1.0", "0.05", "-1.000000", "1e-07", "1234567"});
     row["units"] = random_.pick({"nm/s", "-", "V", "<V>", "counts"});
-    row["calper"] = random_.pick({"1", "0", "-1.000000", "20.000000", "0.3", "14.285714", "0.0123456"});
-    row["calib"] = random_.pick({"0", "1.5", "0.3"});
+    row["calib"] = random_.pick({"0", "1.5", "0.3", "1", "0.39811", "12345678.9", "0.3333333333333"});
+    row["calper"] = random_.pick({"1", "0", "-1.000000", "20.000000", "0.3", "14.285714", "0.0123456", "0.0500000001"});
     add("calibration", "snident", row);
   }
 
-  // Of a channel: any rows, or a chain as they are meant to be, with what at times breaks it.
+  // Of a channel: any rows, or a chain.
   void add_stages(const Row& key) {
     if (random_.percent(40)) {
       for (int n = random_.between(1, 5); n > 0; --n) add_stage(key);
-      return;
+    } else {
+      for (const Row& row : random_chain(random_, instants(key), tables_)) add("stage", "ssident", row);
     }
-    Row row = instants(key);
-    row["ounits"] = random_.pick({"V", "nm/s", "counts"});
-    int number = 0;
-    for (int n = random_.between(1, 4); n > 0; --n) {
-      const bool is_behind_a_gap = random_.percent(12);
-      number += is_behind_a_gap ? 2 : 1;
-      row["stageid"] = std::to_string(number);
-      row = link(row, is_behind_a_gap && random_.percent(75));
-      add("stage", "ssident", row);
-    }
-  }
-
-  // The stage behind another one of a chain, most often without a fault; one that fits takes what the other gives.
-  Row link(Row row, bool fits) {
-    const std::string units = row["ounits"];
-    row["gnom"] = random_.pick({"1500", "1", "4.19e+05", "0.000125", "0.1", "-2.5", "123456789.5", "1.2345678"});
-    if (random_.percent(2)) row["gnom"] = random_.pick({"0", "-1"});
-    row["gcalib"] = random_.pick({"-1.000000", "1.000000", "1.0005", "0.999321", "", "0.3", "2"});
-    row["iunits"] = fits ? units : random_.pick({"V", "V", "counts", "COUNTS", "m/s", "-", "-", "v", "<V>"});
-    row["ounits"] = random_.pick({"V", "V", "counts", "COUNTS", "m/s", "-", "-", "-"});
-    row["decifac"] = random_.pick({"1", "2", "-1", "10", "", "3"});
-    if (!fits) row["samprate"] = random_.pick({"40.0000000", "-1.0000000", "-1.0000000", "33.3333333", "20", "1"});
-    if (fits) row["decifac"] = "1";
-    row["leadfac"] = random_.pick({"-1.0000000", "-1.0000000", "0.0000000", "0.1234567", "-0.5"});
-    if (random_.percent(2)) row["decifac"] = "0";
-    row["dir"] = row["dfile"] = "-";
-    if (random_.percent(50)) name_file(row);
-    return row;
-  }
-
-  void name_file(Row& row) {
-    row["dir"] = random_.pick({"resp", "resp", "-"});
-    row["dfile"] = random_.pick({"a", "b", "c", "d", "e", "f"});
-    if (random_.percent(2)) row["dfile"] = "missing";
-    const std::string name = (row["dir"] == "-" ? "" : row["dir"] + "/") + row["dfile"];
-    if (row["dfile"] != "missing" && !tables_.files.contains(name)) tables_.files[name] = random_file(random_);
   }
 
   void add_stage(Row row) {
     row = instants(row);
     row["stageid"] = random_.pick({"1", "1", "2", "10", "-1"});
     row["gnom"] = random_.pick({"1500", "-1", "1", "4.19e+05", "0.000125", "0"});
+    row["gcalib"] = random_.pick({"1.000000", "-1.000000", "0.997511"});
+    row["leadfac"] = random_.pick({"0.1234567", "-1.0000000", "0", "1e-9"});
     row["iunits"] = random_.pick({"m/s", "V", "-", "", " V"});
     row["izero"] = random_.pick({"0", "-1", "5", "2000366", "2001366"});
     row["decifac"] = random_.pick({"1", "4", "-1", "10", ""});

@@ -6,6 +6,7 @@
 
 #include "reference/edition2/random_case.h"
 #include "reference/edition2/random_expression.h"
+#include "reference/edition2/random_stages.h"
 
 namespace triglub_reference::edition2 {
 
@@ -335,6 +336,17 @@ Request random_ledger_request(Random& random) {
   Request request = request_over_random_tables(random);
   request.tree = ledger_tree();
   add_conditions(random, request);
+  return request;
+}
+
+Request random_chains_request(Random& random) {
+  Request request;
+  request.tables = random_chains(random);
+  request.site = {{"country", "Kyrgyzstan"}};
+  request.tree = document_tree();
+  request.tree.groups["stage"] = whole_stage();
+  add_options(random, request.tree);
+  if (random.percent(10)) add_conditions(random, request);
   return request;
 }
 

@@ -151,12 +151,18 @@ class ViewMaker {
     }
   }
 
+  // Whether the group with all below has a line for stages.
+  bool has_stage_line(const Group& group) const {
+    return std::any_of(group.elements.begin(), group.elements.end(), [&](const Line& line) {
+      const auto below = request_.tree.groups.find(line.name);
+      const bool is_group = line.type == "GROUP" || line.type.starts_with("CATEGORIZED");
+      return line.flag != "x" && (line.type == "STAGE" || (is_group && has_stage_line(below->second)));
+    });
+  }
+
   bool are_stages_written() const {
-    const auto is_stage = [](const Line& line) { return line.type == "STAGE"; };
-    return request_.level == Level::response &&
-           std::any_of(request_.tree.groups.begin(), request_.tree.groups.end(), [&](const auto& named) {
-             return std::any_of(named.second.elements.begin(), named.second.elements.end(), is_stage);
-           });
+    const auto root = request_.tree.groups.find(request_.tree.root);
+    return request_.level == Level::response && root != request_.tree.groups.end() && has_stage_line(root->second);
   }
 
   static bool are_of_one_chain(const Record& a, const Record& b) {

@@ -59,6 +59,8 @@ TEST(Edition2Reference, AgreesOnEveryRecord) { compare(400, random_ledger_reques
 
 TEST(Edition2Reference, AgreesOnDocuments) { compare(400, random_document_request); }
 
+TEST(Edition2Reference, AgreesOnChainsOfStages) { compare(600, random_chains_request); }
+
 TEST(Edition2Reference, AgreesOnTreesOfAnyShape) { compare(600, random_tree_request); }
 
 TEST(Edition2Reference, AgreesOnManyStations) { compare(30, many_stations_request); }

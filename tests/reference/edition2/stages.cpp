@@ -67,6 +67,7 @@ bool is_digital(const Record& record, const Filter* filter) {
 
 // --- numbers, each with its doubt ------------------------------------------------------------------------------------
 
+// Multiplying or dividing by a stored 1 adds no doubt.
 struct Known {
   double value;
   double doubt = 0;
@@ -99,7 +100,7 @@ Known input_rate(const Record& record, const Filter* filter) {
   const auto rate = of_stage(record, "samprate");
   const auto factor = static_cast<double>(factor_of(record));
   if (!rate) return {filter == nullptr ? 0 : nth(filter->head, 0)};
-  if (factor == 1) return {*rate, *rate == 1 ? 0 : doubt_of_decimals(*rate, kDecimalsOfRates)};
+  if (*rate == 1) return {factor};
   return {*rate * factor, doubt_of_decimals(*rate, kDecimalsOfRates) * factor};
 }
 

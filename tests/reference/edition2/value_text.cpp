@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "reference/edition2/digits.h"
 #include "reference/edition2/instants.h"
 #include "reference/edition2/records.h"
 #include "reference/edition2/xml_text.h"
@@ -36,36 +37,36 @@ std::string julian_text(const Number& yearday) {
   return day ? instant_text(static_cast<double>(*day) * kDay) : "";
 }
 
-double nine_decimals(double number) { return std::round(number * 1e9) / 1e9; }
+// A number that this form worked on itself.
+double without_noise(double number, double doubt) {
+  return doubt == 0 ? std::round(number * 1e9) / 1e9 : fewest_digits(number, doubt);
+}
 
 std::string within(double number, double low, double high) {
   return number >= low && number <= high ? shortest(number) : "";
 }
 
-// A whole turn from `low` on.
-double wrapped(double angle, double low) { return nine_decimals(angle - 360.0 * std::floor((angle - low) / 360.0)); }
-
 constexpr double kNoAngle = 1e6;
 
-std::string longitude_text(double angle) {
+// Brought between `low` and a whole turn more, unless it is there; the end itself may be.
+std::string turned(double angle, double doubt, double low, bool with_end) {
   if (std::abs(angle) >= kNoAngle) return "";
-  return shortest(angle >= -180.0 && angle <= 180.0 ? angle : wrapped(angle, -180.0));
+  const double end = low + 360.0;
+  if (angle >= low && (angle < end || (with_end && angle == end))) return shortest(angle);
+  const double turned = without_noise(angle - 360.0 * std::floor((angle - low) / 360.0), doubt);
+  return shortest(turned == end ? low : turned);
 }
 
-std::string azimuth_text(double angle) {
-  if (std::abs(angle) >= kNoAngle) return "";
-  return shortest(angle >= 0.0 && angle < 360.0 ? angle : wrapped(angle, 0.0));
-}
-
-std::string number_text(const std::string& type, double number) {
+std::string number_text(const std::string& type, double exact, double doubt) {
+  const double number = fewest_digits(exact, doubt);
   if (type == "float") return shortest(number);
-  if (type == "epoch") return instant_text(rounded(number));
-  if (type == "julian") return julian_text(number);
+  if (type == "epoch") return instant_text(rounded(exact));
+  if (type == "julian") return julian_text(exact);
   if (type == "deg_lat") return number == 90.0 ? "" : within(number, -90.0, 90.0);
-  if (type == "dip") return within(nine_decimals(number - 90.0), -90.0, 90.0);
-  if (type == "deg_lon") return longitude_text(number);
-  if (type == "deg_az") return azimuth_text(number);
-  if (type == "meters") return shortest(nine_decimals(number * 1000.0));
+  if (type == "dip") return within(without_noise(exact - 90.0, doubt), -90.0, 90.0);
+  if (type == "deg_lon") return turned(number, doubt, -180.0, true);
+  if (type == "deg_az") return turned(number, doubt, 0.0, false);
+  if (type == "meters") return shortest(without_noise(exact * 1000.0, doubt * 1000.0));
   throw std::runtime_error("no type " + type);
 }
 
@@ -82,7 +83,7 @@ std::string value_text(const Line& line, const RecordList& records, const std::m
   }
   if (line.type == "integer") return integer_text(node, records);
   const Number number = number_at_first(node, records);
-  return number ? number_text(line.type, *number) : "";
+  return number ? number_text(line.type, *number, doubt_at(node, *records.front(), records)) : "";
 }
 
 long distinct_values(const Node& node, const RecordList& records) {

@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "engine/source/flat/descriptor.h"
+#include "engine/source/flat/dialect.h"
 #include "engine/source/flat/flat_file.h"
 #include "engine/source/flat/mapped_file.h"
 #include "engine/table/table_builder.h"
@@ -72,7 +73,7 @@ std::shared_ptr<const FlatSource> FlatSource::open(const std::string& prefix) {
   const std::shared_ptr<FlatSource> source(new FlatSource(prefix));
   const PathKind kind = kind_of(prefix);
   if (kind == PathKind::file && !source->read_descriptor(prefix)) return nullptr;
-  if (source->schema_ == nullptr) source->schema_ = Schema::standard();
+  if (source->schema_ == nullptr) source->schema_ = schema_by_rows(source->table_files());
   if (source->schema_ == nullptr) return nullptr;
   if (kind == PathKind::file || (!source->name_.empty() && source->has_any_table())) return source;
   complain_of_nothing(prefix, source->name_, kind);
@@ -107,10 +108,22 @@ bool FlatSource::has_any_table() const {
   return std::any_of(tables.begin(), tables.end(), [this](const TableSchema& t) { return !table_place(t).empty(); });
 }
 
-std::string FlatSource::table_place(const TableSchema& table) const {
+// Those of the names that the shipped schemas have; both have the same.
+std::vector<TableFile> FlatSource::table_files() const {
+  std::vector<TableFile> files;
+  for (const TableSchema& table : Schema::builtin()->tables()) {
+    std::string path = path_of(table.name);
+    if (!path.empty()) files.push_back({table.name, std::move(path)});
+  }
+  return files;
+}
+
+std::string FlatSource::table_place(const TableSchema& table) const { return path_of(table.name); }
+
+std::string FlatSource::path_of(const std::string& table) const {
   for (const std::string& prefix : prefixes_) {
     std::string path = prefix;
-    path.append(".").append(table.name);
+    path.append(".").append(table);
     if (kind_of(path) != PathKind::none) return path;
   }
   return "";

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/source/flat/dialect.h"
 #include "engine/source/source.h"
 
 namespace triglub {
@@ -27,6 +28,8 @@ class FlatSource final : public Source {
   bool read_descriptor(const std::string& path);
   void add_place(std::string place);
   bool has_any_table() const;
+  std::vector<TableFile> table_files() const;
+  std::string path_of(const std::string& table) const;  // empty when there is no such file
 
   std::string folder_;                 // DIR, "." when the prefix has none
   std::string name_;                   // NAME

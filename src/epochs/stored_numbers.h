@@ -1,7 +1,8 @@
 // A column of real numbers with what is known of how exact they are.
-#ifndef TRIGLUB_SRC_STAGES_STORED_NUMBERS_H
-#define TRIGLUB_SRC_STAGES_STORED_NUMBERS_H
+#ifndef TRIGLUB_SRC_EPOCHS_STORED_NUMBERS_H
+#define TRIGLUB_SRC_EPOCHS_STORED_NUMBERS_H
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -20,6 +21,8 @@ class StoredNumbers {
   std::optional<double> at(std::uint32_t row) const {
     return row == NO_BASE_ROW || values_[row] == null_ ? std::nullopt : std::optional(values_[row]);
   }
+  // The number that a null is held as, too. REQUIRES: a row.
+  double stored(std::uint32_t row) const { return values_[row]; }
   // How far what was meant may be from the number of a row, which is not null.
   double doubt(std::uint32_t row) const { return half_places_.half_place(row); }
 
@@ -28,6 +31,9 @@ class StoredNumbers {
   double null_;
   HalfPlaces half_places_;
 };
+
+// Of two doubts; 0 is none.
+inline double least_doubt(double a, double b) { return a == 0 || b == 0 ? std::max(a, b) : std::min(a, b); }
 
 }  // namespace triglub
 
