@@ -7,7 +7,7 @@
 #include <numbers>
 #include <set>
 
-#include "reference/edition2/plain_digits.h"
+#include "reference/edition2/digits.h"
 #include "reference/edition2/records.h"
 
 namespace triglub_reference::edition2 {
@@ -15,8 +15,6 @@ namespace triglub_reference::edition2 {
 namespace {
 
 constexpr const char* kGroup = "(group)";
-constexpr int kDecimalsOfCalibrations = 6;
-constexpr int kDigitsOfCalib = 8;
 
 std::set<std::string> stations_of(const Tables& tables) {
   std::set<std::string> stations;
@@ -45,13 +43,17 @@ std::set<std::string> networks_of(const Tables& tables, const std::string& sta) 
   return nets;
 }
 
-double half_place(double number) { return doubt_of_decimals(number, kDecimalsOfCalibrations); }
+double half_place_of(const char* field, double number) { return half_place(find_field(field).value(), number); }
 
+std::string digits_within(double number, double doubt) { return shortest(fewest_digits(number, doubt)); }
+
+// Of ncalib and calratio.
 std::string product(double nominal, double ratio) {
+  const double of_nominal = half_place_of("instrument.ncalib", nominal);
+  const double of_ratio = half_place_of("sensor.calratio", ratio);
   if (ratio == 1) return shortest(nominal);
-  if (nominal == 1) return digits_within(ratio, half_place(ratio));
-  return digits_within(nominal * ratio,
-                       smaller_doubt(std::abs(ratio) * half_place(nominal), std::abs(nominal) * half_place(ratio)));
+  if (nominal == 1) return digits_within(ratio, of_ratio);
+  return digits_within(nominal * ratio, std::min(std::abs(ratio) * of_nominal, std::abs(nominal) * of_ratio));
 }
 
 std::string units_of(const Row* instrument, const std::string& otherwise) {
@@ -163,7 +165,7 @@ std::vector<Row> instrument_stages(const Row* instrument, const Row* calibration
     row["ounits"] = *units;
     if (i > 0) row["gnom"] = "1";
     if (i == 0 && calib) {
-      row["gnom"] = digits_within(1e9 / *calib, 1e9 * doubt_of_digits(*calib, kDigitsOfCalib) / (*calib * *calib));
+      row["gnom"] = digits_within(1e9 / *calib, 1e9 * half_place_of("calibration.calib", *calib) / (*calib * *calib));
     }
     if (is_digital(groups[i])) row["decifac"] = factor_of(groups, i, rate).value_or("-1");
     rows.push_back(row);
