@@ -52,6 +52,7 @@ class ChainMaker {
   void set_units(bool fits) {
     row_["iunits"] = random_.pick({"V", "V", "counts", "COUNTS", "m/s", "-", "-", "v", "<V>"});
     if (fits) row_["iunits"] = row_["ounits"] == "counts" ? "COUNTS" : row_["ounits"];
+    if (random_.percent(2)) row_["iunits"] = "unknown";
     row_["ounits"] = random_.pick({"V", "V", "counts", "COUNTS", "m/s", "-", "-", "-"});
   }
 

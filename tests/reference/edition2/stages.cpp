@@ -133,12 +133,14 @@ Known delay_of(const Record& record, const Filter* filter) {
 
 // --- units -----------------------------------------------------------------------------------------------------------
 
+// Each empty where nothing says what they are.
+
 std::string output_units(const Chain& chain, std::size_t place);
 
 std::string input_units(const Chain& chain, std::size_t place) {
   if (const auto own = text_in(chain[place][STAGE], STAGE, "iunits")) return *own;
   if (place > 0) return output_units(chain, place - 1);
-  return text_in(chain[0][CALIBRATION], CALIBRATION, "units").value_or("unknown");
+  return text_in(chain[0][CALIBRATION], CALIBRATION, "units").value_or("");
 }
 
 std::string output_units(const Chain& chain, std::size_t place) {
@@ -184,9 +186,9 @@ bool is_whole(const Record& record, const ResponseFiles& files) {
 
 bool are_units_continued(const Chain& chain, std::size_t place) {
   const auto own = text_in(chain[place][STAGE], STAGE, "iunits");
-  const auto before =
-      place > 0 ? std::optional(output_units(chain, place - 1)) : text_in(chain[0][CALIBRATION], CALIBRATION, "units");
-  return own && before && lower(*own) == lower(*before);
+  const std::string before =
+      place > 0 ? output_units(chain, place - 1) : text_in(chain[0][CALIBRATION], CALIBRATION, "units").value_or("");
+  return own && lower(*own) == lower(before);
 }
 
 bool are_rates_continued(const Record& before, const Record& behind, const ResponseFiles& files) {
@@ -250,8 +252,8 @@ class StageWriter {
       : record_(chain[place]),
         filter_(filter_of(chain[place], request.tables.files)),
         tree_(request.tree),
-        input_(input_units(chain, place)),
-        output_(output_units(chain, place)),
+        input_(known(input_units(chain, place))),
+        output_(known(output_units(chain, place))),
         lines_(depth) {}
 
   std::string text() {
@@ -265,6 +267,8 @@ class StageWriter {
   }
 
  private:
+  static std::string known(const std::string& units) { return units.empty() ? "unknown" : units; }
+
   void write_filter() {
     if (filter_ == nullptr) return write_no_filter();
     if (filter_->type == "paz") return write_poles_zeros();

@@ -131,6 +131,8 @@ TEST(PlainStages, AGapAtTheBeginChainsWhereTheCalibrationIsForTheSameUnits) {
   EXPECT_TRUE(Made({.stages = {stage({{"stageid", "2"}, {"iunits", "M/S"}})}}).can_be_written());
   EXPECT_FALSE(Made({.stages = {stage({{"stageid", "2"}, {"iunits", "V"}})}}).can_be_written());
   EXPECT_FALSE(Made({.calibration = {{"fc", "1"}}, .stages = {stage({{"stageid", "2"}})}}).can_be_written());
+  const Row unknown = {{"stageid", "2"}, {"iunits", "unknown"}};
+  EXPECT_FALSE(Made({.calibration = {{"fc", "1"}}, .stages = {stage(unknown)}}).can_be_written());
 }
 
 constexpr const char* kUnits =
