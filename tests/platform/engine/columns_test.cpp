@@ -179,7 +179,7 @@ TEST_F(AddedRowsOfSite, StandBehindThoseOfTheTable) {
   EXPECT_TRUE(after.texts("staname").is_null(before.row_count()));
   EXPECT_EQ(after.place(before.row_count()), before.place(2));
   EXPECT_EQ(after.place(before.row_count() + 1), before.place(0));
-  release_view(made);
+  triglub::release_view(made);
 }
 
 TEST_F(AddedRowsOfSite, AreFoundAsOthersAre) {
@@ -198,7 +198,7 @@ TEST_F(AddedRowsOfSite, StayWithTheViewsThatAreMadeOfThem) {
   parts[0].table = made;
   parts[0].rows = {3, 0};
   const Dbptr together = put_together(tables_.db(), std::move(parts), "rows");
-  release_view(made);
+  triglub::release_view(made);
   EXPECT_THAT(texts_of(together, "lat"), ElementsAre("1.25", texts_of(table("site"), "lat")[0]));
 }
 
