@@ -97,21 +97,26 @@ class NominalCalibrations {
 class CalibrationRows {
  public:
   explicit CalibrationRows(const StationTables& tables)
-      : columns_(tables.calibration.columns()),
-        stations_(tables.sitechan.columns().texts("sta")),
-        channels_(tables.sitechan.columns().texts("chan")) {
+      : null_time_(tables.calibration.columns().null_real("time")),
+        null_end_time_(tables.calibration.columns().null_real("endtime")),
+        null_period_(tables.calibration.columns().null_real("calper")),
+        null_rate_(tables.calibration.columns().null_real("samprate")),
+        station_texts_(tables.sitechan.columns().texts("sta")),
+        channel_texts_(tables.sitechan.columns().texts("chan")) {
     rows_.made_of = tables.instrument.handle();
   }
+  CalibrationRows(const CalibrationRows&) = delete;
+  CalibrationRows& operator=(const CalibrationRows&) = delete;
 
   void add(const Epoch& epoch, std::uint32_t instrument, const Calibration& made) {
-    rows_.texts["sta"].push_back(stations_.text(epoch.sitechan));
-    rows_.texts["chan"].push_back(channels_.text(epoch.sitechan));
-    rows_.texts["units"].push_back(made.units);
-    add("time", seconds_of(epoch.span.begin, columns_.null_real("time")));
-    add("endtime", seconds_of(epoch.span.end, columns_.null_real("endtime")));
-    add("calib", made.calib);
-    add("calper", made.period.value_or(columns_.null_real("calper")));
-    add("samprate", made.rate.value_or(columns_.null_real("samprate")));
+    stations_.push_back(station_texts_.text(epoch.sitechan));
+    channels_.push_back(channel_texts_.text(epoch.sitechan));
+    units_.push_back(made.units);
+    times_.push_back(seconds_of(epoch.span.begin, null_time_));
+    end_times_.push_back(seconds_of(epoch.span.end, null_end_time_));
+    calibs_.push_back(made.calib);
+    periods_.push_back(made.period.value_or(null_period_));
+    rates_.push_back(made.rate.value_or(null_rate_));
     rows_.made_of_rows.push_back(instrument);
     ++rows_.count;
   }
@@ -119,12 +124,25 @@ class CalibrationRows {
   const AddedRows& rows() const { return rows_; }
 
  private:
-  void add(const char* field, double value) { rows_.reals[field].push_back(value); }
+  using Texts = std::vector<std::string_view>;
+  using Reals = std::vector<double>;
 
-  const TableColumns& columns_;
-  TextColumn stations_;
-  TextColumn channels_;
+  double null_time_;
+  double null_end_time_;
+  double null_period_;
+  double null_rate_;
+  TextColumn station_texts_;
+  TextColumn channel_texts_;
   AddedRows rows_;
+  // Its columns: there may be as many rows as epochs.
+  Texts& stations_ = rows_.texts["sta"];
+  Texts& channels_ = rows_.texts["chan"];
+  Texts& units_ = rows_.texts["units"];
+  Reals& times_ = rows_.reals["time"];
+  Reals& end_times_ = rows_.reals["endtime"];
+  Reals& calibs_ = rows_.reals["calib"];
+  Reals& periods_ = rows_.reals["calper"];
+  Reals& rates_ = rows_.reals["samprate"];
 };
 
 }  // namespace

@@ -171,23 +171,17 @@ class StageRows {
 
   void add(const Groups& groups, const ChainKey& key, std::string_view units, std::string_view folder,
            std::string_view file) {
-    std::string_view input = units;
     for (std::size_t group = 0; group < groups.size(); ++group) {
       const bool is_last = group + 1 == groups.size();
       const std::string_view output = is_last || groups[group].input_rate ? kDigital : kBetweenAnalogue;
-      const double first_gain = key.gain == 0 ? null_gain_ : key.gain;
-      const auto factor = groups[group].input_rate ? factor_of(groups, group, key.rate) : std::nullopt;
-      rows_.integers["stageid"].push_back(static_cast<std::int64_t>(group) + 1);
-      rows_.integers["decifac"].push_back(factor.value_or(null_factor_));
-      rows_.reals["gnom"].push_back(group == 0 ? first_gain : 1);
-      rows_.texts["iunits"].push_back(input);
-      rows_.texts["ounits"].push_back(output);
+      add_units(units, output);
+      add_numbers(groups, group, key);
       rows_.texts["gtype"].push_back(groups[group].type);
       rows_.texts["dir"].push_back(folder);
       rows_.texts["dfile"].push_back(file);
       rows_.made_of_rows.push_back(key.instrument);
       stages_.push_back({static_cast<std::uint32_t>(group), group == 0});
-      input = output;
+      units = output;
     }
     rows_.count = static_cast<std::uint32_t>(stages_.size());
   }
@@ -196,6 +190,19 @@ class StageRows {
   std::vector<InstrumentStage> take_stages() { return std::move(stages_); }
 
  private:
+  void add_units(std::string_view input, std::string_view output) {
+    rows_.texts["iunits"].push_back(input);
+    rows_.texts["ounits"].push_back(output);
+  }
+
+  void add_numbers(const Groups& groups, std::size_t group, const ChainKey& key) {
+    const double first_gain = key.gain == 0 ? null_gain_ : key.gain;
+    const auto factor = groups[group].input_rate ? factor_of(groups, group, key.rate) : std::nullopt;
+    rows_.integers["stageid"].push_back(static_cast<std::int64_t>(group) + 1);
+    rows_.integers["decifac"].push_back(factor.value_or(null_factor_));
+    rows_.reals["gnom"].push_back(group == 0 ? first_gain : 1);
+  }
+
   double null_gain_;
   std::int64_t null_factor_;
   AddedRows rows_;

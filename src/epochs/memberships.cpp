@@ -55,6 +55,28 @@ std::vector<Membership> memberships_of(const LoadedTable& affiliation, const Cha
   return found;
 }
 
+// Whether a membership is not one of the same station in the same network as the one before it.
+bool begins(const std::vector<Membership>& found, std::size_t i) {
+  return i == 0 || !found[i].is_of_same(found[i - 1]);
+}
+
+// One row of snetsta for each station in each network.
+AddedRows rows_of(const LoadedTable& affiliation, const std::vector<Membership>& found) {
+  const TextColumn nets = affiliation.columns().texts("net");
+  const TextColumn stations = affiliation.columns().texts("sta");
+  AddedRows rows;
+  rows.made_of = affiliation.handle();
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    if (!begins(found, i)) continue;
+    rows.texts["snet"].push_back(nets.text(found[i].row));
+    rows.texts["fsta"].push_back(stations.text(found[i].row));
+    rows.texts["sta"].push_back(stations.text(found[i].row));
+    rows.made_of_rows.push_back(found[i].row);
+    ++rows.count;
+  }
+  return rows;
+}
+
 }  // namespace
 
 Memberships::Memberships(Dbptr db, StationTables* tables, const ChannelOrder& order)
@@ -62,29 +84,17 @@ Memberships::Memberships(Dbptr db, StationTables* tables, const ChannelOrder& or
   const std::vector<bool> wanted = stations_without_codes(*tables, order);
   if (std::find(wanted.begin(), wanted.end(), true) == wanted.end() || !has_table(db, kAffiliation)) return;
   const LoadedTable affiliation(db, kAffiliation);
+  if (!affiliation.columns().has("net") || !affiliation.columns().has("sta")) return;
+  const std::vector<Membership> found = memberships_of(affiliation, order, wanted);
+  tables->snetsta = LoadedTable("snetsta", with_rows(tables->snetsta, rows_of(affiliation, found)));
   const bool has_times = affiliation.columns().has("time") && affiliation.columns().has("endtime");
   const auto times = has_times ? std::optional<TimeTable>(std::in_place, db, kAffiliation) : std::nullopt;
-  const std::vector<Membership> found = memberships_of(affiliation, order, wanted);
-  const TextColumn nets = affiliation.columns().texts("net");
-  const TextColumn stations = affiliation.columns().texts("sta");
-  AddedRows rows;
-  rows.made_of = affiliation.handle();
   for (std::size_t i = 0; i < found.size(); ++i) {
-    const std::uint32_t row = found[i].row;
-    const bool is_new = i == 0 || !found[i].is_of_same(found[i - 1]);
-    if (is_new) {
-      rows.texts["snet"].push_back(nets.text(row));
-      rows.texts["fsta"].push_back(stations.text(row));
-      rows.texts["sta"].push_back(stations.text(row));
-      rows.made_of_rows.push_back(row);
-      first_span_.push_back(first_span_.back());
-    }
-    spans_.push_back(times ? times->held(row).span : Span{});
+    if (begins(found, i)) first_span_.push_back(first_span_.back());
+    spans_.push_back(times ? times->held(found[i].row).span : Span{});
     ++first_span_.back();
     are_limited_ = are_limited_ || spans_.back() != Span{};
   }
-  rows.count = static_cast<std::uint32_t>(rows.made_of_rows.size());
-  tables->snetsta = LoadedTable("snetsta", with_rows(tables->snetsta, rows));
 }
 
 bool Memberships::hold(std::uint32_t snetsta, const Span& span) const {
