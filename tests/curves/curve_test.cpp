@@ -10,6 +10,7 @@
 
 #include "curves/made_document.h"
 #include "curves/response_document.h"
+#include "curves/station_schema.h"
 
 namespace triglub_curves {
 
@@ -204,6 +205,11 @@ TEST(ResponseDocument, OfTwoCoefficientsEachHasItsNumber) {
   const auto& filter = std::get<Coefficients>(epoch.stages.at(0).filter);
   EXPECT_EQ(filter.numerators.at(1).number, 2);
   EXPECT_EQ(filter.numerators.at(1).value.value, 3);
+}
+
+TEST(StationSchema, TellsWhatItHasAgainstADocument) {
+  if (!has_schema("1.2")) GTEST_SKIP() << "no schema";
+  EXPECT_NE(faults_of(document_of(stage("", 1, 1)), "1.2"), "") << "a document without what all have";
 }
 
 struct Refused {

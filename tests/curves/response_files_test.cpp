@@ -1,4 +1,5 @@
-// Random response files and what becomes of them in the document: every number is the one that the file has.
+// Random response files and what becomes of them in the document: every number is the one that the file has. The
+// documents are held to the published schemas too, where these are at hand.
 //
 // FILES_SEED in the environment repeats one case that failed, FILES_CASES sets the number of cases.
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 
 #include "curves/library_document.h"
 #include "curves/response_document.h"
+#include "curves/station_schema.h"
 #include "reference/edition2/random_files.h"
 #include "reference/response_text.h"
 #include "support/flat_database.h"
@@ -225,6 +227,12 @@ void write(const std::vector<Put>& puts, FlatDatabase& files) {
   }
 }
 
+void expect_valid(const std::string& document) {
+  for (const char* version : {"1.1", "1.2"}) {
+    EXPECT_EQ(has_schema(version) ? faults_of(document, version) : "", "") << version;
+  }
+}
+
 // The seed of each case that failed is told.
 void read_back(std::uint64_t seed, FirForm form) {
   SCOPED_TRACE("FILES_SEED=" + std::to_string(seed));
@@ -234,7 +242,9 @@ void read_back(std::uint64_t seed, FirForm form) {
   FlatDatabase files;
   write(puts, files);
   const std::string form_key = form == FirForm::fir ? "" : "fir_filters Coefficients\n";
-  const auto epochs = read_responses(shipped_document(files.write(), form_key));
+  const std::string document = shipped_document(files.write(), form_key);
+  expect_valid(document);
+  const auto epochs = read_responses(document);
   ASSERT_EQ(epochs.size(), puts.size());
   for (std::size_t i = 0; i < puts.size(); ++i) {
     SCOPED_TRACE(triglub_reference::response_text(puts[i].file));

@@ -1,5 +1,5 @@
-// The columns of both are put together, so that all that reads a table reads this one as fast. The texts of numbers
-// stay those that the rows of the table have; of the others they are made by the schema's formats.
+// The columns of both are put together, so that all that reads a table reads this one as fast. The texts of numbers stay
+// those that the rows of the table have; of the others they are the shortest, for a format might not have all digits.
 #include "engine/operations/extended_table.h"
 
 #include <stdexcept>
@@ -92,7 +92,7 @@ std::unique_ptr<const Table> table_of(const Table& like, const AddedRows& rows) 
   TableContents contents;
   for (const FieldSchema& field : like.schema().fields) contents.columns.push_back(column_of(field, rows));
   contents.row_count = rows.count;
-  contents.number_texts = texts_by_format(like.schema());
+  contents.number_texts = shortest_texts();
   return std::make_unique<const Table>(like.schema(), like.directory(), std::move(contents));
 }
 

@@ -147,5 +147,77 @@ TEST_F(Columns, NumbersThatWereWorkedOutReadBack) {
   EXPECT_THAT(texts_of(together, "x"), ElementsAre("1e-07", "1e+300", "946684800.123456", "0"));
 }
 
+// Three rows of site, and two that are made of rows of affiliation.
+class AddedRowsOfSite : public Columns {
+ protected:
+  static triglub::AddedRows rows(Dbptr made_of) {
+    triglub::AddedRows rows;
+    rows.count = 2;
+    rows.texts["sta"] = {"NEW", "B"};
+    rows.reals["lat"] = {1.25, -2};
+    rows.made_of = made_of;
+    rows.made_of_rows = {2, 0};
+    return rows;
+  }
+};
+
+TEST_F(AddedRowsOfSite, StandBehindThoseOfTheTable) {
+  const TableColumns before(table("site"));
+  const Dbptr made = triglub::with_added_rows(table("site"), rows(table("site")));
+  ASSERT_TRUE(is_view(made));
+  const TableColumns after(made);
+  ASSERT_EQ(after.row_count(), before.row_count() + 2);
+  for (std::uint32_t row = 0; row < before.row_count(); ++row) {
+    EXPECT_EQ(after.texts("sta").codes()[row], before.texts("sta").codes()[row]);
+    EXPECT_EQ(after.reals("lat")[row], before.reals("lat")[row]);
+    EXPECT_EQ(after.place(row), before.place(row));
+  }
+  EXPECT_EQ(after.texts("sta").text(before.row_count()), "NEW");
+  EXPECT_EQ(after.texts("sta").text(before.row_count() + 1), "B");
+  EXPECT_EQ(after.reals("lat")[before.row_count()], 1.25);
+  EXPECT_EQ(after.reals("lon")[before.row_count()], after.null_real("lon"));
+  EXPECT_TRUE(after.texts("staname").is_null(before.row_count()));
+  EXPECT_EQ(after.place(before.row_count()), before.place(2));
+  EXPECT_EQ(after.place(before.row_count() + 1), before.place(0));
+  triglub::release_view(made);
+}
+
+TEST_F(AddedRowsOfSite, AreFoundAsOthersAre) {
+  const Dbptr made = triglub::with_added_rows(table("site"), rows(table("site")));
+  const Texts before = texts_of(table("site"), "lat");
+  Texts all = before;
+  all.insert(all.end(), {"1.25", "-2"});
+  EXPECT_EQ(texts_of(made, "lat"), all);
+  EXPECT_THAT(texts_of(dbsubset(made, "sta =~ /NEW/", nullptr), "lat"), ElementsAre("1.25"));
+  EXPECT_THAT(texts_of(dbsubset(made, "lat == -2", nullptr), "sta"), ElementsAre("B"));
+}
+
+TEST_F(AddedRowsOfSite, StayWithTheViewsThatAreMadeOfThem) {
+  const Dbptr made = triglub::with_added_rows(table("site"), rows(table("site")));
+  std::vector<ViewPart> parts(1);
+  parts[0].table = made;
+  parts[0].rows = {3, 0};
+  const Dbptr together = put_together(tables_.db(), std::move(parts), "rows");
+  triglub::release_view(made);
+  EXPECT_THAT(texts_of(together, "lat"), ElementsAre("1.25", texts_of(table("site"), "lat")[0]));
+}
+
+TEST_F(AddedRowsOfSite, AreNoneWhereNothingIsAdded) {
+  EXPECT_EQ(triglub::with_added_rows(table("site"), {}), table("site"));
+}
+
+TEST_F(AddedRowsOfSite, HaveToFitTheTable) {
+  for (const char* field : {"nosuch", "ondate", "sta"}) {
+    triglub::AddedRows wrong = rows(table("site"));
+    wrong.reals[field] = {1, 2};
+    EXPECT_THROW(triglub::with_added_rows(table("site"), wrong), std::logic_error) << field;
+  }
+  triglub::AddedRows shorter = rows(table("site"));
+  shorter.texts["staname"] = {"one"};
+  EXPECT_THROW(triglub::with_added_rows(table("site"), shorter), std::logic_error);
+  EXPECT_FALSE(is_view(triglub::with_added_rows(table("site"), rows(Dbptr()))));
+  EXPECT_FALSE(is_view(triglub::with_added_rows(tables_.db(), rows(table("site")))));
+}
+
 }  // namespace
 }  // namespace triglub_test

@@ -23,6 +23,7 @@ struct Tree {
   std::map<std::string, Group> groups;
   std::map<std::string, std::string> unit_spellings = {};  // by the unit that the tables have
   std::string fir_filters = "FIR";                         // or Coefficients
+  std::string calib_units = "m";
 };
 
 enum class Level { network, station, channel, response };

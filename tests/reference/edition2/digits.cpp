@@ -30,12 +30,6 @@ double half_by_digits(int digits, double number) {
   return read("5e" + std::to_string(exponent - digits));
 }
 
-// Of two that come together; 0 is no doubt.
-double smaller(double a, double b) {
-  if (a == 0) return b;
-  return b == 0 ? a : std::min(a, b);
-}
-
 double finite(double doubt) { return std::isfinite(doubt) ? doubt : 0; }
 
 class Doubts {
@@ -110,6 +104,11 @@ double half_place(const Field& field, double number) {
 
 double doubt_at(const Node& node, const Record& record, const RecordList& of_element) {
   return Doubts(record, of_element).of(node);
+}
+
+double smaller(double a, double b) {
+  if (a == 0) return b;
+  return b == 0 ? a : std::min(a, b);
 }
 
 double fewest_digits(double number, double doubt) {

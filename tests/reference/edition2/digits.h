@@ -17,6 +17,9 @@ double half_place(const Field& field, double number);
 // By how much the value at a record may be off; 0 when it is exact. REQUIRES: the value is there.
 double doubt_at(const Node& node, const Record& record, const RecordList& of_element);
 
+// Of two doubts that come together; 0 is none.
+double smaller(double a, double b);
+
 // The number with the fewest digits that is no further away than the doubt; 0 when that is no further.
 double fewest_digits(double number, double doubt);
 

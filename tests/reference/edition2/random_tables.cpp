@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "reference/edition2/random_case.h"
+#include "reference/edition2/random_files.h"
 #include "reference/edition2/random_stages.h"
 
 namespace triglub_reference::edition2 {
@@ -59,16 +60,50 @@ class TableMaker {
   }
 
   void add_instrument() {
-    add("instrument", "rsptype",
-        {{"inid", random_.pick({"1", "2", "-1"})},
-         {"insname", random_.pick({"STS-2", "a <b>", "-", "12.50"})},
-         {"samprate", random_.pick({"40.0000000", "100", "-1.0000000", "0.0", "0.1"})}});
+    Row row = {{"inid", random_.pick({"1", "2", "-1"})},
+               {"insname", random_.pick({"STS-2", "a <b>", "-", "12.50"})},
+               {"samprate", random_.pick({"40.0000000", "100", "-1.0000000", "0.0", "0.1"})},
+               {"ncalib", random_.pick({"1.000000", "", "0.4", "0.063500", "2400", "-1.5", "0", "1.25"})},
+               {"ncalper", random_.pick({"1", "-1.000000", "20", "0.3"})}};
+    if (random_.percent(60)) name_chain(row);
+    add("instrument", "rsptype", row);
+    std::string& type = tables_.rows["instrument"].back()["rsptype"];
+    type.insert(0, random_.pick({"", "V", "a", "D", "x"}));
+  }
+
+  // A file with the filters of a whole response: of ground motion first, then digital ones whose rates go down.
+  void name_chain(Row& row) {
+    row["dir"] = random_.pick({"resp", "-"});
+    row["dfile"] = random_.pick({"chain", "whole", "missing"});
+    const std::string name = (row["dir"] == "-" ? "" : row["dir"] + "/") + row["dfile"];
+    if (row["dfile"] == "missing" || tables_.files.contains(name)) return;
+    ResponseFile file = random_file(random_);
+    if (random_.percent(60)) file.filters = {plain_sensor()};
+    int rate = random_.pick({"400", "800", "2000", "300"}) == "300" ? 300 : 800;
+    for (int n = random_.between(0, 3); n > 0; --n) {
+      file.filters.push_back(random_filter(random_, random_.pick({"fir", "fir", "iir", "paz"})));
+      Filter& last = file.filters.back();
+      if (last.type == "fir" || last.type == "iir") last.head[0] = std::to_string(rate);
+      rate /= 2;
+    }
+    tables_.files[name] = file;
+  }
+
+  Filter plain_sensor() {
+    if (random_.percent(50)) {
+      return {"paz", {"1"}, {{"-0.037", "0.037"}, {"-0.037", "-0.037"}, {"-1131", "0"}}, {{"0", "0"}, {"0", "0"}}};
+    }
+    return {"fap", {}, {{"0.01", "0.5", "90"}, {"0.5", "2", "10"}, {"2", "1.5", "-30"}, {"10", "0.1", "-400"}}, {}};
   }
 
   std::string any_network() { return random_.pick({"KR", "KR", "KR", "K", "A&B", "K", "-", "*"}); }
 
   void add_station(const std::string& sta) {
-    for (int n = random_.percent(70) ? 1 : random_.between(0, 4); n > 0; --n) {
+    const bool is_core = random_.percent(30);
+    for (int n = is_core ? random_.between(1, 3) : random_.percent(10); n > 0; --n) {
+      tables_.rows["affiliation"].push_back({{"net", any_network()}, {"sta", sta}});
+    }
+    for (int n = is_core ? 0 : random_.percent(70) ? 1 : random_.between(0, 4); n > 0; --n) {
       add("snetsta", "auth", {{"snet", any_network()}, {"fsta", random_.percent(70) ? sta : "F"}, {"sta", sta}});
     }
     for (int n = random_.percent(90) ? random_.between(1, 3) : 0; n > 0; --n) add_site(sta);
@@ -116,7 +151,8 @@ class TableMaker {
     row = instants(row);
     row["inid"] = random_.pick({"1", "2", "3", "-1"});
     row["chanid"] = random_.pick({"1", "1", "2", "-1", "-1"});
-    row["calratio"] = random_.pick({"1", "-1.000000", "0.5"});
+    row["calratio"] = random_.pick({"1", "-1.000000", "0.5", "1.0005"});
+    row["calper"] = random_.pick({"-1.000000", "-1.000000", "1", "10", "0"});
     add("sensor", "tshift", row);
   }
 

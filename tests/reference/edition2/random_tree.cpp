@@ -172,6 +172,7 @@ void add_options(Random& random, Tree& tree) {
     if (random.percent(15)) tree.unit_spellings[unit] = random.pick({"count", "m/s", "V", "R&D"});
   }
   tree.fir_filters = random.percent(80) ? "FIR" : "Coefficients";
+  tree.calib_units = random.pick({"m", "m", "m/s", "Pa"});
 }
 
 // A transparent group with one element for each value of an expression.

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "reference/edition2/core_rows.h"
 #include "reference/edition2/epochs.h"
 #include "reference/edition2/stages.h"
 
@@ -63,11 +64,15 @@ Span hull(const Span& a, const Span& b) { return {std::min(a.begin, b.begin), st
 
 class ViewMaker {
  public:
-  explicit ViewMaker(const Request& request) : request_(request), tables_(request.tables) {}
+  explicit ViewMaker(const Request& request)
+      : request_(request),
+        view_{std::make_shared<const Tables>(with_memberships(request.tables)), {}, {}},
+        tables_(*view_.tables) {}
 
   View make() {
     check_dates();
     epochs_ = channel_epochs(tables_);
+    for (Epoch& epoch : epochs_) complete(epoch);
     add_channels();
     add_places_without_channels();
     const auto is_not_network = [](Table table) { return table != NETWORK; };
@@ -122,6 +127,19 @@ class ViewMaker {
       if (inid && number_in(&row, INSTRUMENT, "inid") == inid) rows.push_back(&row);
     }
     return newest(rows, INSTRUMENT);
+  }
+
+  void complete(Epoch& epoch) {
+    const Row* instrument = instrument_of(epoch.rows.sensor);
+    if (epoch.rows.calibration == nullptr) {
+      auto row = nominal_calibration(epoch.rows.sitechan, epoch.rows.sensor, instrument, epoch.span,
+                                     request_.tree.calib_units);
+      if (row) epoch.rows.calibration = computed(std::move(*row));
+    }
+    if (!epoch.rows.stages.empty()) return;
+    for (const Row& stage : instrument_stages(instrument, epoch.rows.calibration, tables_.files)) {
+      epoch.rows.stages.push_back(computed(stage));
+    }
   }
 
   void add_channels() {
@@ -325,8 +343,8 @@ class ViewMaker {
   }
 
   const Request& request_;
-  const Tables& tables_;
   View view_;
+  const Tables& tables_;
   std::vector<Epoch> epochs_;
   Drafts drafts_;
   Drafts chosen_;

@@ -3,6 +3,7 @@
 #define TRIGLUB_TESTS_REFERENCE_EDITION2_RECORDS_H
 
 #include <deque>
+#include <memory>
 #include <vector>
 
 #include "reference/edition2/case.h"
@@ -11,6 +12,7 @@
 namespace triglub_reference::edition2 {
 
 struct View {
+  std::shared_ptr<const Tables> tables;  // with the codes that they lack
   std::vector<Record> records;
   std::deque<Row> computed;  // the rows of epoch, station_epoch, network_epoch and chain
 };

@@ -6,18 +6,14 @@
 #include <cstdlib>
 #include <optional>
 
-#include "reference/edition2/plain_digits.h"
+#include "reference/edition2/core_rows.h"
+#include "reference/edition2/digits.h"
 #include "reference/edition2/records.h"
 #include "reference/edition2/xml_text.h"
 
 namespace triglub_reference::edition2 {
 
 namespace {
-
-constexpr int kDecimalsOfRates = 7;
-constexpr int kDecimalsOfPeriods = 6;
-constexpr int kDecimalsOfGainRatios = 6;
-constexpr int kDigitsOfGains = 8;
 
 double number(const std::string& text) { return std::strtod(text.c_str(), nullptr); }
 
@@ -47,9 +43,11 @@ bool is_known_type(const std::string& type) {
 // The filter of a file that can be used.
 const Filter* usable_filter(const Record& record, const ResponseFiles& files) {
   const auto file = files.find(file_name(record));
-  const bool is_usable = file != files.end() && file->second.readable && file->second.filters.size() == 1 &&
-                         is_known_type(file->second.filters[0].type);
-  return is_usable ? &file->second.filters[0] : nullptr;
+  if (file == files.end() || !file->second.readable) return nullptr;
+  const auto group = group_of(record[STAGE]);
+  if (!group && file->second.filters.size() != 1) return nullptr;
+  const Filter& filter = file->second.filters[group.value_or(0)];
+  return is_known_type(filter.type) ? &filter : nullptr;
 }
 
 // Null: the stage has none.
@@ -72,25 +70,29 @@ struct Known {
   double value;
   double doubt = 0;
 
-  std::string text() const { return digits_within(value, doubt); }
+  std::string text() const { return shortest(fewest_digits(value, doubt)); }
 };
+
+// Of a field of stage or of calibration.
+double doubt_of(const char* field, double number) { return half_place(find_field(field).value(), number); }
 
 Known gain_of(const Record& record) {
   const double nominal = *of_stage(record, "gnom");
   const double ratio = of_stage(record, "gcalib").value_or(1);
   if (ratio == 1) return {nominal};
-  const double doubt_of_ratio = doubt_of_decimals(ratio, kDecimalsOfGainRatios);
+  const double doubt_of_ratio = doubt_of("stage.gcalib", ratio);
   if (nominal == 1) return {ratio, doubt_of_ratio};
-  return {nominal * ratio, smaller_doubt(std::abs(ratio) * doubt_of_digits(nominal, kDigitsOfGains),
-                                         std::abs(nominal) * doubt_of_ratio)};
+  return {nominal * ratio,
+          smaller(std::abs(ratio) * doubt_of("stage.gnom", nominal), std::abs(nominal) * doubt_of_ratio)};
 }
 
 std::optional<Known> frequency_of(const Record& record) {
-  if (const auto frequency = of_calibration(record, "fc")) return Known{*frequency};
+  const auto frequency = of_calibration(record, "fc");
+  if (frequency && !group_of(record[STAGE])) return Known{*frequency};
   const auto period = of_calibration(record, "calper");
   if (!period || !(*period > 0)) return std::nullopt;
   if (*period == 1) return Known{1};
-  return Known{1 / *period, doubt_of_decimals(*period, kDecimalsOfPeriods) / (*period * *period)};
+  return Known{1 / *period, doubt_of("calibration.calper", *period) / (*period * *period)};
 }
 
 long factor_of(const Record& record) { return static_cast<long>(of_stage(record, "decifac").value_or(1)); }
@@ -101,7 +103,7 @@ Known input_rate(const Record& record, const Filter* filter) {
   const auto factor = static_cast<double>(factor_of(record));
   if (!rate) return {filter == nullptr ? 0 : nth(filter->head, 0)};
   if (*rate == 1) return {factor};
-  return {*rate * factor, doubt_of_decimals(*rate, kDecimalsOfRates) * factor};
+  return {*rate * factor, doubt_of("stage.samprate", *rate) * factor};
 }
 
 double output_rate(const Record& record, const Filter* filter) {
@@ -163,10 +165,20 @@ bool has_rate(const Record& record, const Filter* filter) {
   return factor_of(record) >= 1 && rate > 0 && std::isfinite(rate) && std::isfinite(delay_of(record, filter).value);
 }
 
+// The first stage of a chain of an instrument is normalized at the frequency of its gain.
+bool is_normalized(const Record& record, const Filter* filter) {
+  return group_of(record[STAGE]) == 0u && filter != nullptr && !is_fir_or_iir(filter);
+}
+
+std::optional<double> normalization_of(const Record& record, const Filter* filter) {
+  return edition2::normalization_of(*filter, number(frequency_of(record)->text()));
+}
+
 bool is_whole(const Record& record, const ResponseFiles& files) {
   if (of_stage(record, "stageid").value_or(0) < 1 || !is_finite_gain(record)) return false;
   if (!file_name(record).empty() && usable_filter(record, files) == nullptr) return false;
   const Filter* filter = filter_of(record, files);
+  if (is_normalized(record, filter) && !normalization_of(record, filter)) return false;
   return !is_digital(record, filter) || has_rate(record, filter);
 }
 
@@ -289,7 +301,12 @@ class StageWriter {
   }
 
   void write_poles_zeros() {
-    open_poles_zeros(shortest(nth(filter_->head, 0)), filter_->head.size() > 1 ? shortest(nth(filter_->head, 1)) : "1");
+    if (is_normalized(record_, filter_)) {
+      open_poles_zeros(shortest(*normalization_of(record_, filter_)), frequency_of(record_)->text());
+    } else {
+      open_poles_zeros(shortest(nth(filter_->head, 0)),
+                       filter_->head.size() > 1 ? shortest(nth(filter_->head, 1)) : "1");
+    }
     write_roots("Zero", filter_->second, 0);
     write_roots("Pole", filter_->first, filter_->second.size());
     lines_.close("PolesZeros");
@@ -305,13 +322,14 @@ class StageWriter {
   }
 
   void write_list() {
+    const double divisor = is_normalized(record_, filter_) ? *normalization_of(record_, filter_) : 1;
     lines_.open("ResponseList");
     write_units();
     for (const Numbers& row : filter_->first) {
       const double phase = nth(row, 2);
       lines_.open("ResponseListElement");
       lines_.line(number_element("Frequency", nth(row, 0), 0));
-      lines_.line(number_element("Amplitude", nth(row, 1), nth(row, 3)));
+      lines_.line(number_element("Amplitude", nth(row, 1) / divisor, nth(row, 3) / divisor));
       lines_.line(number_element("Phase", std::abs(phase) > 360 ? std::fmod(phase, 360) : phase, nth(row, 4)));
       lines_.close("ResponseListElement");
     }

@@ -216,6 +216,7 @@ std::string group_lines(const std::string& name, const Group& group) {
 
 std::string options_text(const Tree& tree) {
   std::string text = tree.fir_filters == "FIR" ? "" : "fir_filters " + tree.fir_filters + "\n";
+  if (tree.calib_units != "m") text += "calib_units " + tree.calib_units + "\n";
   if (tree.unit_spellings.empty()) return text;
   text += "unit_spellings units\nunits &Arr{\n";
   for (const auto& [unit, spelling] : tree.unit_spellings) text.append("    " + unit + " " + spelling + "\n");

@@ -130,6 +130,24 @@ TEST(Nulls, MakeFunctionsNull) {
   });
 }
 
+TEST(Agreed, IsTheFirstUnlessTheSecondIsTheSame) {
+  expect_texts({
+      {"agreed(3, 3)", "3"},
+      {"agreed(3, 3.0)", "3"},
+      {"agreed(3, 4)", "3"},
+      {"agreed(0.3, 0.1 + 0.2)", "0.3"},
+      {"agreed(elev, 2)", "1.645"},
+      {"agreed(offdate, 3)", "null"},
+      {"agreed(offdate, 1 / 0)", "null"},
+      {"agreed(3, offdate)", "3"},
+      {"agreed(3, 1 / 0)", "fails"},
+      {"agreed(1 / 0, 3)", "fails"},
+      {"agreed(lat, endtime) + 1", "43.6375"},
+      {"concat(agreed(1, 1), 'x')", "1x"},
+      {"agreed(count(sta), 2)", "2"},
+  });
+}
+
 TEST(Nulls, AreEmptyToConcat) {
   expect_texts({
       {"concat(refsta)", ""},
@@ -239,6 +257,12 @@ TEST(OverRecords, EarliestIsTheLeastButNull) {
 
 TEST(OverRecords, LatestIsTheGreatestOrNull) {
   expect_texts({
+      {"last(chan)", "BHN"},
+      {"last(concat(sta, '.', chan))", "AAK.BHN"},
+      {"last(endtime)", "3600"},
+      {"last(inid)", "null"},
+      {"last(elev) - first(elev)", "0.355"},
+      {"last(1 / (elev - 2))", "fails"},
       {"latest(elev)", "2"},
       {"latest(time)", "978307200"},
       {"latest(sta)", "BFO"},
@@ -325,7 +349,8 @@ TEST(NullableExpressions, SayWhatDoesNotCompile) {
 }
 
 TEST(NullableExpressions, AreUnknownWhereNullsAreValues) {
-  for (const char* text : {"assume(lat, 1)", "first(sta)", "earliest(lat)", "latest(lat)", "count(sta)"}) {
+  for (const char* text :
+       {"agreed(lat, 1)", "assume(lat, 1)", "first(sta)", "last(sta)", "earliest(lat)", "latest(lat)", "count(sta)"}) {
     Fault fault{};
     EXPECT_EQ(compile(text, dbSTRING, &fault), nullptr) << text;
     EXPECT_THAT(fault.text, testing::StartsWith("expected a function, found no \""));

@@ -97,14 +97,14 @@ class Generator {
       case 1:
         return "is_null(" + (one_in(2) ? text(depth - 1) : number(depth - 1)) + ")";
       case 2:
-        return "assume(" + number(depth - 1) + "," + number(depth - 1) + ")";
+        return one_of({"assume(", "agreed("}) + number(depth - 1) + "," + number(depth - 1) + ")";
       default:
-        return one_of({"first(", "earliest(", "latest("}) + number(depth - 1) + ")";
+        return one_of({"first(", "last(", "earliest(", "latest("}) + number(depth - 1) + ")";
     }
   }
   std::string text_of_nullable_call(int depth) {
     if (one_in(2)) return "assume(" + text(depth - 1) + "," + text(depth - 1) + ")";
-    return one_of({"first(", "earliest(", "latest("}) + text(depth - 1) + ")";
+    return one_of({"first(", "last(", "earliest(", "latest("}) + text(depth - 1) + ")";
   }
   // Most often near the ends of a short text.
   std::string position(int depth) {

@@ -225,6 +225,14 @@ Part assume(const Parts& arguments) {
   return chosen;
 }
 
+// The fields of the station are exact, so only what is the same agrees.
+Part agreed(const Parts& arguments) {
+  if (arguments[0].type == Type::text || arguments[1].type == Type::text) throw Refused();
+  Part first = one_of(arguments[0], arguments[1], true);
+  const bool fails = arguments[0].fails || (!arguments[0].is_null && arguments[1].fails);
+  return fails ? failed(first.type) : first;
+}
+
 Part identity(const Parts& arguments) { return of_text(need_text(arguments[0])); }
 
 Part number_of(const Part& part) { return part.type == Type::text ? read(part.text) : part; }
@@ -313,8 +321,11 @@ const std::map<std::string, Function>& functions() {
 
 // Those of other meaning where nulls propagate, or that are only there.
 const std::map<std::string, Function>& nullable_functions() {
-  static const std::map<std::string, Function> all = {
-      {"assume", {2, assume}}, {"concat", {0, concat}}, {"is_null", {1, is_value_null}}, {"xml", {1, identity}}};
+  static const std::map<std::string, Function> all = {{"agreed", {2, agreed}},
+                                                      {"assume", {2, assume}},
+                                                      {"concat", {0, concat}},
+                                                      {"is_null", {1, is_value_null}},
+                                                      {"xml", {1, identity}}};
   return all;
 }
 
@@ -343,13 +354,13 @@ Part called_with_nulls(const std::string& name, const Parts& arguments) {
   const auto found = nullable_functions().find(name);
   if (found == nullable_functions().end()) return called(name, arguments);
   Part result = value_of(found->second, arguments);
-  if (name == "assume") return result;
+  if (name == "assume" || name == "agreed") return result;
   if (does_one_fail(arguments)) return failed(result.type);
   return name == "xml" && is_one_null(arguments) ? null(result.type) : result;
 }
 
 bool is_over_records(const std::string& name) {
-  return name == "first" || name == "earliest" || name == "latest" || name == "count";
+  return name == "first" || name == "last" || name == "earliest" || name == "latest" || name == "count";
 }
 
 bool is_less(const Part& a, const Part& b) {
@@ -389,7 +400,9 @@ Part latest(const Parts& values) {
 // The values are those at the records of an element.
 Part called_over_records(const std::string& name, const Parts& values) {
   if (name == "count") return counted(values);
-  Part result = name == "first" ? values[0] : name == "earliest" ? earliest(values) : latest(values);
+  Part result = name == "earliest" ? earliest(values) : latest(values);
+  if (name == "first") result = values.front();
+  if (name == "last") result = values.back();
   result.field.reset();
   return result;
 }
