@@ -2,7 +2,6 @@
 // those that are written do so already, and a symmetry would count them twice, it is the symmetry that is wrong.
 #include "checks/coefficient_checks.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numeric>
 
@@ -22,15 +21,8 @@ bool is_known_symmetry(const std::string& symmetry) {
   return symmetry == "NONE" || symmetry == "ODD" || symmetry == "EVEN";
 }
 
-// One after the other the same from either end.
-bool is_mirrored(const std::vector<double>& numbers) {
-  return std::equal(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(numbers.size() / 2),
-                    numbers.rbegin());
-}
-
 bool is_written_in_full(const Filter& filter) {
-  return is_mirrored(filter.numerators) && is_near_one(sum_of(filter.numerators)) &&
-         !is_near_one(sum_of(all_numerators(filter)));
+  return is_near_one(sum_of(filter.numerators)) && !is_near_one(sum_of(all_numerators(filter)));
 }
 
 // False after a finding.

@@ -73,7 +73,8 @@ std::optional<double> log_amplitude(const Filter& filter, const std::optional<do
   if (filter.is_digital && (!input_rate || *input_rate <= 0)) return std::nullopt;
   const Complex point = filter.is_digital ? point_of_circle(frequency, *input_rate) : point_of_axis(filter, frequency);
   if (filter.kind == FilterKind::poles_zeros) return known(of_roots(filter, point));
-  return known(of_coefficients(filter, filter.is_digital ? std::conj(point) : point));
+  // Delays turn the other way round the circle, which is the same to the amplitude of real coefficients.
+  return known(of_coefficients(filter, point));
 }
 
 std::vector<double> all_numerators(const Filter& filter) {

@@ -15,7 +15,7 @@ inline constexpr std::string_view kGoodDocument = R"(<?xml version="1.0" encodin
 <FDSNStationXML xmlns="http://www.fdsn.org/xml/station/1" xmlns:other="http://example.org/other" schemaVersion="1.2">
  <Source>test</Source>
  <Created>2020-01-01T00:00:00Z</Created>
- <Network code="XA" startDate="2000-01-01T00:00:00Z" other:note="x">
+ <Network code="XA" startDate="2000-01-01T00:00:00Z" other:code="?">
   <Description>&lt;good&gt; &#x4e; <![CDATA[<Latitude>999</Latitude>]]></Description>
   <TotalNumberStations>2</TotalNumberStations>
   <SelectedNumberStations>1</SelectedNumberStations>

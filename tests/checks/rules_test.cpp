@@ -419,6 +419,12 @@ std::vector<RuleCase> gain_cases() {
        {},
        ""},
       {"SensitivityAtNyquist", {{kHdf, "<Frequency>1<", "<Frequency>40<"}}, {"sensitivity-frequency"}, "sensitivity"},
+      {"SensitivityWithoutSamples",
+       {{kAce, "</SampleRate>",
+         "</SampleRate><Response><InstrumentSensitivity><Value>1</Value><Frequency>1</Frequency><InputUnits><Name>V</"
+         "Name></InputUnits><OutputUnits><Name>V</Name></OutputUnits></InstrumentSensitivity></Response>"}},
+       {},
+       ""},
       {"SensitivityBelowNyquist",
        {{kSensitivity, "<Frequency>5<", "<Frequency>49<"}, {kSensitivity, "<Value>1.2e9<", "<Value>0.82e9<"}},
        {},
@@ -445,6 +451,17 @@ std::vector<RuleCase> gain_cases() {
   };
 }
 
+// Stage 3 as a pole with the factor 0.5.
+std::vector<Edit> with_digital_pole(const std::string& pole) {
+  return {{kStage3, "<Coefficients>", "<PolesZeros>"},
+          {kStage3, "</Coefficients>", "</PolesZeros>"},
+          {kStage3, "<CfTransferFunctionType>DIGITAL</CfTransferFunctionType>",
+           "<PzTransferFunctionType>DIGITAL (Z-TRANSFORM)</PzTransferFunctionType>"
+           "<NormalizationFactor>0.5</NormalizationFactor><NormalizationFrequency>0</NormalizationFrequency>"
+           "<Pole><Real>" +
+               pole + "</Real><Imaginary>0</Imaginary></Pole>"}};
+}
+
 std::vector<RuleCase> filter_cases() {
   return {
       {"NotNormal",
@@ -466,6 +483,14 @@ std::vector<RuleCase> filter_cases() {
        {{kStage1, "<Real>-4.44<", "<Real>4.44<"}, {kStage1, "<Real>-4.44<", "<Real>4.44<"}},
        {"pole-unstable", "pole-unstable"},
        "stage 1"},
+      {"PoleRealButForNoise",
+       {{kStage1, "<Pole number=\"2\">",
+         "<Pole><Real>-100000</Real><Imaginary>0.001</Imaginary></Pole><Pole number=\"2\">"},
+        {kStage1, "<NormalizationFactor>1.0007980<", "<NormalizationFactor>100079.8<"}},
+       {},
+       ""},
+      {"DigitalPoleStable", with_digital_pole("0.5"), {}, ""},
+      {"DigitalPoleUnstable", with_digital_pole("1.5"), {"pole-unstable"}, "stage 3"},
       {"PoleAtTheOrigin",
        {{kStage1, "<Zero number=\"1\"><Real>0</Real>",
          "<Pole number=\"9\"><Real>0</Real><Imaginary>0</Imaginary></Pole><Zero number=\"1\"><Real>0</Real>"},
@@ -529,6 +554,10 @@ std::vector<RuleCase> number_cases() {
       {"NumberTooLarge", {{kStage4, ">0.1<", ">1e999<"}}, {"number"}, ""},
       {"NumberVerySmall", {{kHdf, "<Phase>0<", "<Phase>1e-999<"}}, {}, ""},
       {"NumberAmongBlanks", {{kHdf, "<Phase>0<", "<Phase> \n +0.0 \t<"}}, {}, ""},
+      {"TotalNoNumber",
+       {{kNetwork, "<TotalNumberStations>2<", "<TotalNumberStations>two<"}},
+       {"number"},
+       "XA 2000-01-01T00:00:00Z"},
       {"TotalBelowSelected",
        {{kNetwork, "<TotalNumberStations>2<", "<TotalNumberStations>0<"}},
        {"totals"},
