@@ -17,7 +17,7 @@ namespace {
 
 // "NET.STA" of a path; "NET" of a network's own; empty of the document's.
 std::string station_of(const std::string& path) {
-  const std::string codes = path.substr(0, path.find(' '));
+  std::string codes = path.substr(0, path.find(' '));
   const std::size_t network_end = codes.find('.');
   if (network_end == std::string::npos) return codes;
   return codes.substr(0, codes.find('.', network_end + 1));

@@ -41,13 +41,13 @@ std::string quoted(std::string_view text) {
 
 std::string text_of(double value) {
   std::array<char, 32> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+  char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
   return {text.data(), end};
 }
 
 std::string about(double value) {
   std::array<char, 32> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
+  char* const end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
   return {text.data(), end};
 }
 
