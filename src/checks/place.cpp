@@ -47,8 +47,7 @@ std::string text_of(double value) {
 
 std::string about(double value) {
   std::array<char, 32> text{};
-  const char* const end =
-      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
+  char* const end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6).ptr;
   return {text.data(), end};
 }
 
