@@ -71,7 +71,7 @@ class InstrumentFiles {
   std::string_view name(std::uint32_t instrument) const { return names_.text(instrument); }
   // Empty for none.
   std::string folder(std::uint32_t instrument) const {
-    const std::string own(folders_.is_null(instrument) ? "" : folders_.text(instrument));
+    std::string own(folders_.is_null(instrument) ? "" : folders_.text(instrument));
     if (elsewhere_.empty() || own.starts_with('/')) return own;
     return own.empty() ? elsewhere_ : elsewhere_ + "/" + own;
   }
