@@ -8,8 +8,8 @@
 
 namespace triglub {
 
-// What makes a filter 1 at a frequency: of poles and zeros their normalization factor, of a table what its amplitudes are
-// divided by.
+// What makes a filter 1 at a frequency: of poles and zeros their normalization factor, of a table what its amplitudes
+// are divided by.
 struct Normalization {
   double factor = 1;
   double frequency = 0;  // hertz

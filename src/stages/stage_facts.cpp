@@ -105,6 +105,7 @@ const char* StageTable::find_rates(std::uint32_t stage, StageFacts* facts) const
   if (factors_[stage] != null_factor_) facts->factor = factors_[stage];
   if (facts->factor < 1) return "a decimation factor (decifac) below 1";
   const auto factor = static_cast<double>(facts->factor);
+  facts->is_rate_stored = rate.has_value();
   facts->input_rate = rate ? *rate * factor : filter->fir().samprate;
   facts->output_rate = rate ? *rate : facts->input_rate / factor;
   if (!(facts->input_rate > 0) || !std::isfinite(facts->input_rate)) return "no sampling rate (samprate)";
@@ -119,7 +120,9 @@ void StageTable::find_delay(std::uint32_t stage, StageFacts* facts) const {
     facts->is_delay_known = samples.has_value();
     facts->delay = samples.value_or(0) / facts->input_rate;
   }
-  facts->correction = corrections_.at(stage).value_or(facts->delay);
+  const std::optional<double> correction = corrections_.at(stage);
+  facts->is_correction_stored = correction.has_value();
+  facts->correction = correction.value_or(facts->delay);
 }
 
 std::optional<StageFacts> StageTable::facts(std::uint32_t stage, std::uint32_t calibration, StageFault* fault) const {
@@ -147,13 +150,12 @@ void StageTable::round_gain(std::uint32_t stage, std::uint32_t calibration, Stag
 }
 
 void StageTable::round_rates(std::uint32_t stage, StageFacts* facts) const {
-  const std::optional<double> rate = rates_.at(stage);
-  if (!rate || *rate == 1) return;  // what files hold is exact, and 1 takes nothing from it
-  const bool is_correction_delay = !corrections_.at(stage);
+  // What files hold is exact, and 1 takes nothing from it.
+  if (!facts->is_rate_stored || facts->output_rate == 1) return;
   const double doubt = rates_.doubt(stage) * static_cast<double>(facts->factor);
   facts->delay = rounded_within(facts->delay, facts->delay / facts->input_rate * doubt);
   if (facts->factor != 1) facts->input_rate = rounded_within(facts->input_rate, doubt);
-  if (is_correction_delay) facts->correction = facts->delay;
+  if (!facts->is_correction_stored) facts->correction = facts->delay;
 }
 
 }  // namespace triglub

@@ -25,11 +25,13 @@ struct StageFacts {
   // Of a digital stage; rates in samples per second.
   bool is_digital = false;
   double input_rate = 0;
+  bool is_rate_stored = false;  // in the table, not in the file alone
   double output_rate = 0;
   std::int64_t factor = 1;
   double delay = 0;            // seconds
   bool is_delay_known = true;  // false: neither stated nor to be seen from the filter; the delay is 0
-  double correction = 0;       // seconds
+  bool is_correction_stored = false;
+  double correction = 0;  // seconds
 };
 
 // Why a stage cannot be written.

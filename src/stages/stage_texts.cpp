@@ -94,7 +94,8 @@ const std::string& StageTexts::block_of(const StageFacts& facts, const std::stri
 }
 
 const std::string& StageTexts::decimation_of(std::uint32_t stage, const StageFacts& facts, std::size_t depth) {
-  const DecimationKey key = {facts.input_rate, facts.factor, facts.delay, facts.correction, depth};
+  const DecimationKey key = {facts.input_rate, facts.output_rate, facts.is_rate_stored,       facts.factor,
+                             facts.delay,      facts.correction,  facts.is_correction_stored, depth};
   const auto known = decimations_.find(key);
   if (known != decimations_.end()) return known->second;
   forget_much();

@@ -51,7 +51,7 @@ class StageTexts final : public StageWriter {
   void forget_much();
 
   // What a decimation is written of.
-  using DecimationKey = std::tuple<double, std::int64_t, double, double, std::size_t>;
+  using DecimationKey = std::tuple<double, double, bool, std::int64_t, double, double, bool, std::size_t>;
 
   const StageTable& table_;
   const TreeOptions& options_;
