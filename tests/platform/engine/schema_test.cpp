@@ -198,7 +198,9 @@ TEST(BuiltinSchema, IsWhatTheShippedFileHolds) {
 TEST(KbCoreSchema, HasTheStandardTablesWithOtherWidths) {
   const Row widths = {{"site.lat", "%11.6f"},      {"site.lon", "%11.6f"},    {"sitechan.ctype", "%-1s"},
                       {"sensor.tshift", "%16.2f"}, {"network.auth", "%-20s"}, {"network.commid", "%9ld"}};
-  for (const TableSchema& table : Schema::kb_core()->tables()) {
+  unsetenv("TRIGLUB_PFPATH");
+  const auto schema = Schema::kb_core();
+  for (const TableSchema& table : schema->tables()) {
     const auto builtin = Schema::builtin();
     const TableSchema& standard = builtin->tables()[static_cast<std::size_t>(builtin->find(table.name))];
     for (const FieldSchema& field : table.fields) {
@@ -221,7 +223,7 @@ TEST(KbCoreSchema, HasTheStandardTablesWithOtherWidths) {
     EXPECT_EQ(table.name == "affiliation" ? "net sta time::endtime" : key_text(standard.primary),
               key_text(table.primary));
   }
-  EXPECT_EQ(Schema::kb_core()->tables().size(), Schema::builtin()->tables().size());
+  EXPECT_EQ(schema->tables().size(), Schema::builtin()->tables().size());
 }
 
 TEST(KbCoreSchema, HasTimesOfAffiliations) {
@@ -235,7 +237,10 @@ TEST(KbCoreSchema, HasTimesOfAffiliations) {
                                   "endtime %17.5f 9999999999.99900", "lddate %19.5f -9999999999.99900"));
 }
 
-TEST(KbCoreSchema, IsFoundByItsName) { EXPECT_EQ(Schema::named("kbcore", "/nowhere"), Schema::kb_core()); }
+TEST(KbCoreSchema, IsFoundByItsName) {
+  unsetenv("TRIGLUB_PFPATH");
+  EXPECT_EQ(Schema::named("kbcore", "/nowhere"), Schema::kb_core());
+}
 
 TEST(ParseKeyField, TellsRangesFromFields) {
   EXPECT_EQ(triglub::parse_key_field("sta"), (KeyField{"sta", ""}));
