@@ -161,8 +161,8 @@ void complete_calibrations(const Partners& partners, const std::string& units, S
     epoch.calibration = before + rows.rows().count;
     rows.add(epoch, instrument, *made);
   }
-  if (rows.rows().count > 0)
-    tables->calibration = TimeTable("calibration", with_rows(tables->calibration, rows.rows()));
+  if (rows.rows().count == 0) return;
+  tables->calibration = TimeTable("calibration", with_rows(tables->calibration, rows.rows()));
 }
 
 }  // namespace triglub

@@ -1,9 +1,12 @@
-// Patterns that name one text are compared, the others are left to RE2.
+// Patterns that name one text are compared, the others are left to RE2, whose answers are kept for a while.
 #include "engine/expression/matcher.h"
 
 #include <re2/re2.h>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -26,20 +29,49 @@ class LiteralMatcher final : public Matcher {
   std::string literal_;
 };
 
+// The answer to a question that was asked before. Matchers are told apart by number, as another may get the memory of
+// one that is gone.
+struct Answer {
+  std::uint64_t matcher = 0;
+  std::string text;
+  bool is_match = false;
+};
+
+// Records ask for a few codes and units again and again; an automaton takes much longer than to find them here. Threads
+// may share a matcher, so each has answers of its own.
+Answer& answer_for(std::uint64_t matcher, std::string_view text) {
+  constexpr std::size_t kAnswers = 64;
+  thread_local std::array<Answer, kAnswers> answers;
+  const std::size_t first = text.empty() ? 0 : static_cast<unsigned char>(text.front());
+  return answers[(matcher * 31 + text.size() * 7 + first) % kAnswers];
+}
+
 class PatternMatcher final : public Matcher {
  public:
-  explicit PatternMatcher(const std::string& pattern) : regex_(pattern, RE2::Quiet) {}
+  explicit PatternMatcher(const std::string& pattern) : regex_(pattern, RE2::Quiet), number_(next_number()) {}
 
   bool matches(std::string_view text) const override {
     const std::string_view core = trimmed(text);
-    return RE2::FullMatch(re2::StringPiece(core.data(), core.size()), regex_);
+    Answer& answer = answer_for(number_, core);
+    if (answer.matcher == number_ && answer.text == core) return answer.is_match;
+    const bool is_match = RE2::FullMatch(re2::StringPiece(core.data(), core.size()), regex_);
+    if (core.size() <= kLongestKept) answer = {number_, std::string(core), is_match};
+    return is_match;
   }
   const std::string* literal() const override { return nullptr; }
 
   const RE2& regex() const { return regex_; }
 
  private:
+  static constexpr std::size_t kLongestKept = 64;
+
+  static std::uint64_t next_number() {
+    static std::atomic<std::uint64_t> latest{0};
+    return ++latest;
+  }
+
   RE2 regex_;
+  std::uint64_t number_;
 };
 
 // A backslash before an ASCII character that is no letter or digit stands for that character in RE2; before others it
