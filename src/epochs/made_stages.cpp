@@ -66,7 +66,7 @@ void append(const Chain& chain, Epoch* epoch, std::vector<std::uint32_t>* stages
 
 std::vector<InstrumentStage> complete_stages(const Partners& partners, StationTables* tables, EpochList* epochs) {
   const TableColumns& instruments = tables->instrument.columns();
-  if (!instruments.has("dir") || !instruments.has("dfile") || !instruments.has("samprate")) return {};
+  if (!instruments.has("dir") || !instruments.has("dfile")) return {};
   ChainMaker maker(*tables);
   for (Epoch& epoch : epochs->epochs) {
     if (epoch.stage_count > 0) continue;
