@@ -136,6 +136,7 @@ TEST(ChainCheck, AGapIsClosedWhereUnitsAndRatesGoAcross) {
       {"other rates",
        {sensor, counter, {{"stageid", "4"}, {"iunits", "counts"}, {"samprate", "20"}, {"decifac", "2"}}},
        kBroken},
+      {"a rate behind none", {sensor, {{"stageid", "3"}, {"iunits", "V"}, {"samprate", "100"}}}, kClosed},
       {"no rate behind one", {sensor, counter, {{"stageid", "4"}, {"iunits", "counts"}}}, kBroken},
   };
   for (const GapCase& c : cases) EXPECT_THAT(told_of(c.stages), ElementsAre(StartsWith(c.told))) << c.what;

@@ -351,11 +351,11 @@ TEST_F(RecordExpressionsInDoubt, AgreeWithWhatIsWithinTheDoubt) {
     double doubt;
   } cases[] = {
       {"agreed(1 / calper, fc)", 0, "0.07", 0},
-      {"agreed(1 / calper, fc)", 1, "1", 0},                   // no fc
-      {"agreed(1 / calper, fc)", 2, "0.3333333", 5e-7 / 9},    // another
+      {"agreed(1 / calper, fc)", 1, "1", 0},                 // no fc
+      {"agreed(1 / calper, fc)", 2, "0.3333333", 5e-7 / 9},  // another
       {"agreed(fc, 1 / calper)", 0, "0.07000000140000", 0},  // as it is, and not as it could be written
-      {"agreed(calper, 14.2857145)", 0, "14.2857145", 0},      // half a place
-      {"agreed(calper, 14.2857146)", 0, "14.285714", 5e-7},    // and more
+      {"agreed(calper, 14.2857145)", 0, "14.2857145", 0},    // half a place
+      {"agreed(calper, 14.2857146)", 0, "14.285714", 5e-7},  // and more
       {"agreed(calper, 3)", 2, "3", 0},
       {"agreed(lat, 1 / 0)", 2, "null", 0},  // what is not needed is not asked
       {"agreed(lat, 1 / 0)", 0, "fails", 0},
