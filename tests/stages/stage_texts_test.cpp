@@ -89,6 +89,7 @@ TEST(StageTexts, AGainAloneWhereTheUnitsStay) { EXPECT_EQ(stages({{}}), in_root(
 
 TEST(StageTexts, TheGainIsTheNominalOneTimesItsCalibration) {
   EXPECT_EQ(stages({{{"gcalib", "1.5"}}}), in_root(in_stage("1", gain("3"))));
+  EXPECT_EQ(stages({{{"gnom", "3"}, {"gcalib", "0.1"}}}), in_root(in_stage("1", gain("0.3")))) << "without noise";
 }
 
 TEST(StageTexts, ThePeriodStandsForAFrequencyThatIsNotThere) {
