@@ -1,3 +1,4 @@
+// What is not there, or is no number, is left open here: each check tells for itself whether it needs it.
 #include "checks/channel.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// A stage that is a polynomial has no gain: the polynomial holds it.
 #include "checks/gain_checks.h"
 
 namespace triglub::checks {

@@ -1,3 +1,4 @@
+// Totals are compared where both are there: either may be left out.
 #include "checks/number_checks.h"
 
 #include "checks/vocabulary.h"

@@ -1,3 +1,4 @@
+// Only channels with samples need a response: logs and the like have none.
 #include "checks/stage_checks.h"
 
 namespace triglub::checks {

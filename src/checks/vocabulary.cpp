@@ -1,3 +1,4 @@
+// The names are in the order of the alphabet, for they are searched by halves.
 #include "checks/vocabulary.h"
 
 #include <algorithm>

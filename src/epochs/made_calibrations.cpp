@@ -2,10 +2,7 @@
 // as many digits as both hold.
 #include "epochs/made_calibrations.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <initializer_list>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -25,16 +22,6 @@ struct Calibration {
   std::string_view units;
 };
 
-bool has_all(const TableColumns& table, std::initializer_list<const char*> fields) {
-  return std::all_of(fields.begin(), fields.end(), [&](const char* field) { return table.has(field); });
-}
-
-// A schema of one's own may lack what others have.
-bool can_be_made(const StationTables& tables) {
-  return has_all(tables.instrument.columns(), {"ncalib", "ncalper", "samprate", "rsptype"}) &&
-         has_all(tables.sensor.columns(), {"calratio", "calper"});
-}
-
 class NominalCalibrations {
  public:
   NominalCalibrations(const TableColumns& sensor, const TableColumns& instrument, std::string_view units)
@@ -43,8 +30,9 @@ class NominalCalibrations {
         nominal_(instrument, "ncalib"),
         nominal_periods_(instrument, "ncalper"),
         rates_(instrument, "samprate"),
-        types_(instrument.texts("rsptype")),
-        units_(units) {}
+        units_(units) {
+    if (instrument.has("rsptype")) types_ = instrument.texts("rsptype");
+  }
 
   // Nothing where nothing is known. An instrument's null calibration is 1, which may well be meant: a period tells.
   std::optional<Calibration> of(std::uint32_t sensor, std::uint32_t instrument) const {
@@ -71,8 +59,8 @@ class NominalCalibrations {
   }
 
   std::string_view units_of(std::uint32_t instrument) const {
-    if (types_.is_null(instrument)) return units_;
-    switch (to_lower(types_.text(instrument).front())) {
+    if (!types_ || types_->is_null(instrument)) return units_;
+    switch (to_lower(types_->text(instrument).front())) {
       case 'd':
         return "m";
       case 'v':
@@ -89,7 +77,7 @@ class NominalCalibrations {
   StoredNumbers nominal_;
   StoredNumbers nominal_periods_;
   StoredNumbers rates_;
-  TextColumn types_;
+  std::optional<TextColumn> types_;
   std::string_view units_;
 };
 
@@ -149,7 +137,7 @@ class CalibrationRows {
 
 void complete_calibrations(const Partners& partners, const std::string& units, StationTables* tables,
                            EpochList* epochs) {
-  if (!can_be_made(*tables)) return;
+  if (!tables->instrument.columns().has("ncalib")) return;
   const NominalCalibrations nominal(tables->sensor.columns(), tables->instrument.columns(), units);
   const std::uint32_t before = tables->calibration.row_count();
   CalibrationRows rows(*tables);

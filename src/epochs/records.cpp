@@ -39,7 +39,7 @@ class RecordMaker {
     std::uint32_t number = 0;  // of the epoch, or the row of site
   };
 
-  void find_items(const PublishedStation& station);
+  void find_items(const PublishedStation& published);
   void drop_items_outside_membership(std::uint32_t snetsta);
   bool has_place(const PublishedStation& station) const;
   void make_station(const PublishedStation& station);

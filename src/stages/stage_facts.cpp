@@ -17,6 +17,11 @@ std::optional<double> delay_of(const StageFilter& filter) {
   return (static_cast<double>(filter.fir().numerators.size()) - 1) / 2;
 }
 
+const char* no_gain(bool is_of_instrument) {
+  return is_of_instrument ? "no calibration to take the gain from (calibration.calib, instrument.ncalib)"
+                          : "no gain (gnom)";
+}
+
 }  // namespace
 
 StageTable::StageTable(const ResponseTables& tables, const ResponseFiles& files)
@@ -60,7 +65,7 @@ std::optional<double> StageTable::channel_rate(std::uint32_t calibration, std::u
 
 const char* StageTable::find_gain(std::uint32_t stage, std::uint32_t calibration, StageFacts* facts) const {
   const std::optional<double> nominal = nominal_gains_.at(stage);
-  if (!nominal) return "no gain (gnom)";
+  if (!nominal) return no_gain(files_.instrument_stage(stage) != nullptr);
   facts->gain = *nominal * gain_calibrations_.at(stage).value_or(1);
   if (facts->gain == 0) return "a gain (gnom, gcalib) of 0";
   const std::optional<double> frequency = find_frequency(stage, calibration);

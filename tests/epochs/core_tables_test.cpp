@@ -1,6 +1,10 @@
 // Databases that lack rows of snetsta, calibration and stage: what is made of affiliation and instrument instead.
 #include <gmock/gmock.h>
 
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -130,7 +134,8 @@ MadeRows with_instrument(FieldTexts instrument, FieldTexts sensor = {{"calratio"
   return with(kStation, {{"snetsta", {}}, {"sensor", sensor}, {"instrument", instrument}});
 }
 
-constexpr const char* kOfCalibration = "concat(calib, \" \", calibration.calper, \" \", calibration.samprate, \" \", units)";
+constexpr const char* kOfCalibration =
+    "concat(calib, \" \", calibration.calper, \" \", calibration.samprate, \" \", units)";
 
 TEST(CoreTables, AnInstrumentTellsTheCalibration) {
   struct Case {
@@ -171,6 +176,68 @@ TEST(CoreTables, ACalibrationThatIsMadeHasTheTimeOfItsEpoch) {
               ElementsAre("1", "1"));
   EXPECT_EQ(made.shortened(records.place(triglub::kCalibration, 0)), "calibration:1");
   EXPECT_EQ(made.shortened(records.place(triglub::kCalibration, 1)), "instrument:1");
+}
+
+// The built-in schema without one field, and rows in its form.
+class NarrowDatabase {
+ public:
+  NarrowDatabase(const std::string& table, const std::string& field) : schema_(triglub_test::flat_schema()) {
+    std::erase_if(schema_.at(table), [&](const auto& known) { return known.name == field; });
+    files_.write_file("db", "schema ./own.pf\n");
+    files_.write_file("own.pf", text_without(table, field));
+  }
+  void add(const std::string& table, const FieldTexts& values) {
+    files_.add_line(table, triglub_test::flat_row(table, values, schema_));
+  }
+  Dbptr open() {
+    Dbptr db;
+    if (dbopen(files_.write().c_str(), "r", &db) != 0) throw std::runtime_error("dbopen");
+    return db;
+  }
+
+ private:
+  static std::string text_without(const std::string& table, const std::string& field) {
+    std::stringstream text;
+    text << std::ifstream(TRIGLUB_SOURCE_DIR "/data/schemas/css3.0.pf").rdbuf();
+    std::string schema = text.str();
+    const std::size_t line = schema.find("        " + field + " ", schema.find("\n" + table + " &Arr{"));
+    return schema.erase(line, schema.find('\n', line) + 1 - line);
+  }
+
+  std::map<std::string, triglub_test::FlatTable> schema_;
+  triglub_test::FlatDatabase files_;
+};
+
+// As if it were null.
+TEST(CoreTables, ASchemaOfOnesOwnMayLackWhatTellsTheCalibration) {
+  struct Case {
+    const char* table;
+    const char* field;
+    const char* values;
+  };
+  const FieldTexts instrument = {{"ncalib", "3"}, {"ncalper", "5"}, {"samprate", "50"}, {"rsptype", "V"}};
+  for (const Case& one : std::vector<Case>{{"sensor", "calratio", "3 20 50 m/s"},
+                                           {"sensor", "calper", "6 5 50 m/s"},
+                                           {"instrument", "ncalper", "6 20 50 m/s"},
+                                           {"instrument", "samprate", "6 20  m/s"},
+                                           {"instrument", "rsptype", "6 20 50 Pa"},
+                                           {"instrument", "ncalib", "   "}}) {
+    NarrowDatabase files(one.table, one.field);
+    const auto add = [&](const char* table, FieldTexts values, const FieldTexts& more = {}) {
+      values.insert(more.begin(), more.end());
+      if (one.table == std::string_view(table)) values.erase(one.field);
+      files.add(table, values);
+    };
+    const FieldTexts channel = {{"sta", "AAK"}, {"chan", "BHZ"}};
+    add("site", {{"sta", "AAK"}, {"ondate", "1990001"}});
+    add("snetsta", {{"snet", "KR"}, {"fsta", "AAK"}, {"sta", "AAK"}});
+    add("sitechan", channel, {{"ondate", "2000001"}});
+    add("sensor", channel, {{"time", "946684800.0"}, {"inid", "1"}, {"calratio", "2"}, {"calper", "20"}});
+    add("instrument", instrument, {{"inid", "1"}});
+    const Dbptr db = files.open();
+    EXPECT_THAT(Made(db, "Pa").values(kOfCalibration), ElementsAre(one.values)) << one.field;
+    dbclose(db);
+  }
 }
 
 // --- stages ---------------------------------------------------------------------------------------------------------

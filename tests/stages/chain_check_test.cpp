@@ -82,6 +82,18 @@ TEST(ChainCheck, AnEpochIsWrittenWithoutItsStagesWhereOneCannotBe) {
   }
 }
 
+TEST(ChainCheck, TheGainOfAnInstrumentsFileIsOfTheCalibration) {
+  const MadeDatabase made({{"snetsta", {}},
+                           {"site", {}},
+                           {"sitechan", {}},
+                           {"sensor", {{"inid", "1"}}},
+                           {"instrument", {{"inid", "1"}, {"dir", "resp"}, {"dfile", "s.paz"}}}},
+                          kFiles);
+  EXPECT_THAT(write_document(made, kTree).told,
+              ElementsAre("warning channel epochs written without their stages: no calibration to take the gain from "
+                          "(calibration.calib, instrument.ncalib): 1 (instrument:1 (AAK BHZ))"));
+}
+
 // What is told of one chain whose stages are given, number and all.
 std::vector<std::string> told_of(const std::vector<FieldTexts>& stages, FieldTexts calibration = {}) {
   calibration.insert({{"fc", "1"}, {"units", "m/s"}});

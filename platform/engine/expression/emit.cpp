@@ -276,9 +276,8 @@ void Emitter::emit_agreement(const Node& node) {
 void Emitter::emit_over_records(const Node& node) {
   const NodeIndex argument = tree_.arguments_of(node)[0];
   add({.op = Op::over_records, .part = static_cast<std::uint32_t>(program_.parts.size())}, 0, 1);
-  const ProgramOverRecords& part =
-      program_.parts.emplace_back(node.function->form, Emitter(tree_, nulls_).whole(argument));
-  program_.has_doubt |= part.argument.has_doubt;
+  program_.parts.push_back({node.function->form, Emitter(tree_, nulls_).whole(argument)});
+  program_.has_doubt |= program_.parts.back().argument.has_doubt;
 }
 
 void Emitter::emit_format(const Node& node) {

@@ -1,5 +1,6 @@
-// The columns of both are put together, so that all that reads a table reads this one as fast. The texts of numbers stay
-// those that the rows of the table have; of the others they are the shortest, for a format might not have all digits.
+// The columns of both are put together, so that all that reads a table reads this one as fast. The texts of numbers
+// stay those that the rows of the table have; of the others they are the shortest, for a format might not have all
+// digits.
 #include "engine/operations/extended_table.h"
 
 #include <stdexcept>

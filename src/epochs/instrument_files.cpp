@@ -1,0 +1,68 @@
+// Files are known by the codes of folder and name: rows that name one file have the same codes.
+#include "epochs/instrument_files.h"
+
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "platform/response.h"
+
+namespace triglub {
+
+namespace {
+
+InstrumentGroup group_of(const ResponseGroup& group) {
+  InstrumentGroup made{group.type_name, std::nullopt};
+  if (group.type == RESPONSE_FIR || group.type == RESPONSE_IIR) {
+    made.input_rate = static_cast<const Fir*>(group.filter)->samprate;
+  }
+  return made;
+}
+
+InstrumentGroups read_groups(const std::string& path) {
+  Response* response = nullptr;
+  std::string fault;
+  if (read_response(path.c_str(), &response, &fault) != 0) return {InstrumentGroup{}};
+  const std::unique_ptr<Response, decltype(&free_response)> owner(response, &free_response);
+  InstrumentGroups groups;
+  for (const ResponseGroup& group : response->groups) groups.push_back(group_of(group));
+  return groups;
+}
+
+const char* folder_of(Dbptr table) {
+  const char* folder = nullptr;
+  return dbquery(table, dbTABLE_DIRNAME, &folder) >= 0 && folder != nullptr ? folder : ".";
+}
+
+}  // namespace
+
+InstrumentFiles::InstrumentFiles(Dbptr instrument, Dbptr stage)
+    : folders_(TableColumns(instrument).texts("dir")),
+      names_(TableColumns(instrument).texts("dfile")),
+      base_(folder_of(instrument)) {
+  if (base_ == folder_of(stage)) return;
+  std::error_code error;  // a folder that cannot be told stays as it is
+  elsewhere_ = std::filesystem::absolute(base_, error).string();
+}
+
+std::string InstrumentFiles::folder(std::uint32_t instrument) const {
+  std::string own(folders_.is_null(instrument) ? "" : folders_.text(instrument));
+  if (elsewhere_.empty() || own.starts_with('/')) return own;
+  return own.empty() ? elsewhere_ : elsewhere_ + "/" + own;
+}
+
+const InstrumentGroups& InstrumentFiles::groups(std::uint32_t instrument) {
+  const std::uint64_t key = std::uint64_t{folders_.codes()[instrument]} << 32 | names_.codes()[instrument];
+  const auto [entry, is_new] = files_.try_emplace(key);
+  if (is_new) entry->second = read_groups(path_of(instrument));
+  return entry->second;
+}
+
+std::string InstrumentFiles::path_of(std::uint32_t instrument) const {
+  const std::string folder = this->folder(instrument);
+  const std::string name(names_.text(instrument));
+  if (folder.empty()) return base_ + "/" + name;
+  return (folder.starts_with('/') ? folder : base_ + "/" + folder) + "/" + name;
+}
+
+}  // namespace triglub
