@@ -53,9 +53,8 @@ class NominalCalibrations {
     const double nominal = nominal_.stored(instrument);
     const double ratio = ratios_.at(sensor).value_or(1);
     if (ratio == 1) return nominal;
-    const double doubt_of_ratio = ratios_.doubt(sensor) * std::fabs(nominal);
-    if (nominal == 1) return rounded_within(ratio, doubt_of_ratio);
-    return rounded_within(nominal * ratio, least_doubt(nominal_.doubt(instrument) * std::fabs(ratio), doubt_of_ratio));
+    const double of_nominal = nominal_.doubt(instrument) * std::fabs(ratio);
+    return rounded_within(nominal * ratio, least_doubt(of_nominal, ratios_.doubt(sensor) * std::fabs(nominal)));
   }
 
   std::string_view units_of(std::uint32_t instrument) const {

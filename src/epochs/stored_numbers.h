@@ -28,7 +28,7 @@ class StoredNumbers {
   }
   // The number that a null is held as, too. REQUIRES: a row, of a table with the field.
   double stored(std::uint32_t row) const { return values_[row]; }
-  // How far what was meant may be from the number of a row, which is not null.
+  // How far what was meant may be from the number of a row, of a table with the field; 0 for a null.
   double doubt(std::uint32_t row) const { return half_places_.half_place(row); }
 
  private:

@@ -91,7 +91,7 @@ void ChainCheck::tell_broken(const char* why, std::size_t record, const std::str
 bool ChainCheck::goes_on(const Stage& stage, const Signal& before) const {
   const std::string_view own = table_.input_units(stage_of(stage.record));
   if (own.empty() || !are_same_units(own, before.units)) return false;
-  return before.rate == 0 || (stage.facts.is_digital && are_same_rates(stage.facts.input_rate, before.rate));
+  return before.rate == 0 || are_same_rates(stage.in.rate, before.rate);
 }
 
 bool ChainCheck::find_stage(std::size_t record, const Signal& before, Stage* stage) {

@@ -147,7 +147,7 @@ void StageTable::round_gain(std::uint32_t stage, std::uint32_t calibration, Stag
   const std::optional<double> ratio = gain_calibrations_.at(stage);
   if (ratio && *ratio != 1) {
     const double nominal = *nominal_gains_.at(stage);
-    const double of_nominal = nominal == 1 ? 0 : nominal_gains_.doubt(stage) * std::fabs(*ratio);
+    const double of_nominal = nominal_gains_.doubt(stage) * std::fabs(*ratio);
     const double of_ratio = gain_calibrations_.doubt(stage) * std::fabs(nominal);
     facts->gain = rounded_within(facts->gain, least_doubt(of_nominal, of_ratio));
   }
@@ -159,7 +159,7 @@ void StageTable::round_rates(std::uint32_t stage, StageFacts* facts) const {
   if (!facts->is_rate_stored || facts->output_rate == 1) return;
   const double doubt = rates_.doubt(stage) * static_cast<double>(facts->factor);
   facts->delay = rounded_within(facts->delay, facts->delay / facts->input_rate * doubt);
-  if (facts->factor != 1) facts->input_rate = rounded_within(facts->input_rate, doubt);
+  facts->input_rate = rounded_within(facts->input_rate, doubt);
   if (!facts->is_correction_stored) facts->correction = facts->delay;
 }
 

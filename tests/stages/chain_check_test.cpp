@@ -56,6 +56,8 @@ const Case kCases[] = {
     {"a gain of nothing", chain({{"gnom", "0"}}), "a gain (gnom, gcalib) of 0: 1 (stage:2 (AAK BHZ))"},
     {"no frequency", chain({}, {{"fc", "-1.0"}}),
      "no frequency of the gain (calibration.fc, calper): 1 (stage:1 (AAK BHZ))"},
+    {"a period of nothing", chain({}, {{"fc", "-1.0"}, {"calper", "0.0"}}),
+     "no frequency of the gain (calibration.fc, calper): 1 (stage:1 (AAK BHZ))"},
     {"no number", chain({{"stageid", "0"}}), "a stage number (stageid) below 1: 1 (stage:2 (AAK BHZ))"},
     {"no file", chain({{"dfile", "nothing.paz"}}), "resp/nothing.paz: "},
     {"a damaged file", chain({{"dfile", "cut.paz"}}), "resp/cut.paz:"},
@@ -123,6 +125,9 @@ TEST(ChainCheck, AGapIsClosedWhereUnitsAndRatesGoAcross) {
       {"units", {sensor, {{"stageid", "3"}, {"iunits", "v"}}}, kClosed},
       {"other units", {sensor, {{"stageid", "3"}, {"iunits", "A"}}}, kBroken},
       {"units that are not told", {sensor, {{"stageid", "3"}}}, kBroken},
+      {"units that a stage hands on",
+       {{{"stageid", "1"}, {"iunits", "m/s"}}, {{"stageid", "3"}, {"iunits", "m/s"}}},
+       kClosed},
       {"before the first", {{{"stageid", "2"}, {"iunits", "M/S"}}}, kClosed},
       {"before the first, other units", {{{"stageid", "2"}, {"iunits", "V"}}}, kBroken},
       {"rates",
@@ -156,6 +161,17 @@ TEST(ChainCheck, RatesThatDoNotFollowAreTold) {
   EXPECT_THAT(told_of({digital("1", "100", "1"), digital("2", "50", "2")}, channel),
               ElementsAre("warning decimations that do not end at the rate of the channel: 1 (stage:2 (AAK BHZ))"));
   EXPECT_THAT(told_of({digital("1", "100", "1")}), IsEmpty()) << "a channel without a rate";
+  EXPECT_THAT(told_of({{{"stageid", "1"}}}, channel), IsEmpty()) << "nothing digital";
+}
+
+TEST(ChainCheck, RatesAreTheSameWithinAMillionth) {
+  const auto told = [](const char* rate) {
+    return told_of({{{"stageid", "1"}, {"samprate", rate}}}, {{"samprate", "100"}});
+  };
+  EXPECT_THAT(told("100.00009"), IsEmpty());
+  EXPECT_THAT(told("99.99991"), IsEmpty());
+  EXPECT_THAT(told("100.00011"), ElementsAre(HasSubstr("do not end at the rate of the channel")));
+  EXPECT_THAT(told("99.99989"), ElementsAre(HasSubstr("do not end at the rate of the channel")));
 }
 
 TEST(ChainCheck, EachCodeOfAStationIsTold) {

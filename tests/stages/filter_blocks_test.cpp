@@ -129,7 +129,7 @@ TEST(FilterBlocks, ATableIsAListWithPhasesOfOneTurn) {
   Fap fap;
   fap.frequencies = {0.1, 1, 10};
   fap.amplitudes = {0.5, 1, 0.25};
-  fap.phases = {-360, 450, -730.5};
+  fap.phases = {-360, 630, -730.5};
   fap.amplitude_errors = {0, 0.125, 0};
   fap.phase_errors = {0, 0, 2};
   for (const ResponseType type : {RESPONSE_FAP, RESPONSE_FAP2}) {
@@ -139,7 +139,7 @@ TEST(FilterBlocks, ATableIsAListWithPhasesOfOneTurn) {
                   "  <Phase>-360</Phase>\n </ResponseListElement>\n"
                   " <ResponseListElement>\n  <Frequency>1</Frequency>\n"
                   "  <Amplitude minusError=\"0.125\" plusError=\"0.125\">1</Amplitude>\n"
-                  "  <Phase>90</Phase>\n </ResponseListElement>\n"
+                  "  <Phase>270</Phase>\n </ResponseListElement>\n"
                   " <ResponseListElement>\n  <Frequency>10</Frequency>\n  <Amplitude>0.25</Amplitude>\n"
                   "  <Phase minusError=\"2\" plusError=\"2\">-10.5</Phase>\n </ResponseListElement>\n"
                   "</ResponseList>\n");

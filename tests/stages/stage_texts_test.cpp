@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <tuple>
 
 #include "document/written.h"
 #include "tree/tree_reading.h"
@@ -13,6 +14,8 @@ const FieldTexts kFiles = {
     {"resp/s.paz", "theoretical 1 instrument paz\n2.5 0.5\n1\n-1 2 0 0\n0\n"},
     {"resp/f.fir", "theoretical 1 instrument fir\n200\n3\n0.25 0\n0.5 0\n0.25 0\n0\n"},
     {"resp/odd.fir", "theoretical 1 instrument fir\n200\n3\n0.25 0\n0.5 0\n0.75 0\n0\n"},
+    {"resp/early.fir", "theoretical 1 instrument fir\n200 0\n3\n0.25 0\n0.5 0\n0.25 0\n0\n"},
+    {"resp/back.fir", "theoretical 1 instrument fir\n200\n3\n0.25 0\n0.5 0\n0.25 0\n1\n0.5 0\n"},
 };
 
 const std::string kTree = document("", "stage - CATEGORIZED_BY_NUMBER stageid\n", "",
@@ -142,10 +145,18 @@ TEST(StageTexts, ADigitalFilterIsDelayedByHalfItsLengthUnlessTheRowSaysMore) {
       << "the rate of the file where the row has none";
 }
 
+TEST(StageTexts, ADelayOfNothingInTheFileIsOne) {
+  EXPECT_EQ(stages({{{"dfile", "early.fir"}}}),
+            in_root(in_stage("1", fir("m", "m") + decimation("200", "1", "0", "0") + gain("2"))));
+}
+
 TEST(StageTexts, AFilterWhoseDelayIsNotKnownHasNone) {
   const std::vector<std::string> told = {"note filters whose delay is not known: written as 0: 1 (stage:1 (AAK BHZ))"};
   EXPECT_EQ(stages({{{"dfile", "odd.fir"}}}, {{"fc", "1"}, {"units", "m"}}, told),
             in_root(in_stage("1", odd_fir("m", "m") + decimation("200", "1", "0", "0") + gain("2"))));
+  EXPECT_THAT(stages({{{"dfile", "back.fir"}}}, {{"fc", "1"}, {"units", "m"}}, told),
+              testing::HasSubstr(decimation("200", "1", "0", "0")))
+      << "a filter with denominators is not centred";
 }
 
 TEST(StageTexts, WhatIsWorkedOutHasTheDigitsThatItIsWorkedOutOf) {
@@ -154,6 +165,73 @@ TEST(StageTexts, WhatIsWorkedOutHasTheDigitsThatItIsWorkedOutOf) {
             in_root(in_stage("1", fir("m", "m") + decimation("100", "3", "0.01", "0.01") +
                                       "   <StageGain>\n    <Value>2.2</Value>\n    <Frequency>0.07</Frequency>\n"
                                       "   </StageGain>\n")));
+}
+
+TEST(StageTexts, ARateOfOneTakesNoDigitsFromADelay) {
+  EXPECT_THAT(stages({{{"dfile", "f.fir"}, {"samprate", "1"}, {"decifac", "3"}}}),
+              testing::HasSubstr(decimation("3", "3", "0.3333333333333333", "0.3333333333333333")));
+}
+
+// Each has the first stage with the unit of the calibration, not the one that came out of the last.
+TEST(StageTexts, TheChainsOfTwoCodesBeginAnew) {
+  MadeRows rows = {{"snetsta", {}}, {"snetsta", {{"snet", "XX"}}}, {"site", {}}, {"sitechan", {}}};
+  rows.push_back({"calibration", {{"fc", "1"}, {"units", "m"}}});
+  rows.push_back({"stage", {{"stageid", "1"}, {"gnom", "2"}, {"ounits", "V"}, {"dir", "resp"}, {"dfile", "s.paz"}}});
+  const MadeDatabase made(rows, kFiles);
+  const std::string tree =
+      document("", "net - CATEGORIZED_GROUP snet\n", "",
+               group("net", "Net", "code - string snet\n", "stage - CATEGORIZED_BY_NUMBER stageid\n") +
+                   group("stage", "Stage", "number - integer stageid\n", "filter - STAGE\n"));
+  const std::string text = write_document(made, tree).text;
+  EXPECT_THAT(text, testing::HasSubstr("XX"));
+  EXPECT_THAT(text, testing::Not(testing::HasSubstr("<InputUnits><Name>V<")));
+}
+
+// --- of the files of instruments -------------------------------------------------------------------------------------
+
+const FieldTexts kWhole = {{"resp/all",
+                            "theoretical 1 i paz\n9\n1\n-1 0\n0\n"
+                            "theoretical 2 i fir\n200\n3\n0.25 0\n0.5 0\n0.25 0\n0\n"},
+                           {"resp/table", "theoretical 1 i fap\n2\n1 4 0 0.5 0\n2 4 0 0 0\n"}};
+
+// The stages of BHZ and BHE, whose instruments name one file and have their calibrations at 1 Hz and at 2 Hz.
+std::string stages_of_instruments(const char* file) {
+  MadeRows rows = {{"snetsta", {}}, {"site", {}}};
+  for (const auto& [chan, inid, period] : {std::tuple{"BHZ", "1", "1"}, std::tuple{"BHE", "2", "0.5"}}) {
+    rows.push_back({"sitechan", {{"chan", chan}}});
+    rows.push_back({"sensor", {{"chan", chan}, {"inid", inid}}});
+    rows.push_back({"instrument",
+                    {{"inid", inid},
+                     {"ncalib", "2"},
+                     {"ncalper", period},
+                     {"samprate", "200"},
+                     {"dir", "resp"},
+                     {"dfile", file}}});
+  }
+  const MadeDatabase made(rows, kWhole);
+  const std::string tree =
+      document("", "chan - CATEGORIZED_GROUP chan\n", "",
+               group("chan", "Chan", "code - string chan\n", "stage - CATEGORIZED_BY_NUMBER chain.number\n") +
+                   group("stage", "Stage", "number - integer chain.number\n", "filter - STAGE\n"));
+  return write_document(made, tree).text;
+}
+
+TEST(StageTexts, EachGroupOfAnInstrumentsFileIsAStage) {
+  const std::string text = stages_of_instruments("all");
+  EXPECT_THAT(text, testing::HasSubstr("<FIR>"));
+  EXPECT_THAT(text, testing::HasSubstr("<PolesZeros>"));
+}
+
+// |i w + 1|
+TEST(StageTexts, TheFileOfAnInstrumentIsNormalizedForEachCalibration) {
+  const std::string text = stages_of_instruments("all");
+  EXPECT_THAT(text, testing::HasSubstr("<NormalizationFactor>6.36"));
+  EXPECT_THAT(text, testing::HasSubstr("<NormalizationFactor>12.6"));
+}
+
+TEST(StageTexts, ANormalizedTableHasItsErrorsInTheSameMeasure) {
+  EXPECT_THAT(stages_of_instruments("table"),
+              testing::HasSubstr("<Amplitude minusError=\"0.125\" plusError=\"0.125\">1</Amplitude>"));
 }
 
 TEST(StageTexts, UnitsHaveTheSpellingOfTheParameterFile) {
