@@ -39,7 +39,7 @@ std::string_view ChainKeys::units(const ChainKey& key) const {
 // Counts per unit of ground motion, with as many digits as the calibration has.
 double ChainKeys::gain_of(std::uint32_t calibration) const {
   const std::optional<double> calib = calibs_.at(calibration);
-  if (!calib || *calib == 0) return 0;
+  if (!calib) return 0;
   const double gain =
       rounded_within(kNanometers / *calib, kNanometers * calibs_.doubt(calibration) / (*calib * *calib));
   return std::isfinite(gain) ? gain : 0;

@@ -21,7 +21,7 @@ std::optional<std::int64_t> factor_of(const std::vector<InstrumentGroup>& groups
   for (std::size_t next = groups.size(); --next > group;) output = groups[next].input_rate.value_or(output);
   const double factor = input / output;
   constexpr double kMostFactor = 1e9;
-  if (!(input > 0) || !(output > 0) || factor > kMostFactor) return std::nullopt;
+  if (!(factor > 0) || factor > kMostFactor) return std::nullopt;
   return std::llround(factor);
 }
 

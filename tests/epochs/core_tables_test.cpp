@@ -149,6 +149,8 @@ TEST(CoreTables, AnInstrumentTellsTheCalibration) {
             "0.0635 20  m/s"},
            {with_instrument({{"ncalib", "2400"}, {"ncalper", "1.0"}, {"rsptype", "A"}}, {{"calper", "0.0"}}),
             "2400 1  m/s**2"},
+           {with_instrument({{"ncalib", "0.1"}}, {{"calratio", "3"}}), "0.3   Pa"},
+           {with_instrument({{"ncalib", "0.100001"}}, {{"calratio", "7.000003"}}), "0.7000073   Pa"},
            {with_instrument({{"ncalib", "1.25"}, {"rsptype", "d"}}, {{"calratio", "1"}}), "1.25   m"},
            {with_instrument({{"ncalib", "1.25"}, {"rsptype", "x"}}, {{"calratio", "1"}}), "1.25   Pa"},
            {with_instrument({{"ncalib", "1.000000"}, {"ncalper", "0.5"}}), "1.002 0.5  Pa"},
@@ -240,6 +242,11 @@ TEST(CoreTables, ASchemaOfOnesOwnMayLackWhatTellsTheCalibration) {
   }
 }
 
+TEST(CoreTables, ACalibrationThatIsMadeHasNoEndWhereItsEpochHasNone) {
+  const MadeDatabase made(with_instrument({{"ncalib", "2"}}));
+  EXPECT_THAT(Made(made).values("is_null(calibration.endtime)"), ElementsAre("1"));
+}
+
 // --- stages ---------------------------------------------------------------------------------------------------------
 
 const FieldTexts kFiles = {{"resp/all",
@@ -247,6 +254,11 @@ const FieldTexts kFiles = {{"resp/all",
                             "theoretical 2 i paz\n1\n0\n0\n"
                             "theoretical 3 i fir\n400\n1\n1\n0\n"
                             "theoretical 4 i iir\n100\n1\n1\n1\n1\n"},
+                           {"resp/rates",
+                            "theoretical 1 i fir\n400\n1\n1\n0\n"
+                            "theoretical 2 i fir\n100\n1\n1\n0\n"
+                            "theoretical 3 i fir\n20\n1\n1\n0\n"},
+                           {"resp/none", "theoretical 1 i fir\n0\n1\n1\n0\n"},
                            {"resp/one", "theoretical 1 i fap\n1\n1 1 0\n"},
                            {"resp/empty", "# nothing yet\n"}};
 
@@ -268,6 +280,37 @@ TEST(CoreTables, AnInstrumentsFileTellsTheStages) {
   EXPECT_TRUE(records.tables().instrument_stages[0].is_normalized);
   EXPECT_EQ(records.tables().instrument_stages[3].group, 3u);
   EXPECT_FALSE(records.tables().instrument_stages[3].is_normalized);
+}
+
+TEST(CoreTables, RatesGoDownToThatOfTheNextGroupAndOfTheChannel) {
+  const auto factors = [](const char* file, const char* rate) {
+    FieldTexts instrument = naming(file);
+    instrument["samprate"] = rate;
+    const MadeDatabase made(with_instrument(instrument), kFiles);
+    return Made(made).values("decifac");
+  };
+  EXPECT_THAT(factors("rates", "10"), ElementsAre("4", "5", "2"));
+  EXPECT_THAT(factors("rates", "6.6666667"), ElementsAre("4", "5", "3")) << "2.99999998";
+  EXPECT_THAT(factors("rates", "-1.0"), ElementsAre("4", "5", "null")) << "a channel without a rate";
+  EXPECT_THAT(factors("rates", "0"), ElementsAre("4", "5", "null"));
+  EXPECT_THAT(factors("none", "10"), ElementsAre("null")) << "a filter without a rate";
+}
+
+TEST(CoreTables, ACalibrationOfTheDatabaseTellsTheGainWithItsDigits) {
+  MadeRows rows = with_instrument(naming("all"));
+  rows.push_back({"calibration", {{"calib", "0.063627"}}});
+  const MadeDatabase made(rows, kFiles);
+  const Made records(made);
+  EXPECT_THAT(records.values("gnom"), ElementsAre("15716598300", "1", "1", "1"));
+  EXPECT_THAT(records.values("decifac"), ElementsAre("null", "null", "4", "2")) << "by the rate of the instrument";
+}
+
+TEST(CoreTables, WithoutACalibrationThereIsNoGain) {
+  FieldTexts instrument = naming("one");
+  instrument.erase("ncalib");
+  instrument.erase("ncalper");
+  const MadeDatabase made(with_instrument(instrument), kFiles);
+  EXPECT_THAT(Made(made).values("is_null(gnom)"), ElementsAre("1"));
 }
 
 TEST(CoreTables, TheLastStageGivesCounts) {
