@@ -2,8 +2,8 @@
 #include "epochs/instrument_files.h"
 
 #include <filesystem>
-#include <memory>
 #include <system_error>
+#include <utility>
 
 #include "platform/response.h"
 
@@ -19,14 +19,14 @@ InstrumentGroup group_of(const ResponseGroup& group) {
   return made;
 }
 
-InstrumentGroups read_groups(const std::string& path) {
-  Response* response = nullptr;
-  std::string fault;
-  if (read_response(path.c_str(), &response, &fault) != 0) return {InstrumentGroup{}};
-  const std::unique_ptr<Response, decltype(&free_response)> owner(response, &free_response);
-  InstrumentGroups groups;
-  for (const ResponseGroup& group : response->groups) groups.push_back(group_of(group));
-  return groups;
+InstrumentFile read_instrument_file(std::string path) {
+  InstrumentFile made;
+  made.file = read_file(std::move(path));
+  if (made.file->response != nullptr) {
+    for (const ResponseGroup& group : made.file->response->groups) made.groups.push_back(group_of(group));
+  }
+  if (made.groups.empty()) made.groups.emplace_back();
+  return made;
 }
 
 const char* folder_of(Dbptr table) {
@@ -51,10 +51,10 @@ std::string InstrumentFiles::folder(std::uint32_t instrument) const {
   return own.empty() ? elsewhere_ : elsewhere_ + "/" + own;
 }
 
-const InstrumentGroups& InstrumentFiles::groups(std::uint32_t instrument) {
+const InstrumentFile& InstrumentFiles::file(std::uint32_t instrument) {
   const std::uint64_t key = std::uint64_t{folders_.codes()[instrument]} << 32 | names_.codes()[instrument];
   const auto [entry, is_new] = files_.try_emplace(key);
-  if (is_new) entry->second = read_groups(path_of(instrument));
+  if (is_new) entry->second = read_instrument_file(path_of(instrument));
   return entry->second;
 }
 

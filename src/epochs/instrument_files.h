@@ -3,12 +3,14 @@
 #define TRIGLUB_SRC_EPOCHS_INSTRUMENT_FILES_H
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "epochs/read_file.h"
 #include "platform/columns.h"
 #include "platform/database.h"
 
@@ -19,9 +21,12 @@ struct InstrumentGroup {
   std::string type;
   std::optional<double> input_rate{};  // of a digital filter, samples per second
 };
-using InstrumentGroups = std::vector<InstrumentGroup>;
+struct InstrumentFile {
+  std::shared_ptr<const ReadFile> file;
+  std::vector<InstrumentGroup> groups;  // of a file that cannot be read, or that has none, one of no type
+};
 
-// Each file is looked at once for each pair of folder and name. For one thread.
+// Each file is read once for each pair of folder and name. For one thread.
 class InstrumentFiles {
  public:
   // Folders are told as rows of `stage` have to name them.
@@ -31,8 +36,8 @@ class InstrumentFiles {
   std::string_view name(std::uint32_t instrument) const { return names_.text(instrument); }
   // Empty for none.
   std::string folder(std::uint32_t instrument) const;
-  // Those of the file that a row names; of a file that cannot be read one of no type. They stay.
-  const InstrumentGroups& groups(std::uint32_t instrument);
+  // The one that a row names. It stays.
+  const InstrumentFile& file(std::uint32_t instrument);
 
  private:
   std::string path_of(std::uint32_t instrument) const;
@@ -41,7 +46,7 @@ class InstrumentFiles {
   TextColumn names_;
   std::string base_;
   std::string elsewhere_;  // where stages look elsewhere: the folder in full
-  std::unordered_map<std::uint64_t, InstrumentGroups> files_;
+  std::unordered_map<std::uint64_t, InstrumentFile> files_;
 };
 
 }  // namespace triglub

@@ -40,10 +40,10 @@ class ChainMaker {
 
  private:
   Chain make(const ChainKey& key) {
-    const InstrumentGroups& groups = files_.groups(key.instrument);
-    const Chain chain = {first_row_ + rows_.rows().count, static_cast<std::uint32_t>(groups.size())};
+    const InstrumentFile& file = files_.file(key.instrument);
+    const Chain chain = {first_row_ + rows_.rows().count, static_cast<std::uint32_t>(file.groups.size())};
     const std::string& folder = folders_.try_emplace(key.instrument, files_.folder(key.instrument)).first->second;
-    rows_.add(groups, key, keys_.units(key), folder, files_.name(key.instrument));
+    rows_.add(file, key, keys_.units(key), folder, files_.name(key.instrument));
     return chain;
   }
 

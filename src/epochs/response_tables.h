@@ -3,8 +3,10 @@
 #define TRIGLUB_SRC_EPOCHS_RESPONSE_TABLES_H
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
+#include "epochs/read_file.h"
 #include "platform/database.h"
 
 namespace triglub {
@@ -12,7 +14,8 @@ namespace triglub {
 // A row of stage that no table has: it was worked out from the response file of an instrument, which holds a whole
 // chain.
 struct InstrumentStage {
-  std::uint32_t group = 0;     // of the file, from 0
+  std::shared_ptr<const ReadFile> file;
+  std::uint32_t group = 0;     // from 0
   bool is_normalized = false;  // at the frequency of its gain, whatever the file says
 };
 

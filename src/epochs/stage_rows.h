@@ -19,7 +19,7 @@ class StageRows {
   StageRows(const TableColumns& stage, Dbptr instrument);
 
   // Adds a row for each group. What is given must stay as long as the rows.
-  void add(const InstrumentGroups& groups, const ChainKey& key, std::string_view units, std::string_view folder,
+  void add(const InstrumentFile& of, const ChainKey& key, std::string_view units, std::string_view folder,
            std::string_view file);
 
   // To be added behind those of stage.
@@ -29,7 +29,7 @@ class StageRows {
 
  private:
   void add_units(std::string_view input, std::string_view output);
-  void add_numbers(const InstrumentGroups& groups, std::size_t group, const ChainKey& key);
+  void add_numbers(const std::vector<InstrumentGroup>& groups, std::size_t group, const ChainKey& key);
 
   double null_gain_;
   std::int64_t null_factor_;

@@ -1,15 +1,15 @@
 // Files are known by the codes of folder and name: rows that name one file have the same codes.
 #include "stages/response_files.h"
 
+#include <utility>
+
 namespace triglub {
 
-ResponseFiles::File ResponseFiles::read_file(const std::string& path) {
+ResponseFiles::File ResponseFiles::with_filters(std::shared_ptr<const ReadFile> read) {
   File file;
-  file.path = path;
-  Response* response = nullptr;
-  if (read_response(path.c_str(), &response, &file.fault) != 0) return file;
-  file.response.reset(response);
-  for (const ResponseGroup& group : response->groups) {
+  file.read = std::move(read);
+  if (file.read->response == nullptr) return file;
+  for (const ResponseGroup& group : file.read->response->groups) {
     StageFilter& filter = file.filters.emplace_back(StageFilter{&group});
     if (group.type == RESPONSE_FIR) filter.symmetry = symmetry_of(filter.fir());
   }
@@ -24,6 +24,10 @@ ResponseFiles::ResponseFiles(const ResponseTables& tables)
                               static_cast<std::uint32_t>(tables.instrument_stages.size())) {
   const char* base = nullptr;
   if (dbquery(tables.stage, dbTABLE_DIRNAME, &base) >= 0 && base != nullptr) base_ = base;
+  for (std::uint32_t i = 0; i < instrument_stages_.size(); ++i) {
+    const auto [entry, is_new] = files_.try_emplace(key_of(first_instrument_stage_ + i));
+    if (is_new) entry->second = with_filters(instrument_stages_[i].file);
+  }
 }
 
 std::uint64_t ResponseFiles::key_of(std::uint32_t row) const {
@@ -44,7 +48,7 @@ const InstrumentStage* ResponseFiles::instrument_stage(std::uint32_t row) const 
 void ResponseFiles::read(std::uint32_t row) {
   if (!is_named(row)) return;
   const auto [entry, is_new] = files_.try_emplace(key_of(row));
-  if (is_new) entry->second = read_file(path_of(row));
+  if (is_new) entry->second = with_filters(read_file(path_of(row)));
 }
 
 const StageFilter* ResponseFiles::filter(std::uint32_t row, std::string* fault) const {
@@ -52,12 +56,12 @@ const StageFilter* ResponseFiles::filter(std::uint32_t row, std::string* fault) 
   const InstrumentStage* const stage = instrument_stage(row);
   const std::size_t group = stage == nullptr ? 0 : stage->group;
   const std::size_t groups = file.filters.size();
-  if (!file.fault.empty()) {
-    *fault = file.fault;
-  } else if (stage == nullptr && groups != 1) {
-    *fault = file.path + ": " + std::to_string(groups) + " groups where one is meant";
+  if (file.read->response == nullptr) {
+    *fault = file.read->fault;
+  } else if (stage == nullptr ? groups != 1 : group >= groups) {
+    *fault = file.read->path + ": " + std::to_string(groups) + " groups where one is meant";
   } else if (file.filters[group].group->type == RESPONSE_OTHER) {
-    *fault = file.path + ": the type '" + file.filters[group].group->type_name + "' has no form in a document";
+    *fault = file.read->path + ": the type '" + file.filters[group].group->type_name + "' has no form in a document";
   } else {
     return &file.filters[group];
   }

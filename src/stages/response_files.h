@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "epochs/read_file.h"
 #include "epochs/response_tables.h"
 #include "platform/columns.h"
 #include "platform/database.h"
@@ -47,13 +48,11 @@ class ResponseFiles {
 
  private:
   struct File {
-    std::string path;
-    std::unique_ptr<Response, decltype(&free_response)> response{nullptr, &free_response};
+    std::shared_ptr<const ReadFile> read;
     std::vector<StageFilter> filters;
-    std::string fault;  // of a file that was not to be read
   };
 
-  static File read_file(const std::string& path);
+  static File with_filters(std::shared_ptr<const ReadFile> read);
   std::uint64_t key_of(std::uint32_t row) const;
   std::string path_of(std::uint32_t row) const;
 

@@ -259,7 +259,8 @@ const FieldTexts kFiles = {{"resp/all",
                             "theoretical 2 i fir\n100\n1\n1\n0\n"
                             "theoretical 3 i fir\n20\n1\n1\n0\n"},
                            {"resp/none", "theoretical 1 i fir\n0\n1\n1\n0\n"},
-                           {"resp/one", "theoretical 1 i fap\n1\n1 1 0\n"}};
+                           {"resp/one", "theoretical 1 i fap\n1\n1 1 0\n"},
+                           {"resp/empty", "# nothing yet\n"}};
 
 FieldTexts naming(const char* file) {
   return {{"ncalib", "0.4"}, {"ncalper", "1"}, {"samprate", "50.0"},
@@ -318,9 +319,19 @@ TEST(CoreTables, TheLastStageGivesCounts) {
 }
 
 // What is wrong with it is told when it is to be written.
-TEST(CoreTables, AFileThatCannotBeReadIsOneStage) {
-  const MadeDatabase made(with_instrument(naming("nothing")), kFiles);
-  EXPECT_THAT(Made(made).values("concat(stageid, \" \", stage.dfile)"), ElementsAre("1 nothing"));
+TEST(CoreTables, AFileThatCannotBeReadOrHasNothingIsOneStage) {
+  for (const char* file : {"nothing", "empty"}) {
+    const MadeDatabase made(with_instrument(naming(file)), kFiles);
+    EXPECT_THAT(Made(made).values("concat(stageid, \" \", stage.dfile)"), ElementsAre(std::string("1 ") + file));
+  }
+}
+
+TEST(CoreTables, AnInstrumentsFileIsReadOnce) {
+  const MadeDatabase made(with_instrument(naming("all")), kFiles);
+  const Made records(made);
+  const auto& stages = records.tables().instrument_stages;
+  for (const InstrumentStage& stage : stages) EXPECT_EQ(stage.file, stages[0].file);
+  EXPECT_EQ(stages[0].file->response->groups.size(), 4u);
 }
 
 TEST(CoreTables, StagesOfTheDatabaseAreTheChain) {

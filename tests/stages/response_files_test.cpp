@@ -87,11 +87,15 @@ TEST_F(ResponseFilesOfStages, AFileThatIsDamagedHasItsFault) {
 }
 
 TEST_F(ResponseFilesOfStages, RowsThatWereWorkedOutNameAGroup) {
-  tables_.instrument_stages = {{0, true}, {1, false}};  // the last two rows, of which the first is of two.paz
+  const auto file = read_file(files_.folder() + "/resp/two.paz");
+  tables_.instrument_stages = {{file, 1, true}, {file, 2, false}};  // the last two rows
+  std::filesystem::remove(files_.folder() + "/resp/two.paz");
   responses_.emplace(tables_);
   const StageFilter* first = read(8);
   ASSERT_NE(first, nullptr) << fault_;
-  EXPECT_EQ(first->group->sequence, 1);
+  EXPECT_EQ(first->group, &file->response->groups[1]);
+  EXPECT_EQ(read(9), nullptr) << "a group that the file does not have";
+  EXPECT_THAT(fault_, HasSubstr("resp/two.paz: 2 groups"));
 }
 
 }  // namespace
