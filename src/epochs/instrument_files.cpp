@@ -54,15 +54,8 @@ std::string InstrumentFiles::folder(std::uint32_t instrument) const {
 const InstrumentFile& InstrumentFiles::file(std::uint32_t instrument) {
   const std::uint64_t key = std::uint64_t{folders_.codes()[instrument]} << 32 | names_.codes()[instrument];
   const auto [entry, is_new] = files_.try_emplace(key);
-  if (is_new) entry->second = read_instrument_file(path_of(instrument));
+  if (is_new) entry->second = read_instrument_file(response_path(base_, folder(instrument), names_.text(instrument)));
   return entry->second;
-}
-
-std::string InstrumentFiles::path_of(std::uint32_t instrument) const {
-  const std::string folder = this->folder(instrument);
-  const std::string name(names_.text(instrument));
-  if (folder.empty()) return base_ + "/" + name;
-  return (folder.starts_with('/') ? folder : base_ + "/" + folder) + "/" + name;
 }
 
 }  // namespace triglub

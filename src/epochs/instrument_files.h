@@ -40,8 +40,6 @@ class InstrumentFiles {
   const InstrumentFile& file(std::uint32_t instrument);
 
  private:
-  std::string path_of(std::uint32_t instrument) const;
-
   TextColumn folders_;
   TextColumn names_;
   std::string base_;

@@ -5,6 +5,13 @@
 
 namespace triglub {
 
+std::string response_path(std::string_view base, std::string_view folder, std::string_view name) {
+  std::string path(folder.starts_with('/') ? "" : base);
+  if (!folder.starts_with('/') && !folder.empty()) path += '/';
+  path.append(folder).append(1, '/').append(name);
+  return path;
+}
+
 std::shared_ptr<const ReadFile> read_file(std::string path) {
   auto file = std::make_shared<ReadFile>();
   Response* response = nullptr;

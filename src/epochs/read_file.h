@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/response.h"
 
@@ -15,6 +16,10 @@ struct ReadFile {
   std::unique_ptr<Response, decltype(&free_response)> response{nullptr, &free_response};  // null with a fault
   std::string fault;  // "resp/x.fir:12: expected 31 numerators, found 7"
 };
+
+// The path of a file that a row names. `base` is the folder of the row's table; `folder` is empty for none, and beside
+// the table unless it begins with a slash.
+std::string response_path(std::string_view base, std::string_view folder, std::string_view name);
 
 // Never null.
 std::shared_ptr<const ReadFile> read_file(std::string path);

@@ -35,10 +35,7 @@ std::uint64_t ResponseFiles::key_of(std::uint32_t row) const {
 }
 
 std::string ResponseFiles::path_of(std::uint32_t row) const {
-  const std::string name(names_.text(row));
-  if (folders_.is_null(row)) return base_ + "/" + name;
-  const std::string folder(folders_.text(row));
-  return (folder.starts_with('/') ? folder : base_ + "/" + folder) + "/" + name;
+  return response_path(base_, folders_.is_null(row) ? "" : folders_.text(row), names_.text(row));
 }
 
 const InstrumentStage* ResponseFiles::instrument_stage(std::uint32_t row) const {
