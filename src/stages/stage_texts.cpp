@@ -32,17 +32,11 @@ StageTexts::StageTexts(Dbptr view, const StageTable& table, const TreeOptions& o
       options_(options),
       stages_(rows_of(view, kStage)),
       calibrations_(rows_of(view, kCalibration)),
-      epochs_(rows_of(view, kEpoch)),
-      stations_(rows_of(view, kSnetsta)) {}
-
-bool StageTexts::has_stage_before(std::uint32_t record) const {
-  return record > 0 && epochs_[record - 1] == epochs_[record] && stations_[record - 1] == stations_[record];
-}
+      places_(rows_of(view, kChain)) {}
 
 std::string StageTexts::units_before(std::uint32_t record) {
-  if (record > 0 && latest_ == record - 1 && has_stage_before(record)) return latest_units_;
-  std::uint32_t first = record;
-  while (has_stage_before(first)) --first;
+  const std::uint32_t first = record - places_[record];
+  if (first < record && latest_ == record - 1) return latest_units_;
   const std::string_view of_channel = table_.calibration_units(calibrations_[first]);
   std::string units(of_channel.empty() ? kUnknownUnits : of_channel);
   for (std::uint32_t i = first; i < record; ++i) {

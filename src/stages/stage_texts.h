@@ -41,7 +41,6 @@ class StageTexts final : public StageWriter {
   std::string units_before(std::uint32_t record);
   std::string input_units(std::uint32_t record);
   std::string output_units(std::uint32_t record, const std::string& input_units) const;
-  bool has_stage_before(std::uint32_t record) const;
   std::string as_written(std::string_view units) const;
   void append_filter(const StageFacts& facts, const std::string& input_units, const std::string& output_units,
                      std::size_t depth, std::string* text);
@@ -57,8 +56,7 @@ class StageTexts final : public StageWriter {
   const TreeOptions& options_;
   std::span<const std::uint32_t> stages_;
   std::span<const std::uint32_t> calibrations_;
-  std::span<const std::uint32_t> epochs_;
-  std::span<const std::uint32_t> stations_;
+  std::span<const std::uint32_t> places_;  // in their chains, whose records lie together
   // The latest record that was written, and the units that left it.
   std::uint32_t latest_ = NO_BASE_ROW;
   std::string latest_units_;
