@@ -16,6 +16,7 @@
 #include "tool/messages.h"
 #include "tool/networks.h"
 #include "tool/output.h"
+#include "tool/own_files.h"
 #include "tool/parameters.h"
 #include "tool/slips.h"
 
@@ -65,6 +66,7 @@ int run(const ConvertOptions& options) {
   if (!open_database(options.source, &request.db)) return EXIT_FAILURE;
   const Parameters parameters = read_parameters(options.parameters);
   request.pf = parameters.get();
+  check_output(options, request.db, request.pf);
   if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
   request.conditions = options.conditions;

@@ -19,7 +19,8 @@ struct ConvertOptions {
   unsigned int verbosity = 0;  // 0 to 3
   Conditions conditions;
   bool strict = false;
-  unsigned int jobs = 1;  // processes that write networks side by side
+  bool follow_outside = false;  // response files outside of their table's folder are read
+  unsigned int jobs = 1;        // processes that write networks side by side
 };
 
 // Writes the document. The exit status: 0, or 1 when the data could not be converted (after messages).
