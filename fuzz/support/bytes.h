@@ -14,6 +14,7 @@ namespace triglub_fuzz {
 class Bytes {
  public:
   Bytes(const std::uint8_t* data, std::size_t size) : rest_(reinterpret_cast<const char*>(data), size) {}
+  explicit Bytes(std::string_view bytes) : rest_(bytes) {}
 
   bool at_end() const { return rest_.empty(); }
   std::string_view rest() const { return rest_; }
