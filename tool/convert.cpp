@@ -2,6 +2,7 @@
 #include "tool/convert.h"
 
 #include <cstdlib>
+#include <memory>
 
 #include "dbhelper.h"
 #include "element_tree.h"
@@ -39,10 +40,11 @@ bool accept(const Gaps& gaps, bool strict) {
   return false;
 }
 
-Gaps look_for_gaps(const Request& request, DetailLevel level, Dbptr everything) {
+// `responses`: null where the document has none.
+Gaps look_for_gaps(const Request& request, const ResponseCache* responses, Dbptr everything) {
   Gaps gaps;
   check_dates(everything, &gaps);
-  if (level == DetailLevel::response) check_stages(everything, &gaps);
+  if (responses != nullptr) check_stages(everything, *responses, &gaps);
   check_channels(request, everything, &gaps);
   return gaps;
 }
@@ -72,8 +74,13 @@ int run(const ConvertOptions& options) {
   request.conditions = options.conditions;
   request.late_conditions = take_late_conditions(request.db, &request.conditions);
   request.flags = flags_for(options.level, options.verbosity);
+  std::shared_ptr<const ResponseCache> responses;
+  if (options.level == DetailLevel::response) {
+    responses = std::make_shared<const ResponseCache>(request.db, "stage", reach_of(options));
+    conversion.use_responses(responses);
+  }
   const Dbptr everything = master_view(request);
-  const Gaps gaps = look_for_gaps(request, options.level, everything);
+  const Gaps gaps = look_for_gaps(request, responses.get(), everything);
   if (gaps.any_fault()) elog_die(0, "%s: faults in the tables; nothing is written", options.source.c_str());
   if (is_empty(everything)) {
     gaps.report();

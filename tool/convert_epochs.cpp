@@ -88,7 +88,7 @@ bool write_whole(Output& output, EpochDocument& document) {
 
 int convert_epochs(const ConvertOptions& options, Dbptr db, Pf* pf) {
   Subset subset(options.conditions);
-  EpochDocument document(db, pf, subset.array(), options.level);
+  EpochDocument document(db, pf, subset.array(), options.level, reach_of(options));
   if (options.verbosity > 0) elog_debug(0, "%u records", document.record_count());
   if (!document.has_records()) die_of_emptiness(options, document.findings(), "no record is selected");
   const auto output = Output::open(options.output, options.strict ? Output::Hold::until_commit : Output::Hold::no);
