@@ -9,6 +9,7 @@
 #include "platform/elog.h"
 #include "tool/check_channels.h"
 #include "tool/check_dates.h"
+#include "tool/check_site.h"
 #include "tool/check_stages.h"
 #include "tool/check_tree.h"
 #include "tool/convert_epochs.h"
@@ -71,6 +72,8 @@ int run(const ConvertOptions& options) {
   check_output(options, request.db, request.pf);
   if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
+  const Parameters site = read_site(request.pf);
+  conversion.use_site(site.get());
   request.conditions = options.conditions;
   request.late_conditions = take_late_conditions(request.db, &request.conditions);
   request.flags = flags_for(options.level, options.verbosity);
