@@ -13,6 +13,7 @@
 #include "tool/check_clock.h"
 #include "tool/check_dates.h"
 #include "tool/check_numbers.h"
+#include "tool/check_site.h"
 #include "tool/check_stages.h"
 #include "tool/check_texts.h"
 #include "tool/check_tree.h"
@@ -98,6 +99,8 @@ int run(const ConvertOptions& options) {
   if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
   const auto tree = check_tree(request.pf);
   if (tree == nullptr) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
+  const Parameters site = read_site(request.pf);
+  conversion.use_site(site.get());
   request.conditions = options.conditions;
   request.late_conditions = take_late_conditions(request.db, &request.conditions);
   request.flags = flags_for(options.level, options.verbosity);
