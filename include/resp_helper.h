@@ -12,6 +12,7 @@
 #include "platform/database.h"
 #include "platform/export.h"
 #include "platform/response.h"
+#include "platform/response_reading.h"
 
 namespace triglub {
 
@@ -50,6 +51,8 @@ class TRIGLUB_API ResponseCache {
   // stage.dir and stage.dfile). Files that cannot be read are left out without a word. `table` must not be empty
   // (assertion). Throws dbquery_error when the table's records cannot be counted.
   ResponseCache(Dbptr db, std::string table);
+  // The same with files outside of the reach left out.
+  ResponseCache(Dbptr db, std::string table, triglub::ResponseReach reach);
   ~ResponseCache();
   ResponseCache(const ResponseCache&) = delete;
   ResponseCache& operator=(const ResponseCache&) = delete;
@@ -61,12 +64,16 @@ class TRIGLUB_API ResponseCache {
   // The response, which belongs to the cache; null when there is none.
   Response* get(std::string dir, std::string dfile) const;
   Response* get(std::string name) const;
+  // What reading a file gave that is not there for it; null for one that is there, or that was not looked for.
+  const triglub::ResponseReading* failure(const std::string& name) const;
   // Reads fullfile(name) and keeps it. False for EMPTYFILENAME, a name already there, a file that cannot be read.
   bool add(std::string name);
 
  private:
   std::map<std::string, Response*> responses_;
+  std::map<std::string, triglub::ResponseReading> failures_;
   std::string base_directory_;
+  triglub::ResponseReach reach_ = triglub::ResponseReach::anywhere;
 };
 
 // The StationXML of one stage row. Made at a record, asked for its texts, destroyed:

@@ -2,6 +2,7 @@
 #include "tool/convert.h"
 
 #include <cstdlib>
+#include <memory>
 
 #include "dbhelper.h"
 #include "element_tree.h"
@@ -16,6 +17,7 @@
 #include "tool/messages.h"
 #include "tool/networks.h"
 #include "tool/output.h"
+#include "tool/own_files.h"
 #include "tool/parameters.h"
 #include "tool/slips.h"
 
@@ -38,10 +40,11 @@ bool accept(const Gaps& gaps, bool strict) {
   return false;
 }
 
-Gaps look_for_gaps(const Request& request, DetailLevel level, Dbptr everything) {
+// `responses`: null where the document has none.
+Gaps look_for_gaps(const Request& request, const ResponseCache* responses, Dbptr everything) {
   Gaps gaps;
   check_dates(everything, &gaps);
-  if (level == DetailLevel::response) check_stages(everything, &gaps);
+  if (responses != nullptr) check_stages(everything, *responses, &gaps);
   check_channels(request, everything, &gaps);
   return gaps;
 }
@@ -65,13 +68,19 @@ int run(const ConvertOptions& options) {
   if (!open_database(options.source, &request.db)) return EXIT_FAILURE;
   const Parameters parameters = read_parameters(options.parameters);
   request.pf = parameters.get();
+  check_output(options, request.db, request.pf);
   if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
   if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
   request.conditions = options.conditions;
   request.late_conditions = take_late_conditions(request.db, &request.conditions);
   request.flags = flags_for(options.level, options.verbosity);
+  std::shared_ptr<const ResponseCache> responses;
+  if (options.level == DetailLevel::response) {
+    responses = std::make_shared<const ResponseCache>(request.db, "stage", reach_of(options));
+    conversion.use_responses(responses);
+  }
   const Dbptr everything = master_view(request);
-  const Gaps gaps = look_for_gaps(request, options.level, everything);
+  const Gaps gaps = look_for_gaps(request, responses.get(), everything);
   if (gaps.any_fault()) elog_die(0, "%s: faults in the tables; nothing is written", options.source.c_str());
   if (is_empty(everything)) {
     gaps.report();
