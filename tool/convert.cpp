@@ -13,6 +13,7 @@
 #include "tool/check_clock.h"
 #include "tool/check_dates.h"
 #include "tool/check_numbers.h"
+#include "tool/check_site.h"
 #include "tool/check_stages.h"
 #include "tool/check_texts.h"
 #include "tool/check_tree.h"
@@ -22,6 +23,7 @@
 #include "tool/messages.h"
 #include "tool/networks.h"
 #include "tool/output.h"
+#include "tool/own_files.h"
 #include "tool/parameters.h"
 #include "tool/slips.h"
 #include "tool/well_formed.h"
@@ -93,9 +95,12 @@ int run(const ConvertOptions& options) {
   if (!open_database(options.source, &request.db)) return EXIT_FAILURE;
   const Parameters parameters = read_parameters(options.parameters);
   request.pf = parameters.get();
+  check_output(options, request.db, request.pf);
   if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
   const auto tree = check_tree(request.pf);
   if (tree == nullptr) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
+  const Parameters site = read_site(request.pf);
+  conversion.use_site(site.get());
   request.conditions = options.conditions;
   request.late_conditions = take_late_conditions(request.db, &request.conditions);
   request.flags = flags_for(options.level, options.verbosity);

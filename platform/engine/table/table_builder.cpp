@@ -7,7 +7,7 @@
 
 namespace triglub {
 
-TableBuilder::TableBuilder(const TableSchema& schema, std::uint32_t max_rows) : schema_(&schema), max_rows_(max_rows) {
+TableBuilder::TableBuilder(const TableSchema& schema, std::uint64_t max_rows) : schema_(&schema), max_rows_(max_rows) {
   columns_.reserve(schema.fields.size());
   for (const FieldSchema& field : schema.fields) columns_.emplace_back(field);
 }

@@ -17,13 +17,14 @@
 #include "engine/table/column_builder.h"
 #include "engine/table/row_conditions.h"
 #include "engine/table/table.h"
+#include "platform/limits.h"
 
 namespace triglub {
 
 class TableBuilder {
  public:
   // The schema must outlive the builder and the table.
-  explicit TableBuilder(const TableSchema& schema, std::uint32_t max_rows = kMaxRows);
+  explicit TableBuilder(const TableSchema& schema, std::uint64_t max_rows = limit(Limit::table_rows));
 
   const TableSchema& schema() const { return *schema_; }
   std::uint64_t row_count() const { return row_count_; }
@@ -54,7 +55,7 @@ class TableBuilder {
 
  private:
   const TableSchema* schema_;
-  std::uint32_t max_rows_;
+  std::uint64_t max_rows_;
   std::uint64_t row_count_ = 0;
   std::vector<ColumnBuilder> columns_;
 };

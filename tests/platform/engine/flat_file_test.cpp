@@ -1,10 +1,17 @@
 // Flat files: what a row may look like, what makes a table refuse to load, and what is said about it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <atomic>
+#include <filesystem>
+#include <fstream>
 #include <random>
+#include <thread>
 
+#include "set_threads.h"
 #include "support/random_seed.h"
+#include "support/scoped_limit.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -525,6 +532,125 @@ TEST(FlatFile, BearsRandomBytes) {
       continue;
     }
     for (const char* field : {"net", "sta", "lddate"}) file.texts(field);
+  }
+}
+
+// Two texts that are the same up to a zero byte are not the same, and the classic interface cannot tell them apart.
+TEST(FlatFile, RefusesAZeroByteInAnyCell) {
+  for (const std::string& table : Texts{"affiliation", "site", "sensor"}) {
+    std::size_t begin = 0;
+    const std::string row = flat_row(table, {});
+    for (const FlatField& field : flat_schema().at(table)) {
+      for (const std::size_t at : {begin, begin + field.width / 2, begin + field.width - 1}) {
+        std::string line = row;
+        line[at] = '\0';
+        const OneFile file(table, row + "\n" + line + "\n");
+        EXPECT_FALSE(file.is_loaded());
+        EXPECT_THAT(file.complaints(), ElementsAre("warning: FILE:2: field " + table + "." + field.name +
+                                                       ": a zero byte (byte " + std::to_string(at + 1) + ")",
+                                                   "warning: FILE: table " + table + " is not loaded"));
+      }
+      begin += field.width + 1;
+    }
+  }
+}
+
+TEST(FlatFile, HoldsTheLimitOfRowsButNotARowMore) {
+  const triglub::ScopedLimit limit(triglub::Limit::table_rows, 3);
+  for (const std::size_t rows : {2u, 3u, 4u, 40u}) {
+    std::string bytes;
+    for (std::size_t i = 0; i < rows; ++i) bytes += AFFILIATION + "\n";
+    const OneFile file("affiliation", bytes);
+    EXPECT_EQ(file.is_loaded(), rows <= 3);
+    if (rows <= 3) continue;
+    EXPECT_THAT(file.complaints(),
+                ElementsAre("warning: FILE:4: more than 3 rows of a table (the limit table-rows)", REFUSED));
+  }
+}
+
+TEST(FlatFile, HasLinesOfAMebibyteAtMost) {
+  constexpr std::size_t kMost = 1 << 20;
+  for (const std::size_t size : {kMost - 1, kMost, kMost + 1, 7 * kMost}) {
+    std::string line = AFFILIATION;
+    line.resize(size, ' ');
+    const OneFile file("affiliation", AFFILIATION + "\n" + line + "\n" + AFFILIATION + "\n");
+    EXPECT_EQ(file.is_loaded(), size <= kMost);
+    if (size <= kMost) {
+      EXPECT_THAT(file.texts("lddate"), ::testing::Each("1700000000.00000"));
+      EXPECT_EQ(file.count(), 3);
+      continue;
+    }
+    EXPECT_THAT(file.complaints(),
+                ElementsAre("warning: FILE:2: the line has more than 1048576 bytes, expected a row of 33", REFUSED));
+  }
+}
+
+// A file of zeros, as a disk that was full leaves one, takes no memory to refuse.
+TEST(FlatFile, OfNothingButZerosIsRefusedAtItsFirstLine) {
+  FlatDatabase files;
+  std::filesystem::resize_file(files.write_file("db.affiliation", ""), std::uintmax_t{300} << 20);
+  rusage before{};
+  getrusage(RUSAGE_SELF, &before);
+  CollectedLog log;
+  Dbptr db;
+  ASSERT_EQ(dbopen(files.prefix().c_str(), "r", &db), 0);
+  EXPECT_FALSE(is_view(table_of(db, "affiliation")));
+  dbclose(db);
+  rusage after{};
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 100000);  // kilobytes
+  EXPECT_THAT(log.lines(), ElementsAre(::testing::EndsWith("db.affiliation:1: the line has more than 1048576 bytes, "
+                                                           "expected a row of 33"),
+                                       ::testing::EndsWith("table affiliation is not loaded")));
+}
+
+// The digits of numbers are asked for long after the table was loaded.
+TEST(FlatFile, IsOfNoConcernOnceItIsLoaded) {
+  FlatDatabase files;
+  std::string bytes;
+  for (int i = 0; i < 5000; ++i) bytes += AFFILIATION + "\n";
+  const std::string path = files.write_file("db.affiliation", bytes);
+  Dbptr db;
+  ASSERT_EQ(dbopen(files.prefix().c_str(), "r", &db), 0);
+  const Dbptr table = table_of(db, "affiliation");
+  ASSERT_EQ(record_count(table), 5000);
+  std::filesystem::resize_file(path, 0);
+  EXPECT_THAT(texts_of(table, "lddate"), ::testing::Each("1700000000.00000"));
+  dbclose(db);
+}
+
+// Whatever a table does while it is read, it is one that stood there, or it is refused.
+TEST(FlatFile, ThatShrinksAndGrowsWhileItIsReadIsWholeOrRefused) {
+  FlatDatabase files;
+  std::string bytes;
+  for (int i = 0; i < 60000; ++i) bytes += AFFILIATION + "\n";
+  const std::string path = files.write_file("db.affiliation", bytes);
+  const SetThreads threads(2);
+  std::atomic<bool> is_done = false;
+  std::thread writer([&] {
+    while (!is_done) {
+      std::filesystem::resize_file(path, 34 * 100);
+      std::ofstream(path, std::ios::binary | std::ios::app)
+          .write(bytes.data(), static_cast<std::streamsize>(34 * 59900));
+    }
+  });
+  CollectedLog log;
+  for (int round = 0; round < 60; ++round) {
+    Dbptr db;
+    if (dbopen(files.prefix().c_str(), "r", &db) != 0) continue;
+    const Dbptr table = table_of(db, "affiliation");
+    if (is_view(table)) {
+      Texts times = texts_of(table, "lddate");
+      if (!times.empty()) times.pop_back();  // the writer may have come to the middle of it
+      EXPECT_THAT(times, ::testing::Each("1700000000.00000"));
+    }
+    dbclose(db);
+  }
+  is_done = true;
+  writer.join();
+  for (const std::string& line : log.lines()) {
+    EXPECT_THAT(line, ::testing::MatchesRegex(".*(changed while it was read|is not loaded|bytes, expected 33|"
+                                              "ends before the field.*)"));
   }
 }
 

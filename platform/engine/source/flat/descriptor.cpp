@@ -10,12 +10,15 @@ namespace triglub {
 namespace {
 
 void append_places(std::string_view list, std::vector<std::string>* places) {
-  while (!list.empty()) places->emplace_back(trimmed(take_part(&list, ':')));
+  while (!list.empty() && places->size() <= kMaxDescriptorPlaces) {
+    const std::string_view place = trimmed(take_part(&list, ':'));
+    if (!place.empty()) places->emplace_back(place);
+  }
 }
 
 }  // namespace
 
-Descriptor parse_descriptor(std::string_view text) {
+std::optional<Descriptor> parse_descriptor(std::string_view text) {
   Descriptor descriptor;
   while (!text.empty()) {
     std::string_view line = take_part(&text, '\n');
@@ -25,6 +28,7 @@ Descriptor parse_descriptor(std::string_view text) {
     if (key == "schema") descriptor.schema = value;
     if (key == "dbpath") append_places(value, &descriptor.places);
   }
+  if (descriptor.places.size() > kMaxDescriptorPlaces) return std::nullopt;
   return descriptor;
 }
 

@@ -9,9 +9,9 @@
 #include <string_view>
 
 #include "base/words.h"
-#include "engine/source/flat/mapped_file.h"
 #include "engine/source/flat/row_layout.h"
 #include "engine/source/flat/row_reader.h"
+#include "engine/source/flat/steady_file.h"
 #include "engine/table/cell.h"
 #include "platform/elog.h"
 #include "time/date_text.h"
@@ -21,6 +21,7 @@ namespace triglub {
 namespace {
 
 constexpr std::uint64_t kRowsLookedAt = 100;
+constexpr std::size_t kBytesLookedAt = std::size_t{1} << 16;  // in which there are as many of any shipped schema
 
 // The rows of a table as one schema has them.
 class RowForm {
@@ -31,7 +32,9 @@ class RowForm {
 
   bool reads(std::string_view row) const {
     bool is_good = true;
-    tell_faults(schema_, layout_, row, [&](std::uint64_t, const std::string&, const std::string&) { is_good = false; });
+    std::uint64_t line = 0;
+    tell_faults(schema_, layout_, row, &line,
+                [&](std::uint64_t, const std::string&, const std::string&) { is_good = false; });
     return is_good;
   }
 
@@ -102,14 +105,22 @@ const TableSchema* find_table(const Schema& schema, const std::string& name) {
   return index < 0 ? nullptr : &schema.tables()[static_cast<std::size_t>(index)];
 }
 
+// Whole lines from the beginning of a file; none where it cannot be read, which is told when the table is loaded.
+std::string first_lines(const std::string& path) {
+  std::string fault;
+  const auto file = SteadyFile::open(path, &fault);
+  if (file == nullptr) return "";
+  std::string bytes(std::min(kBytesLookedAt, file->size()), '\0');
+  if (!file->read(0, bytes.size(), bytes.data())) return "";
+  if (bytes.size() < file->size()) bytes.resize(bytes.rfind('\n') + 1);  // npos + 1 is 0
+  return bytes;
+}
+
 std::optional<Evidence> judge_table(const Schema& standard, const Schema& kb_core, const TableFile& file) {
   const TableSchema* const by_standard = find_table(standard, file.table);
   const TableSchema* const by_kb_core = find_table(kb_core, file.table);
   if (by_standard == nullptr || by_kb_core == nullptr) return std::nullopt;
-  std::string fault;  // is told when the table is loaded
-  const auto mapped = MappedFile::open(file.path, &fault);
-  if (mapped == nullptr) return std::nullopt;
-  return TableJudge(*by_standard, *by_kb_core).judge(file.path, mapped->bytes());
+  return TableJudge(*by_standard, *by_kb_core).judge(file.path, first_lines(file.path));
 }
 
 std::string described(const Evidence& one) {

@@ -4,21 +4,18 @@
 #ifndef TRIGLUB_ENGINE_SOURCE_FLAT_FILE_DIGITS_H
 #define TRIGLUB_ENGINE_SOURCE_FLAT_FILE_DIGITS_H
 
-#include <memory>
+#include <utility>
+#include <vector>
 
-#include "engine/source/flat/line_begins.h"
-#include "engine/source/flat/mapped_file.h"
-#include "engine/source/flat/row_layout.h"
+#include "engine/table/kept_cells.h"
 #include "engine/table/number_texts.h"
 
 namespace triglub {
 
-// The file stays mapped as long as the object.
 class FileDigits final : public NumberTexts {
  public:
-  // The schema must outlive the object.
-  FileDigits(std::shared_ptr<const MappedFile> file, LineBegins lines, RowLayout layout, const TableSchema& schema)
-      : file_(std::move(file)), lines_(std::move(lines)), layout_(std::move(layout)), schema_(schema) {}
+  // `cells` by field. The schema must outlive the object.
+  FileDigits(std::vector<KeptCells> cells, const TableSchema& schema) : cells_(std::move(cells)), schema_(schema) {}
 
   std::string_view text(const Table& table, std::size_t field, std::uint32_t row) const override;
   CodedTexts texts(const Table& table, std::size_t field) const override;
@@ -28,9 +25,7 @@ class FileDigits final : public NumberTexts {
   std::string_view cell(std::size_t field, std::uint32_t row) const;
   bool is_date_text(std::size_t field, std::string_view cell) const;
 
-  std::shared_ptr<const MappedFile> file_;
-  LineBegins lines_;
-  RowLayout layout_;
+  std::vector<KeptCells> cells_;
   const TableSchema& schema_;
 };
 

@@ -5,11 +5,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <system_error>
 
+#include "base/file_text.h"
 #include "engine/source/flat/descriptor.h"
 #include "engine/source/flat/dialect.h"
 #include "engine/source/flat/flat_file.h"
-#include "engine/source/flat/mapped_file.h"
 #include "engine/table/table_builder.h"
 #include "platform/elog.h"
 #include "platform/text.h"
@@ -49,6 +50,24 @@ void complain_of_nothing(const std::string& prefix, const std::string& name, Pat
   }
 }
 
+bool fail_descriptor(const std::string& path, const std::string& fault) {
+  elog_complain(0, "%s: the descriptor %s", path.c_str(), fault.c_str());
+  return false;
+}
+
+std::string reason(const FileReading& reading) {
+  switch (reading.fault) {
+    case FileFault::other_kind:
+      return "not a regular file";
+    case FileFault::too_large:
+      return "more than " + std::to_string(kMaxDescriptorBytes) + " bytes";
+    case FileFault::unreadable:
+    case FileFault::none:
+      break;
+  }
+  return std::generic_category().message(reading.error);
+}
+
 // "{css}" and the like in a descriptor's path stand for the database's name.
 std::string with_name(std::string_view entry, const std::string& name) {
   std::string out;
@@ -81,16 +100,16 @@ std::shared_ptr<const FlatSource> FlatSource::open(const std::string& prefix) {
 }
 
 bool FlatSource::read_descriptor(const std::string& path) {
-  std::string fault;
-  const auto file = MappedFile::open(path, &fault);
-  if (file == nullptr) {
-    elog_complain(0, "%s: the descriptor cannot be read: %s", path.c_str(), fault.c_str());
-    return false;
+  std::string text;
+  const FileReading reading = read_file(path, FileKind::regular, kMaxDescriptorBytes, &text);
+  if (reading.fault != FileFault::none) return fail_descriptor(path, "cannot be read: " + reason(reading));
+  const auto descriptor = parse_descriptor(text);
+  if (!descriptor) {
+    return fail_descriptor(path, "names more than " + std::to_string(kMaxDescriptorPlaces) + " places in its dbpath");
   }
-  const Descriptor descriptor = parse_descriptor(file->bytes());
-  for (const std::string& place : descriptor.places) add_place(with_name(place, name_));
-  if (descriptor.schema.empty()) return true;
-  schema_ = Schema::named(descriptor.schema, folder_);
+  for (const std::string& place : descriptor->places) add_place(with_name(place, name_));
+  if (descriptor->schema.empty()) return true;
+  schema_ = Schema::named(descriptor->schema, folder_);
   if (schema_ == nullptr) elog_complain(0, "%s: the descriptor names a schema that cannot be used", path.c_str());
   return schema_ != nullptr;
 }
@@ -119,6 +138,15 @@ std::vector<TableFile> FlatSource::table_files() const {
 }
 
 std::string FlatSource::table_place(const TableSchema& table) const { return path_of(table.name); }
+
+std::vector<SourceFile> FlatSource::files() const {
+  std::vector<SourceFile> files = {{prefixes_.front(), "the descriptor"}};
+  if (!schema_->path().empty()) files.push_back({schema_->path(), "the schema"});
+  for (const std::string& prefix : prefixes_) {
+    for (const TableSchema& table : schema_->tables()) files.push_back({prefix + "." + table.name, "a table"});
+  }
+  return files;
+}
 
 std::string FlatSource::path_of(const std::string& table) const {
   for (const std::string& prefix : prefixes_) {

@@ -1,7 +1,7 @@
 // The plain form, which tell_faults follows: take the end of the line and the blanks behind the row off; check that the
 // row is neither blank nor too long; then, for each field, check the separator behind it and read its cell.
 //
-// read_rows gives the same columns with less work, as the rows of a table are much alike:
+// RowReader gives the same columns with less work, as the rows of a table are much alike:
 //
 //   the row above   A full row is compared with the one before it, word by word, and only fields in a piece that
 //                   differs are looked at. The others have the value of the row above: nothing is stored for them until
@@ -18,7 +18,10 @@
 #include <cstring>
 #include <vector>
 
+#include "base/threads.h"
+#include "engine/source/flat/file_parts.h"
 #include "engine/table/cell.h"
+#include "platform/limits.h"
 
 namespace triglub {
 
@@ -79,22 +82,31 @@ class RowComparison {
 // A cache of cells of one field that were read before: of those with one hash, the latest.
 class KnownCells {
  public:
-  explicit KnownCells(std::size_t width) : width_(width) {}
+  explicit KnownCells(std::size_t width) : width_(width), bytes_(width << kSlotBits) {}
 
   // The number of an earlier row whose cell has the same bytes; nothing when none is known.
   const std::uint32_t* find(const char* cell) {
-    latest_ = &cells_[slot_of(cell)];
-    return latest_->bytes != nullptr && are_same(latest_->bytes, cell, width_) ? &latest_->row : nullptr;
+    latest_ = slot_of(cell);
+    const std::uint32_t& row = rows_[latest_];
+    return row != kNoRow && are_same(bytes_of(latest_), cell, width_) ? &row : nullptr;
   }
   // Keeps the cell that was asked for last.
-  void keep(const char* cell, std::uint32_t row) { *latest_ = {cell, row}; }
+  void keep(const char* cell, std::uint32_t row) {
+    rows_[latest_] = row;
+    std::memcpy(bytes_of(latest_), cell, width_);
+  }
 
  private:
-  struct Cell {
-    const char* bytes = nullptr;
-    std::uint32_t row = 0;
-  };
   static constexpr int kSlotBits = 6;
+  static constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
+
+  static std::array<std::uint32_t, kSlots> no_rows() {
+    std::array<std::uint32_t, kSlots> rows{};
+    rows.fill(kNoRow);
+    return rows;
+  }
+
+  char* bytes_of(std::size_t slot) { return bytes_.data() + slot * width_; }
 
   // Numbers stand at the end of their cells, texts at the beginning.
   std::size_t slot_of(const char* cell) const {
@@ -110,20 +122,18 @@ class KnownCells {
   }
 
   std::size_t width_;
-  std::array<Cell, std::size_t{1} << kSlotBits> cells_;
-  Cell* latest_ = nullptr;
+  std::vector<char> bytes_;  // by slot
+  std::array<std::uint32_t, kSlots> rows_ = no_rows();
+  std::size_t latest_ = 0;
 };
 
-// Calls work(begin, line) for each line of the file from `begin` to before `end`, without its newline, until it returns
-// false; false then.
+// Calls work(line) for each line, without its newline, until it returns false; false then.
 template <typename Work>
-bool for_each_line(std::string_view file, std::size_t begin, std::size_t end, Work work) {
-  while (begin < end) {
-    const void* newline = std::memchr(file.data() + begin, '\n', end - begin);
-    const std::size_t line_end =
-        newline == nullptr ? end : static_cast<std::size_t>(static_cast<const char*>(newline) - file.data());
-    if (!work(begin, file.substr(begin, line_end - begin))) return false;
-    begin = line_end + 1;
+bool for_each_line(std::string_view lines, Work work) {
+  while (!lines.empty()) {
+    const std::size_t newline = lines.find('\n');
+    if (!work(lines.substr(0, newline))) return false;
+    lines.remove_prefix(newline == std::string_view::npos ? lines.size() : newline + 1);
   }
   return true;
 }
@@ -151,81 +161,22 @@ bool is_fit(std::string_view row, std::size_t row_width) {
   return row.size() <= row_width && !without_trailing_blanks(row).empty();
 }
 
-class RowReader {
- public:
-  RowReader(const RowLayout& layout, std::string_view file, Rows* rows)
-      : layout_(layout), file_(file), table_(rows->table), lines_(rows->lines), comparison_(layout.width()) {
-    for (std::size_t i = 0; i < layout.field_count(); ++i) {
-      pieces_.push_back(comparison_.pieces_of(layout[i].begin, layout[i].end + 1));  // with the separator
-      known_.emplace_back(layout[i].end - layout[i].begin);
-    }
-  }
-
-  // False at the first fault.
-  bool read(std::size_t begin, std::size_t end) {
-    const bool is_good = for_each_line(file_, begin, end, [this](std::size_t at, std::string_view line) {
-      if (!table_.begin_row()) return false;
-      lines_.add(at, line.size() + 1);
-      const std::string_view row = row_of(line, layout_.width());
-      return is_fit(row, layout_.width()) && read_row(row);
-    });
-    if (is_good) table_.fill();
-    return is_good;
-  }
-
- private:
-  bool read_row(std::string_view row) {
-    const bool is_full = row.size() == layout_.width();
-    const std::uint64_t changed =
-        is_full && above_ != nullptr ? comparison_.differing(above_, row.data()) : RowComparison::kAll;
-    for (std::size_t i = 0; i < pieces_.size(); ++i) {
-      if ((changed & pieces_[i]) != 0 && !read_cell(row, i)) return false;
-    }
-    above_ = is_full ? row.data() : nullptr;
-    return true;
-  }
-
-  bool read_cell(std::string_view row, std::size_t i) {
-    const RowLayout::Place& place = layout_[i];
-    if (!has_separator(row, place) || !reaches(row, place)) return false;
-    ColumnBuilder& column = table_.column(i);
-    column.fill(table_.row_count() - 1);
-    if (place.end > row.size()) return column.add(cell_of(row, place));
-    return read_whole_cell(row.substr(place.begin, place.end - place.begin), &column, &known_[i]);
-  }
-
-  bool read_whole_cell(std::string_view cell, ColumnBuilder* column, KnownCells* known) {
-    const std::uint32_t* row = known->find(cell.data());
-    if (row != nullptr) {
-      column->repeat(*row);
-      return true;
-    }
-    known->keep(cell.data(), static_cast<std::uint32_t>(table_.row_count() - 1));
-    return column->add(cell);
-  }
-
-  const RowLayout& layout_;
-  std::string_view file_;
-  TableBuilder& table_;
-  LineBegins& lines_;
-  RowComparison comparison_;
-  const char* above_ = nullptr;  // the row before the present one, if it was full
-  // Of each field:
-  std::vector<std::uint64_t> pieces_;
-  std::vector<KnownCells> known_;
-};
-
 // The faults of one file.
 class FaultFinder {
  public:
-  FaultFinder(const TableSchema& schema, const RowLayout& layout, const FaultTeller& tell)
-      : schema_(schema), layout_(layout), tell_(tell) {}
+  FaultFinder(const TableSchema& schema, const RowLayout& layout, std::uint64_t* line, const FaultTeller& tell)
+      : schema_(schema), layout_(layout), tell_(tell), line_(*line) {}
 
   // False when there is no use in further lines.
   bool look_at(std::string_view line) {
-    if (++line_ > kMaxRows) {
-      tell("", "more rows than a table can have");
+    if (++line_ > limit(Limit::table_rows)) {
+      tell("", beyond(Limit::table_rows));
       return false;
+    }
+    if (line.size() > kMaxLineBytes) {
+      tell("", "the line has more than " + std::to_string(kMaxLineBytes) + " bytes, expected a row of " +
+                   std::to_string(layout_.width()));
+      return true;
     }
     const std::string_view row = row_of(line, layout_.width());
     if (is_fit(row, layout_.width())) {
@@ -267,29 +218,134 @@ class FaultFinder {
   const TableSchema& schema_;
   const RowLayout& layout_;
   const FaultTeller& tell_;
-  std::uint64_t line_ = 0;
+  std::uint64_t& line_;
 };
 
 }  // namespace
 
-bool read_rows(const RowLayout& layout, std::string_view file, std::size_t begin, std::size_t end, std::size_t room,
-               Rows* rows) {
-  rows->table.reserve(room / (layout.width() + 1) + 1);
-  return RowReader(layout, file, rows).read(begin, end);
+Rows::Rows(const TableSchema& schema) : table(schema) {
+  for (const FieldSchema& field : schema.fields) cells.emplace_back(static_cast<std::size_t>(field.width));
 }
 
-void tell_faults(const TableSchema& schema, const RowLayout& layout, std::string_view file, const FaultTeller& tell) {
-  FaultFinder finder(schema, layout, tell);
-  for_each_line(file, 0, file.size(), [&](std::size_t, std::string_view line) { return finder.look_at(line); });
+void Rows::reserve(std::uint64_t rows) {
+  table.reserve(rows);
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    if (table.schema().fields[i].storage() != Storage::text) cells[i].reserve(rows);
+  }
 }
 
-void find_unread_dates(const TableSchema& schema, const RowLayout& layout, std::string_view file, UnreadDates* dates) {
-  std::uint64_t number = 0;
-  for_each_line(file, 0, file.size(), [&](std::size_t, std::string_view line) {
-    const std::string_view row = row_of(line, layout.width());
-    ++number;
+void Rows::fill() {
+  table.fill();
+  if (table.row_count() == 0) return;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    if (table.schema().fields[i].storage() != Storage::text) cells[i].fill(table.row_count());
+  }
+}
+
+bool Rows::append(Rows&& rows) {
+  if (!table.append(std::move(rows.table))) return false;
+  run_side_by_side(cells.size(), [&](std::size_t i) { cells[i].append(std::move(rows.cells[i])); });
+  return true;
+}
+
+// Reads one row after another.
+class RowReader::Reading {
+ public:
+  Reading(const RowLayout& layout, Rows* rows)
+      : layout_(layout), table_(rows->table), comparison_(layout.width()), above_bytes_(layout.width()) {
     for (std::size_t i = 0; i < layout.field_count(); ++i) {
-      dates->look_at(schema.fields[i], number, cell_of(row, layout[i]));
+      pieces_.push_back(comparison_.pieces_of(layout[i].begin, layout[i].end + 1));  // with the separator
+      known_.emplace_back(layout[i].end - layout[i].begin);
+      const bool is_number = table_.schema().fields[i].storage() != Storage::text;
+      kept_.push_back(is_number ? &rows->cells[i] : nullptr);
+    }
+  }
+
+  bool read(std::string_view lines) {
+    const bool is_good = for_each_line(lines, [this](std::string_view line) {
+      if (line.size() > kMaxLineBytes || !table_.begin_row()) return false;
+      const std::string_view row = row_of(line, layout_.width());
+      return is_fit(row, layout_.width()) && read_row(row);
+    });
+    keep_above();
+    return is_good;
+  }
+
+ private:
+  bool read_row(std::string_view row) {
+    const bool is_full = row.size() == layout_.width();
+    const std::uint64_t changed =
+        is_full && above_ != nullptr ? comparison_.differing(above_, row.data()) : RowComparison::kAll;
+    for (std::size_t i = 0; i < pieces_.size(); ++i) {
+      if ((changed & pieces_[i]) != 0 && !read_cell(row, i)) return false;
+    }
+    above_ = is_full ? row.data() : nullptr;
+    return true;
+  }
+
+  bool read_cell(std::string_view row, std::size_t i) {
+    const RowLayout::Place& place = layout_[i];
+    if (!has_separator(row, place) || !reaches(row, place)) return false;
+    const std::uint64_t before = table_.row_count() - 1;
+    table_.column(i).fill(before);
+    if (kept_[i] != nullptr) kept_[i]->fill(before);
+    if (place.end > row.size()) return add(i, cell_of(row, place));
+    return read_whole_cell(row.substr(place.begin, place.end - place.begin), i);
+  }
+
+  bool read_whole_cell(std::string_view cell, std::size_t i) {
+    const std::uint32_t* row = known_[i].find(cell.data());
+    if (row != nullptr) {
+      table_.column(i).repeat(*row);
+      if (kept_[i] != nullptr) kept_[i]->repeat(*row);
+      return true;
+    }
+    known_[i].keep(cell.data(), static_cast<std::uint32_t>(table_.row_count() - 1));
+    return add(i, cell);
+  }
+
+  bool add(std::size_t i, std::string_view cell) {
+    if (kept_[i] != nullptr) kept_[i]->add(cell);
+    return table_.column(i).add(cell);
+  }
+
+  // The bytes of the row above may be gone when the next one comes.
+  void keep_above() {
+    if (above_ == nullptr || above_ == above_bytes_.data()) return;
+    std::memcpy(above_bytes_.data(), above_, above_bytes_.size());
+    above_ = above_bytes_.data();
+  }
+
+  const RowLayout& layout_;
+  TableBuilder& table_;
+  RowComparison comparison_;
+  const char* above_ = nullptr;  // the row before the present one, if it was full
+  std::vector<char> above_bytes_;
+  // Of each field:
+  std::vector<std::uint64_t> pieces_;
+  std::vector<KnownCells> known_;
+  std::vector<KeptCells*> kept_;  // null for texts
+};
+
+RowReader::RowReader(const RowLayout& layout, Rows* rows) : reading_(std::make_unique<Reading>(layout, rows)) {}
+
+RowReader::~RowReader() = default;
+
+bool RowReader::read(std::string_view lines) { return reading_->read(lines); }
+
+bool tell_faults(const TableSchema& schema, const RowLayout& layout, std::string_view lines, std::uint64_t* line,
+                 const FaultTeller& tell) {
+  FaultFinder finder(schema, layout, line, tell);
+  return for_each_line(lines, [&](std::string_view text) { return finder.look_at(text); });
+}
+
+void find_unread_dates(const TableSchema& schema, const RowLayout& layout, std::string_view lines, std::uint64_t* line,
+                       UnreadDates* dates) {
+  for_each_line(lines, [&](std::string_view text) {
+    const std::string_view row = row_of(text, layout.width());
+    ++*line;
+    for (std::size_t i = 0; i < layout.field_count(); ++i) {
+      dates->look_at(schema.fields[i], *line, cell_of(row, layout[i]));
     }
     return true;
   });

@@ -9,36 +9,63 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "engine/source/flat/line_begins.h"
 #include "engine/source/flat/row_layout.h"
 #include "engine/source/unread_dates.h"
+#include "engine/table/kept_cells.h"
 #include "engine/table/table_builder.h"
 
 namespace triglub {
 
-// Consecutive rows of a file.
-struct Rows {
-  explicit Rows(const TableSchema& schema, std::uint64_t begin = 0) : table(schema), lines(begin) {}
+// Rows that were read of a file.
+class Rows {
+ public:
+  explicit Rows(const TableSchema& schema);
+
+  // The columns get room for so many rows.
+  void reserve(std::uint64_t rows);
+  // Brings all columns up to the last row.
+  void fill();
+  // Appends the rows of another part of the same table, which is emptied. False, with nothing appended, when the table
+  // cannot have as many.
+  bool append(Rows&& rows);
 
   TableBuilder table;
-  LineBegins lines;
+  std::vector<KeptCells> cells;  // by field; only those of numbers and times have any
 };
 
-// Appends the lines of `file` from byte `begin`, where a line begins, to before `end`, where one has ended, to rows
-// that are empty yet. The columns are given room for what that many bytes hold: `room`. False at the first fault.
-bool read_rows(const RowLayout& layout, std::string_view file, std::size_t begin, std::size_t end, std::size_t room,
-               Rows* rows);
+// Takes in lines, some at a time. What they were may be gone after each call.
+class RowReader {
+ public:
+  // The layout and the rows, which are empty yet, must outlive the reader. When all lines are read, the rows have to
+  // be filled.
+  RowReader(const RowLayout& layout, Rows* rows);
+  ~RowReader();
+  RowReader(const RowReader&) = delete;
+  RowReader& operator=(const RowReader&) = delete;
 
-// Finds the faults of a file that read_rows has refused: hands each to `tell`, with the number of its line (from 1) and
-// the name of its field (empty for the whole row).
+  // Reads whole lines. False at the first fault; the rows are of no use then.
+  bool read(std::string_view lines);
+
+ private:
+  class Reading;
+  std::unique_ptr<Reading> reading_;
+};
+
+// Finds the faults of lines of a file that a reader has refused: hands each to `tell`, with the number of its line
+// (from 1) and the name of its field (empty for the whole row). `*line` is the number of the line before the first, and
+// becomes that of the last one looked at. False when there is no use in further lines.
 using FaultTeller = std::function<void(std::uint64_t line, const std::string& field, const std::string& fault)>;
-void tell_faults(const TableSchema& schema, const RowLayout& layout, std::string_view file, const FaultTeller& tell);
+bool tell_faults(const TableSchema& schema, const RowLayout& layout, std::string_view lines, std::uint64_t* line,
+                 const FaultTeller& tell);
 
-// Finds the cells of the rows of a file without faults that `dates` looks for.
-void find_unread_dates(const TableSchema& schema, const RowLayout& layout, std::string_view file, UnreadDates* dates);
+// Finds the cells of lines without faults that `dates` looks for. `*line` as above.
+void find_unread_dates(const TableSchema& schema, const RowLayout& layout, std::string_view lines, std::uint64_t* line,
+                       UnreadDates* dates);
 
 }  // namespace triglub
 

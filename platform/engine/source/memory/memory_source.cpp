@@ -7,6 +7,7 @@
 #include "engine/source/unread_dates.h"
 #include "engine/table/cell.h"
 #include "engine/table/table_builder.h"
+#include "platform/limits.h"
 
 namespace triglub {
 
@@ -37,7 +38,8 @@ class RowLoader {
         dates_(schema.name, before_number_) {}
 
   void add(const MemorySource::Row& row) {
-    if (!rows_.begin_row()) return faults_.tell(place(), "", "more rows than a table can have");
+    ++count_;
+    if (!rows_.begin_row()) return faults_.tell(place(), "", beyond(Limit::table_rows));
     for (std::size_t i = 0; i < schema_.fields.size(); ++i) {
       const auto given = row.find(schema_.fields[i].name);
       add_cell(i, given == row.end() ? "" : given->second);
@@ -56,10 +58,10 @@ class RowLoader {
   }
 
  private:
-  std::string place() const { return before_number_ + std::to_string(rows_.row_count()); }
+  std::string place() const { return before_number_ + std::to_string(count_); }
 
   void add_cell(std::size_t i, const std::string& cell) {
-    if (rows_.column(i).add(cell)) return dates_.look_at(schema_.fields[i], rows_.row_count(), cell);
+    if (rows_.column(i).add(cell)) return dates_.look_at(schema_.fields[i], count_, cell);
     faults_.tell(place(), schema_.fields[i].name, cell_fault(schema_.fields[i], cell, 1));
     rows_.column(i).add("");  // so that the columns stay in step
   }
@@ -67,6 +69,7 @@ class RowLoader {
   const TableSchema& schema_;
   std::string before_number_;
   TableBuilder rows_;
+  std::uint64_t count_ = 0;  // rows that were to be added
   TableFaults faults_;
   UnreadDates dates_;
 };
