@@ -16,12 +16,16 @@ namespace triglub::tool {
 namespace {
 
 constexpr int kPiece = 1 << 18;  // bytes
+constexpr unsigned long kSalt = 0x9E3779B9;
 constexpr XML_Char kBehindNamespace = '\n';
 
 class Parser {
  public:
   Parser() : parser_(XML_ParserCreateNS("UTF-8", kBehindNamespace), &XML_ParserFree) {
     if (parser_ == nullptr) throw std::bad_alloc();
+    // Left to itself the parser asks the system for chance, and where that cannot be had the process is aborted. Names
+    // are those of the tree here: nobody gains by making them collide.
+    XML_SetHashSalt(parser_.get(), kSalt);
   }
 
   void* room() {
