@@ -1,9 +1,9 @@
 // A response file from the disk: read whole, then parsed.
 #include <string>
-#include <system_error>
 
 #include "base/file_text.h"
 #include "platform/elog.h"
+#include "platform/limits.h"
 #include "platform/response.h"
 #include "response/parse.h"
 
@@ -13,14 +13,13 @@ constexpr int kNotReadable = -1;
 constexpr int kNotTheFormat = -2;
 
 // The fault of a file that could not be read, and the status that goes with it.
-int fail(const char* path, const triglub::FileReading& reading, std::string* fault) {
+int fail(const char* path, const triglub::FileReading& reading, std::size_t most, std::string* fault) {
   *fault = std::string(path) + ": ";
   if (reading.fault == triglub::FileFault::too_large) {
-    *fault += "larger than the limit of " + std::to_string(MAX_RESPONSE_BYTES) + " bytes";
+    *fault += triglub::beyond(triglub::Limit::response_bytes);
     return kNotTheFormat;
   }
-  const bool is_file = reading.fault != triglub::FileFault::other_kind;
-  *fault += "cannot read: " + (is_file ? std::generic_category().message(reading.error) : "not a file");
+  *fault += "cannot read: " + fault_text(reading, most);
   return kNotReadable;
 }
 
@@ -29,8 +28,9 @@ int fail(const char* path, const triglub::FileReading& reading, std::string* fau
 int read_response(const char* path, Response** response, std::string* fault) {
   *response = nullptr;
   std::string text;
-  const auto reading = triglub::read_file(path, triglub::FileKind::regular, MAX_RESPONSE_BYTES, &text);
-  if (reading.fault != triglub::FileFault::none) return fail(path, reading, fault);
+  const std::size_t most = triglub::limit(triglub::Limit::response_bytes);
+  const auto reading = triglub::read_file(path, most, &text);
+  if (reading.fault != triglub::FileFault::none) return fail(path, reading, most, fault);
   triglub::ResponseFault place;
   *response = triglub::parse_response(text, &place).release();
   if (*response != nullptr) return 0;
