@@ -83,8 +83,15 @@ struct TreeGroup {
   bool is_transparent = false;
   std::vector<TreeLine> attributes;
   std::vector<TreeLine> elements;
-  long line = 0;  // of the opening of its table
+  long line = 0;      // of the opening of its table
+  long tag_line = 0;  // of its name
 };
+
+// What is wrong with a tree of groups, of whatever edition, that somebody has put together: names that are none in XML,
+// attributes that are there twice, prefixes that are not declared, groups that contain themselves or nest too deep, and
+// more than the limit tree_elements (platform/limits.h) for one record. Each fault is "path:line: what", in the order
+// of lines; empty where there is none.
+TRIGLUB_API std::vector<std::string> tree_faults(const std::string& path, const TreeGroup& root);
 
 // What a parameter file says beside the tree of how its documents are written.
 struct TreeOptions {

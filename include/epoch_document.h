@@ -23,6 +23,7 @@
 #include "platform/database.h"
 #include "platform/export.h"
 #include "platform/parfile.h"
+#include "platform/response_reading.h"
 
 namespace triglub {
 
@@ -31,7 +32,9 @@ class TRIGLUB_API EpochDocument {
   // Reads and checks the tree of the parameter file, which need not stay, and makes the records of the database that
   // meet the conditions (expressions to patterns, as for db2stationxml; null: none). Throws FatalFailure, after
   // complaints, for a faulty tree, a table that refuses to load, a condition that does not compile.
+  // So does a response file that the machine could not read. Files outside of the reach are told as unreadable ones.
   EpochDocument(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level);
+  EpochDocument(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level, ResponseReach reach);
   ~EpochDocument();
   EpochDocument(const EpochDocument&) = delete;
   EpochDocument& operator=(const EpochDocument&) = delete;

@@ -7,8 +7,12 @@
 #include <vector>
 
 #include "base/characters.h"
+#include "element_tree.h"
 #include "elements.h"
 #include "platform/elog.h"
+#include "tool/check_site.h"
+#include "tool/written_tree.h"
+#include "xml.h"
 
 namespace triglub::tool {
 
@@ -18,14 +22,17 @@ class TreeCheck {
  public:
   explicit TreeCheck(Pf* pf) : pf_(pf) {}
 
-  bool run() {
+  std::unique_ptr<const WrittenTree> run() {
     const char* root = ::pfget_string(pf_, "root_node");
     if (root == nullptr) {
       complain("the key root_node, which names the root group, is missing");
     } else {
       check_group(root, "root_node");
     }
-    return sound_;
+    if (!sound_) return nullptr;
+    auto tree = written_tree(pf_);
+    check_whole(*tree);
+    return sound_ ? std::move(tree) : nullptr;
   }
 
  private:
@@ -37,6 +44,33 @@ class TreeCheck {
     check_lines(group, "{attributes}", false);
     check_lines(group, "{elements}", true);
     path_.pop_back();
+  }
+
+  void check_whole(const WrittenTree& tree) {
+    tell_all(tree_faults(pf_path(pf_), *tree.root));
+    tell_all(site_faults(pf_path(pf_), tree));
+    if (!sound_) return;
+    for (const auto& [key, group] : tree.groups) check_names(group);
+  }
+
+  // The library takes fewer names than XML has: a '.' in a tag is most often a field in the wrong column.
+  void check_names(const TreeGroup& group) {
+    if (!ElementTag::is_safe(group.tag)) refuse_name(group.tag_line, group.tag);
+    for (const TreeLine& line : group.attributes) {
+      if (!XmlAttribute().isvalid_name(line.name)) refuse_name(line.line, line.name);
+    }
+    for (const TreeLine& line : group.elements) {
+      if (names_element(line.type) && !ElementTag::is_safe(line.name)) refuse_name(line.line, line.name);
+    }
+  }
+
+  void refuse_name(long line, const std::string& name) {
+    complain(std::to_string(line) + ": '" + name + "' is no name that edition 1 can write");
+  }
+
+  void tell_all(const std::vector<std::string>& faults) {
+    for (const std::string& fault : faults) elog_complain(0, "%s", fault.c_str());
+    if (!faults.empty()) sound_ = false;
   }
 
   bool is_open(const std::string& group, const std::string& named_by) {
@@ -95,6 +129,6 @@ class TreeCheck {
 
 }  // namespace
 
-bool check_tree(Pf* pf) { return TreeCheck(pf).run(); }
+std::unique_ptr<const WrittenTree> check_tree(Pf* pf) { return TreeCheck(pf).run(); }
 
 }  // namespace triglub::tool

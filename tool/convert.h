@@ -19,8 +19,13 @@ struct ConvertOptions {
   unsigned int verbosity = 0;  // 0 to 3
   Conditions conditions;
   bool strict = false;
-  unsigned int jobs = 1;  // processes that write networks side by side
+  bool follow_outside = false;  // response files may be outside of the folders of the tables that name them
+  unsigned int jobs = 1;        // processes that write networks side by side
 };
+
+inline ResponseReach reach_of(const ConvertOptions& options) {
+  return options.follow_outside ? ResponseReach::anywhere : ResponseReach::below_table;
+}
 
 // Writes the document. The exit status: 0, or 1 when the data could not be converted (after messages).
 int convert(const ConvertOptions& options);

@@ -13,6 +13,7 @@
 #include "tool/messages.h"
 #include "tool/output.h"
 #include "tool/workers.h"
+#include "tool/write_parts.h"
 
 namespace triglub::tool {
 
@@ -51,14 +52,17 @@ bool write_pieces(Output& output, const EpochDocument& document, const EpochDocu
   const std::string& source = options.source;
   PendingHead head(output, kDeclaration + parts.head);
   std::vector<Findings> found(parts.pieces);
+  const auto or_die = [&source](const auto& act) {
+    try {
+      return act();
+    } catch (...) {
+      die_of_exception(source);
+    }
+  };
   const auto make_writer = [&]() -> PieceWriter {
-    auto writer = std::make_shared<EpochDocument::PieceWriter>(document);
-    return [writer, &found, &source](std::ostream& out, std::size_t piece) {
-      try {
-        writer->write(piece, out, &found[piece]);
-      } catch (...) {
-        die_of_exception(source);
-      }
+    auto writer = or_die([&] { return std::make_shared<EpochDocument::PieceWriter>(document); });
+    return [writer, &found, or_die](std::ostream& out, std::size_t piece) {
+      or_die([&] { writer->write(piece, out, &found[piece]); });
     };
   };
   write_side_by_side(
@@ -84,7 +88,7 @@ bool write_whole(Output& output, EpochDocument& document) {
 
 int convert_epochs(const ConvertOptions& options, Dbptr db, Pf* pf) {
   Subset subset(options.conditions);
-  EpochDocument document(db, pf, subset.array(), options.level);
+  EpochDocument document(db, pf, subset.array(), options.level, reach_of(options));
   if (options.verbosity > 0) elog_debug(0, "%u records", document.record_count());
   if (!document.has_records()) die_of_emptiness(options, document.findings(), "no record is selected");
   const auto output = Output::open(options.output, options.strict ? Output::Hold::until_commit : Output::Hold::no);

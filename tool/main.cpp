@@ -2,14 +2,20 @@
 // 2 wrong usage.
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <map>
+#include <array>
+#include <iostream>
+#include <string_view>
 #include <thread>
 
 #include "platform/elog.h"
 #include "platform/text.h"
 #include "tool/check.h"
 #include "tool/convert.h"
+#include "tool/endings.h"
+#include "tool/limit_option.h"
+#include "tool/memory_budget.h"
 #include "tool/slips.h"
+#include "tool/standard_descriptors.h"
 #include "tool/tree.h"
 
 namespace {
@@ -33,22 +39,52 @@ constexpr const char* kExamples = R"(Examples:
 A database is named by the common beginning of its files: /net/aak/aak for /net/aak/aak.site and so on.
 Exit status: 0 done, 1 the data could not be converted, 2 wrong usage.)";
 
-const std::map<std::string, triglub::DetailLevel> kLevels = {{"network", triglub::DetailLevel::network},
-                                                             {"station", triglub::DetailLevel::station},
-                                                             {"channel", triglub::DetailLevel::channel},
-                                                             {"response", triglub::DetailLevel::response}};
+struct NamedLevel {
+  std::string_view name;
+  triglub::DetailLevel level;
+};
+constexpr std::array kLevels = {
+    NamedLevel{"network", triglub::DetailLevel::network}, NamedLevel{"station", triglub::DetailLevel::station},
+    NamedLevel{"channel", triglub::DetailLevel::channel}, NamedLevel{"response", triglub::DetailLevel::response}};
+
+const NamedLevel* level_named(std::string_view name) {
+  const auto* const found =
+      std::find_if(kLevels.begin(), kLevels.end(), [name](const NamedLevel& known) { return known.name == name; });
+  return found == kLevels.end() ? nullptr : found;
+}
 
 // Options as the line has them, before they are understood.
 struct RawOptions {
   std::string level = "response";
   std::vector<std::string> subsets;
+  std::vector<std::string> limits;  // which are set when they are read
+  std::string memory;
   int verbose = 0;
 };
 
 // Empty when the name is one of a level; else what is wrong with it.
 std::string check_level(const std::string& name) {
-  if (kLevels.contains(name)) return "";
+  if (level_named(name) != nullptr) return "";
   return "expected network, station, channel or response, found " + name;
+}
+
+// Empty when the text is a size of memory; else what is wrong with it.
+std::string check_memory(const std::string& text) {
+  if (triglub::tool::memory_size(text)) return "";
+  return "expected a number of bytes, or one of K, M, G or T such as 4G, found " + text;
+}
+
+// The options that keep an input from taking the machine.
+void add_budgets(CLI::App* command, RawOptions& raw) {
+  command->add_option("--memory", raw.memory, "the most memory that is taken, such as 4G (default: what there is)")
+      ->type_name("SIZE")
+      ->check(check_memory);
+  command
+      ->add_option("--limit", raw.limits,
+                   "the most of a thing that is taken before it is refused, by its name; repeatable")
+      ->type_name("NAME=N")
+      ->allow_extra_args(false)
+      ->check(triglub::tool::take_limit);
 }
 
 CLI::App* add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, RawOptions& raw) {
@@ -74,8 +110,11 @@ CLI::App* add_convert(CLI::App& app, triglub::tool::ConvertOptions& options, Raw
       ->type_name("N")
       ->check(CLI::Range(1U, kMaxJobs).description(""));
   convert->add_flag("--strict", options.strict, "fail, and write nothing, when there are warnings");
+  convert->add_flag("--follow-outside", options.follow_outside,
+                    "read response files outside of the stage table's folder, too");
+  add_budgets(convert, raw);
   convert->add_flag("-v", raw.verbose, "tell what is done; up to three times");
-  convert->footer(kExamples);
+  convert->footer(kExamples + ("\n\n" + triglub::tool::list_of_limits()));
   return convert;
 }
 
@@ -124,10 +163,11 @@ An element has its tag, an attribute its name behind an @. What stands in parent
 in it stands in its place.
 Exit status: 0 done, 1 the parameter file has faults, 2 wrong usage.)";
 
-CLI::App* add_tree(CLI::App& app, triglub::tool::TreeOptions& options) {
+CLI::App* add_tree(CLI::App& app, triglub::tool::TreeOptions& options, RawOptions& raw) {
   CLI::App* tree = app.add_subcommand("tree", "Show what a document holds by a parameter file, and check that file");
   tree->add_option("PF", options.parameters, "the parameter file")->capture_default_str();
-  tree->footer(kTreeExamples);
+  add_budgets(tree, raw);
+  tree->footer(kTreeExamples + ("\n\n" + triglub::tool::list_of_limits()));
   return tree;
 }
 
@@ -157,9 +197,25 @@ bool read_subsets(const std::vector<std::string>& arguments, triglub::tool::Cond
   });
 }
 
+int finish_standard_output() {
+  if (std::cout.flush()) return EXIT_SUCCESS;
+  elog_die(0, "standard output: cannot be written");
+}
+
+// `given`: what the line has; empty for nothing.
+void limit_memory(const std::string& given) {
+  using triglub::tool::memory_size, triglub::tool::memory_there_is;
+  triglub::tool::limit_memory(given.empty() ? memory_there_is() : *memory_size(given));
+}
+
 }  // namespace
 
+// Libraries take memory before main begins, for what they hold for the whole program.
+__attribute__((section(".preinit_array"), used)) void (*const before_all)() = triglub::tool::prepare_for_no_memory;
+
 int main(int argc, char** argv) {
+  triglub::tool::open_standard_descriptors();
+  triglub::tool::prepare_endings();
   elog_init("triglub");
   CLI::App app("CSS3.0 station metadata to FDSN StationXML", "triglub");
   app.set_version_flag("--version", "triglub " TRIGLUB_VERSION);
@@ -170,20 +226,22 @@ int main(int argc, char** argv) {
   RawOptions raw;
   const CLI::App* convert = add_convert(app, options, raw);
   triglub::tool::TreeOptions tree_options;
-  const CLI::App* tree = add_tree(app, tree_options);
+  const CLI::App* tree = add_tree(app, tree_options, raw);
   triglub::tool::CheckOptions check_options;
   const CLI::App* check = add_check(app, check_options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    if (app.exit(e) == 0) return EXIT_SUCCESS;
+    if (app.exit(e) == 0) return finish_standard_output();
     suggest_line(app, *convert, {argv + 1, argv + argc});
     return kWrongUsage;
   }
+  limit_memory(raw.memory);
   if (tree->parsed()) return triglub::tool::tree(tree_options);
+  if (check->parsed()) triglub::tool::set_fate(triglub::tool::Fate::untold);
   if (check->parsed()) return triglub::tool::check(check_options);
   if (!read_subsets(raw.subsets, &options.conditions)) return kWrongUsage;
-  options.level = kLevels.at(raw.level);
+  options.level = level_named(raw.level)->level;
   options.verbosity = std::min(static_cast<unsigned int>(raw.verbose), kMaxVerbosity);
   return triglub::tool::convert(options);
 }

@@ -2,22 +2,17 @@
 #ifndef TRIGLUB_TOOL_OUTPUT_H
 #define TRIGLUB_TOOL_OUTPUT_H
 
-#include <sys/uio.h>
-
 #include <memory>
 #include <ostream>
 #include <streambuf>
 #include <string>
-#include <vector>
+
+#include "tool/new_file.h"
 
 namespace triglub::tool {
 
 // What every document begins with.
 inline constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-
-// Writes all bytes of the parts, one after the other. `name` is what a failure is reported under: a fatal report, for
-// nothing that follows it could be of use.
-void write_parts(int descriptor, const std::string& name, std::vector<iovec> parts);
 
 // Collects text and writes it in large pieces. Flushing the stream costs nothing, for the library ends every line with
 // a flush; finish() writes what is left.
@@ -27,7 +22,7 @@ class DescriptorBuffer final : public std::streambuf {
   // of. Beyond it, processes that work side by side would fight for the cache they share.
   static constexpr std::size_t kPiece = std::size_t{1} << 18;
 
-  // The descriptor stays the caller's; `name` as for write_parts().
+  // The descriptor stays the caller's; `name` is what a failure to write is reported under.
   DescriptorBuffer(int descriptor, std::string name);
   void finish();
 
@@ -47,10 +42,11 @@ class Output {
   // Whether what cannot be taken back, as what goes to a pipe, waits in a file without a name until commit().
   enum class Hold : bool { no, until_commit };
   // Opens the output: `path` empty or "-" for standard output. Fatal when it cannot be opened. A regular file is
-  // written beside its final place, with the permissions of the file that it replaces; anything else is written
-  // directly. From now on a pipe that nobody reads any more ends the process by SIGPIPE.
+  // written apart from its final place, with the permissions of the file that it replaces; anything else is written
+  // directly.
   static std::unique_ptr<Output> open(const std::string& path, Hold hold = Hold::no);
-  // Removes what was written unless commit() was called. The same happens when the process exits before.
+  // Nothing is left of what was written to a file unless commit() was called. The same holds when the process ends
+  // before.
   ~Output();
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
@@ -64,14 +60,14 @@ class Output {
   void commit();
 
  private:
-  Output(int descriptor, std::string name, std::string temporary);
+  Output(int descriptor, std::string name);
   static std::unique_ptr<Output> direct(int descriptor, const std::string& name, Hold hold);
   void hand_on_held();
 
   std::string name_;
-  std::string temporary_;  // empty when written directly
-  int descriptor_;
-  int held_for_ = -1;  // where what is held goes to
+  std::unique_ptr<NewFile> file_;  // null when written directly
+  int descriptor_;                 // the file's, if there is one
+  int held_for_ = -1;              // where what is held goes to
   DescriptorBuffer buffer_;
   std::ostream stream_;
 };

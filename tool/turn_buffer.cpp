@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tool/messages.h"
+#include "tool/write_parts.h"
 
 namespace triglub::tool {
 

@@ -38,6 +38,8 @@ Status read(const std::string& path, Pf** pf) {
 
 }  // namespace
 
+std::vector<std::string> pf_candidates(std::string_view name) { return triglub::parfile::candidates(name); }
+
 int pfread(const char* name, Pf** pf) {
   *pf = nullptr;
   if (name == nullptr) return kNotFound;

@@ -1,41 +1,24 @@
-// A response file from the disk: read whole, then parsed.
+// The classic interface: two numbers for all that can go wrong.
 #include <string>
+#include <utility>
 
-#include "base/file_text.h"
 #include "platform/elog.h"
-#include "platform/limits.h"
 #include "platform/response.h"
-#include "response/parse.h"
+#include "response/read_file.h"
 
 namespace {
 
 constexpr int kNotReadable = -1;
 constexpr int kNotTheFormat = -2;
 
-// The fault of a file that could not be read, and the status that goes with it.
-int fail(const char* path, const triglub::FileReading& reading, std::size_t most, std::string* fault) {
-  *fault = std::string(path) + ": ";
-  if (reading.fault == triglub::FileFault::too_large) {
-    *fault += triglub::beyond(triglub::Limit::response_bytes);
-    return kNotTheFormat;
-  }
-  *fault += "cannot read: " + fault_text(reading, most);
-  return kNotReadable;
-}
-
 }  // namespace
 
 int read_response(const char* path, Response** response, std::string* fault) {
-  *response = nullptr;
-  std::string text;
-  const std::size_t most = triglub::limit(triglub::Limit::response_bytes);
-  const auto reading = triglub::read_file(path, most, &text);
-  if (reading.fault != triglub::FileFault::none) return fail(path, reading, most, fault);
-  triglub::ResponseFault place;
-  *response = triglub::parse_response(text, &place).release();
-  if (*response != nullptr) return 0;
-  *fault = std::string(path) + ":" + std::to_string(place.line) + ": " + place.text;
-  return kNotTheFormat;
+  triglub::ResponseReading reading = triglub::read_response_file(path, path);
+  *response = reading.response.release();
+  if (reading.status == triglub::ResponseStatus::read) return 0;
+  *fault = std::move(reading.fault);
+  return reading.status == triglub::ResponseStatus::faulty ? kNotTheFormat : kNotReadable;
 }
 
 int get_response(const char* path, Response** response) {

@@ -127,7 +127,7 @@ class ResponseParser {
                   found());
     }
     if (response.groups.size() >= limit(Limit::response_groups)) return fail(beyond(Limit::response_groups));
-    ResponseGroup group;
+    ResponseGroup& group = response.groups.emplace_back();  // where its filter is freed, whatever happens
     group.type = type_code(header.type);
     group.type_name = header.type;
     group.source = header.source;
@@ -136,7 +136,6 @@ class ResponseParser {
     group.author = header.author;
     lines_.advance();
     if (!read_filter(group)) return false;
-    response.groups.push_back(std::move(group));
     ++response.group_count;
     return true;
   }

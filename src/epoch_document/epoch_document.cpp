@@ -57,17 +57,18 @@ RecordList all_of(const RecordSet& records) { return {nullptr, 0, records.size()
 }  // namespace
 
 struct EpochDocument::Inside {
-  Inside(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level)
+  Inside(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level, ResponseReach reach)
       : tree(read_or_fail(db, pf, &tables)),
         cut(cut_of(level)),
-        view(make_view(db, conditions, level)),
+        view(make_view(db, conditions, level, reach)),
         records(view.view, kEpoch),
         stages(view.tables, *files) {}
 
-  RecordView make_view(Dbptr db, rbtree* conditions, DetailLevel level) {
+  RecordView make_view(Dbptr db, rbtree* conditions, DetailLevel level, ResponseReach reach) {
     RecordChoice choice;
     choice.conditions = conditions;
     choice.tables = tables;
+    choice.reach = reach;
     choice.calibration_units = tree->options().calibration_units;
     choice.with_empty_networks = level == DetailLevel::network;
     if (level == DetailLevel::response && has_stage_line(tree->root())) {
@@ -108,7 +109,10 @@ struct EpochDocument::PieceWriter::Inside {
 };
 
 EpochDocument::EpochDocument(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level)
-    : inside_(std::make_unique<Inside>(db, pf, conditions, level)) {}
+    : EpochDocument(db, pf, conditions, level, ResponseReach::anywhere) {}
+
+EpochDocument::EpochDocument(Dbptr db, Pf* pf, rbtree* conditions, DetailLevel level, ResponseReach reach)
+    : inside_(std::make_unique<Inside>(db, pf, conditions, level, reach)) {}
 
 EpochDocument::~EpochDocument() {
   const RecordView view = inside_->view;

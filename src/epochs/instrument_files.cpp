@@ -19,9 +19,9 @@ InstrumentGroup group_of(const ResponseGroup& group) {
   return made;
 }
 
-InstrumentFile read_instrument_file(std::string path) {
+InstrumentFile with_groups(std::shared_ptr<const ReadFile> file) {
   InstrumentFile made;
-  made.file = read_file(std::move(path));
+  made.file = std::move(file);
   if (made.file->response != nullptr) {
     for (const ResponseGroup& group : made.file->response->groups) made.groups.push_back(group_of(group));
   }
@@ -36,10 +36,11 @@ const char* folder_of(Dbptr table) {
 
 }  // namespace
 
-InstrumentFiles::InstrumentFiles(Dbptr instrument, Dbptr stage)
+InstrumentFiles::InstrumentFiles(Dbptr instrument, Dbptr stage, ResponseReach reach)
     : folders_(TableColumns(instrument).texts("dir")),
       names_(TableColumns(instrument).texts("dfile")),
-      base_(folder_of(instrument)) {
+      base_(folder_of(instrument)),
+      reach_(reach) {
   if (base_ == folder_of(stage)) return;
   std::error_code error;  // a folder that cannot be told stays as it is
   elsewhere_ = std::filesystem::absolute(base_, error).string();
@@ -54,7 +55,10 @@ std::string InstrumentFiles::folder(std::uint32_t instrument) const {
 const InstrumentFile& InstrumentFiles::file(std::uint32_t instrument) {
   const std::uint64_t key = std::uint64_t{folders_.codes()[instrument]} << 32 | names_.codes()[instrument];
   const auto [entry, is_new] = files_.try_emplace(key);
-  if (is_new) entry->second = read_instrument_file(response_path(base_, folder(instrument), names_.text(instrument)));
+  if (is_new) {
+    entry->second =
+        with_groups(read_file(response_path(base_, folder(instrument), names_.text(instrument)), base_, reach_));
+  }
   return entry->second;
 }
 

@@ -30,7 +30,7 @@ struct InstrumentFile {
 class InstrumentFiles {
  public:
   // Folders are told as rows of `stage` have to name them.
-  InstrumentFiles(Dbptr instrument, Dbptr stage);
+  InstrumentFiles(Dbptr instrument, Dbptr stage, ResponseReach reach);
 
   bool is_named(std::uint32_t instrument) const { return !names_.is_null(instrument); }
   std::string_view name(std::uint32_t instrument) const { return names_.text(instrument); }
@@ -43,6 +43,7 @@ class InstrumentFiles {
   TextColumn folders_;
   TextColumn names_;
   std::string base_;
+  ResponseReach reach_;
   std::string elsewhere_;  // where stages look elsewhere: the folder in full
   std::unordered_map<std::uint64_t, InstrumentFile> files_;
 };

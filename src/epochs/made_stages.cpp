@@ -19,10 +19,10 @@ using Chain = std::pair<std::uint32_t, std::uint32_t>;
 
 class ChainMaker {
  public:
-  explicit ChainMaker(const StationTables& tables)
+  ChainMaker(const StationTables& tables, ResponseReach reach)
       : first_row_(tables.stage.row_count()),
         keys_(tables),
-        files_(tables.instrument.handle(), tables.stage.handle()),
+        files_(tables.instrument.handle(), tables.stage.handle(), reach),
         rows_(tables.stage.columns(), tables.instrument.handle()) {}
 
   bool has_file(std::uint32_t instrument) const { return files_.is_named(instrument); }
@@ -64,10 +64,11 @@ void append(const Chain& chain, Epoch* epoch, std::vector<std::uint32_t>* stages
 
 }  // namespace
 
-std::vector<InstrumentStage> complete_stages(const Partners& partners, StationTables* tables, EpochList* epochs) {
+std::vector<InstrumentStage> complete_stages(const Partners& partners, ResponseReach reach, StationTables* tables,
+                                             EpochList* epochs) {
   const TableColumns& instruments = tables->instrument.columns();
   if (!instruments.has("dir") || !instruments.has("dfile")) return {};
-  ChainMaker maker(*tables);
+  ChainMaker maker(*tables, reach);
   for (Epoch& epoch : epochs->epochs) {
     if (epoch.stage_count > 0) continue;
     const std::uint32_t instrument = partners.instrument_of(epoch.sensor);

@@ -16,7 +16,8 @@ namespace triglub {
 // in the order of the added rows. They have no station, channel and time, for all epochs of one instrument with one
 // calibration share them. A file that cannot be read is one stage, of which it is told when it is to be written.
 // REQUIRES: complete_calibrations().
-std::vector<InstrumentStage> complete_stages(const Partners& partners, StationTables* tables, EpochList* epochs);
+std::vector<InstrumentStage> complete_stages(const Partners& partners, ResponseReach reach, StationTables* tables,
+                                             EpochList* epochs);
 
 }  // namespace triglub
 

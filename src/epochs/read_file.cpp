@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "fatal_failure.h"
+
 namespace triglub {
 
 std::string response_path(std::string_view base, std::string_view folder, std::string_view name) {
@@ -12,12 +14,11 @@ std::string response_path(std::string_view base, std::string_view folder, std::s
   return path;
 }
 
-std::shared_ptr<const ReadFile> read_file(std::string path) {
-  auto file = std::make_shared<ReadFile>();
-  Response* response = nullptr;
-  if (read_response(path.c_str(), &response, &file->fault) == 0) file->response.reset(response);
-  file->path = std::move(path);
-  return file;
+std::shared_ptr<const ReadFile> read_file(std::string path, const std::string& base, ResponseReach reach) {
+  const std::string folder = base.empty() ? "." : base;
+  ResponseReading reading = read_response_within(path, reach == ResponseReach::anywhere ? "" : folder);
+  if (reading.status == ResponseStatus::failed) throw FatalFailure(reading.fault);
+  return std::make_shared<ReadFile>(ReadFile{std::move(path), std::move(reading.response), std::move(reading.fault)});
 }
 
 }  // namespace triglub

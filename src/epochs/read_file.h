@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/response.h"
+#include "platform/response_reading.h"
 
 namespace triglub {
 
@@ -21,8 +21,9 @@ struct ReadFile {
 // the table unless it begins with a slash.
 std::string response_path(std::string_view base, std::string_view folder, std::string_view name);
 
-// Never null.
-std::shared_ptr<const ReadFile> read_file(std::string path);
+// Reads a file that a row of a table names whose folder is `base`. Never null. Throws FatalFailure where the machine
+// could not read it: a document that lacks stages for that looks as right as the next one, which has them.
+std::shared_ptr<const ReadFile> read_file(std::string path, const std::string& base, ResponseReach reach);
 
 }  // namespace triglub
 

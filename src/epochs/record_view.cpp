@@ -28,8 +28,7 @@ std::vector<std::string> own_tables_in(std::uint32_t tables, Dbptr db) {
 
 RecordView make_record_view(Dbptr db, const RecordChoice& choice, Findings* findings) {
   const Conditions conditions(choice.conditions, db);
-  StationData data(db, conditions, choice.with_empty_networks, own_tables_in(choice.tables | conditions.tables(), db),
-                   choice.calibration_units);
+  StationData data(db, conditions, choice, own_tables_in(choice.tables | conditions.tables(), db));
   note_left_out(&data);
   if (!conditions.is_empty()) {
     data.records.rows = chosen_records(data, conditions, std::move(data.records.rows));
@@ -37,9 +36,9 @@ RecordView make_record_view(Dbptr db, const RecordChoice& choice, Findings* find
   widen(data.epochs, &data.records);
   tell(data, conditions, data.records.rows, findings);
   RecordRows rows = std::move(data.records.rows);
-  const ResponseTables tables = {data.tables.sitechan.handle(), data.tables.stage.handle(),
-                                 data.tables.calibration.handle(), data.tables.instrument.handle(),
-                                 std::move(data.instrument_stages)};
+  const ResponseTables tables = {data.tables.sitechan.handle(),     data.tables.stage.handle(),
+                                 data.tables.calibration.handle(),  data.tables.instrument.handle(),
+                                 std::move(data.instrument_stages), choice.reach};
   if (choice.amend) choice.amend(tables, &rows);
   number_stages(&rows);
   return {view_of_records(data, std::move(rows), data.records), tables};

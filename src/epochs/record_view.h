@@ -25,6 +25,8 @@ struct RecordChoice {
   std::uint32_t tables = 0;
   // The unit of ground motion of calibrations that are worked out, where the instrument does not tell.
   std::string calibration_units = "m";
+  // Which response files rows may name.
+  ResponseReach reach = ResponseReach::anywhere;
   // Changes the chosen rows before the view is made of them.
   std::function<void(const ResponseTables& tables, RecordRows* rows)> amend = nullptr;
 };

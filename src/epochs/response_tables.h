@@ -25,6 +25,7 @@ struct ResponseTables {
   Dbptr calibration{};
   Dbptr instrument{};
   std::vector<InstrumentStage> instrument_stages;  // the last rows of `stage`
+  ResponseReach reach = ResponseReach::anywhere;   // of the files that rows name
 };
 
 }  // namespace triglub

@@ -92,8 +92,8 @@ void add_columns(const std::vector<Epoch>& epochs, const Records& records, std::
 
 }  // namespace
 
-StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks,
-                         std::vector<std::string> own_tables, const std::string& calibration_units)
+StationData::StationData(Dbptr db, const Conditions& conditions, const RecordChoice& choice,
+                         std::vector<std::string> own_tables)
     : db(db),
       own_tables(std::move(own_tables)),
       tables(db),
@@ -110,10 +110,10 @@ StationData::StationData(Dbptr db, const Conditions& conditions, bool with_empty
   epochs = find_epochs(tables, order, stations);
   told.insert(told.end(), epochs.told.begin(), epochs.told.end());
   epochs.told = {};
-  complete_calibrations(partners, calibration_units, &tables, &epochs);
-  instrument_stages = complete_stages(partners, &tables, &epochs);
+  complete_calibrations(partners, choice.calibration_units, &tables, &epochs);
+  instrument_stages = complete_stages(partners, choice.reach, &tables, &epochs);
   places.take(epochs);
-  records = make_records(*this, with_empty_networks);
+  records = make_records(*this, choice.with_empty_networks);
   epochs.stages = {};  // millions of numbers, which the records have by now
 }
 

@@ -18,11 +18,12 @@
 
 namespace triglub {
 
+struct RecordChoice;
+
 struct StationData {
-  // Of the stations that the conditions can choose from; networks are whole all the same. `calibration_units`: where
-  // an instrument does not tell. Throws as StationTables.
-  StationData(Dbptr db, const Conditions& conditions, bool with_empty_networks, std::vector<std::string> own_tables,
-              const std::string& calibration_units);
+  // Of the stations that the conditions can choose from; networks are whole all the same. Throws as StationTables and
+  // read_file.
+  StationData(Dbptr db, const Conditions& conditions, const RecordChoice& choice, std::vector<std::string> own_tables);
   // Releases what records do not need: tables that were given rows, but for those of responses.
   ~StationData();
   StationData(const StationData&) = delete;

@@ -19,6 +19,7 @@ ResponseFiles::File ResponseFiles::with_filters(std::shared_ptr<const ReadFile> 
 ResponseFiles::ResponseFiles(const ResponseTables& tables)
     : folders_(TableColumns(tables.stage).texts("dir")),
       names_(TableColumns(tables.stage).texts("dfile")),
+      reach_(tables.reach),
       instrument_stages_(tables.instrument_stages),
       first_instrument_stage_(TableColumns(tables.stage).row_count() -
                               static_cast<std::uint32_t>(tables.instrument_stages.size())) {
@@ -45,7 +46,7 @@ const InstrumentStage* ResponseFiles::instrument_stage(std::uint32_t row) const 
 void ResponseFiles::read(std::uint32_t row) {
   if (!is_named(row)) return;
   const auto [entry, is_new] = files_.try_emplace(key_of(row));
-  if (is_new) entry->second = with_filters(read_file(path_of(row)));
+  if (is_new) entry->second = with_filters(read_file(path_of(row), base_, reach_));
 }
 
 const StageFilter* ResponseFiles::filter(std::uint32_t row, std::string* fault) const {

@@ -59,6 +59,7 @@ class ResponseFiles {
   TextColumn folders_;
   TextColumn names_;
   std::string base_;
+  ResponseReach reach_;
   std::vector<InstrumentStage> instrument_stages_;
   std::uint32_t first_instrument_stage_;
   std::unordered_map<std::uint64_t, File> files_;

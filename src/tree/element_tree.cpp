@@ -6,9 +6,8 @@
 
 #include "tree/fault_list.h"
 #include "tree/group_reader.h"
-#include "tree/nesting.h"
-#include "tree/prefixes.h"
 #include "tree/top_level.h"
+#include "tree/tree_faults.h"
 #include "tree/tree_options.h"
 
 namespace triglub {
@@ -20,7 +19,7 @@ std::unique_ptr<const ElementTree> ElementTree::read(Pf* pf, const ExpressionChe
   check_top_level(pf, &found);
   TreeOptions options = read_options(pf, &found);
   const TreeGroup* root = GroupReader(pf, check, &groups, &found).read_all();
-  if (root != nullptr && check_nesting(*root, &found)) check_prefixes(*root, &found);
+  if (root != nullptr) check_whole(*root, &found);
   *faults = found.texts();
   if (!faults->empty()) return nullptr;
   return std::unique_ptr<const ElementTree>(new ElementTree(pf_path(pf), std::move(options), std::move(groups), root));

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 
+#include "tree/names.h"
 #include "tree/top_level.h"
-#include "tree/xml_text.h"
+#include "xml_text.h"
 
 namespace triglub {
 
@@ -68,6 +68,7 @@ void GroupReader::read_group(TreeGroup* group) {
   read_tag(group);
   read_lines(*group, LinePart::attributes, &group->attributes);
   read_lines(*group, LinePart::elements, &group->elements);
+  check_lines(*group, faults_);
   check_attributes(*group);
   check_content(*group);
   mark_optional(group);
@@ -84,12 +85,14 @@ void GroupReader::check_keys(const TreeGroup& group) {
 void GroupReader::read_tag(TreeGroup* group) {
   const std::string key = inner_key(group->key, kName);
   const char* name = pfget_string(pf_, key.c_str());
-  const long line = std::max(pf_key_line(pf_, key.c_str()), group->line);
-  if (name == nullptr) return faults_->add(line, called(*group) + " has no name (the string 'name': a tag, or -)");
+  group->tag_line = std::max(pf_key_line(pf_, key.c_str()), group->line);
+  if (name == nullptr) {
+    return faults_->add(group->tag_line, called(*group) + " has no name (the string 'name': a tag, or -)");
+  }
   group->is_transparent = name == kTransparent;
   if (group->is_transparent) return;
   group->tag = name;
-  if (!is_xml_name(group->tag)) faults_->add(line, "'" + group->tag + "' is no name that an element can have");
+  check_tag(*group, faults_);
 }
 
 Tbl* GroupReader::require_list(const TreeGroup& group, const std::string& key) {
@@ -123,12 +126,10 @@ void GroupReader::check_content(const TreeGroup& group) {
 }
 
 void GroupReader::check_attributes(const TreeGroup& group) {
-  std::map<std::string_view, long> lines;
   for (const TreeLine& attribute : group.attributes) {
-    const auto [first, is_new] = lines.emplace(attribute.name, attribute.line);
-    if (is_new) continue;
-    faults_->add(attribute.line, "the attribute '" + attribute.name + "' is given twice, first in line " +
-                                     std::to_string(first->second));
+    if (xml_prefix(attribute.name) != "xmlns" || attribute.type == LineType::literal) continue;
+    faults_->add(attribute.line,
+                 "'" + attribute.name + "' must be a text: a prefix always stands for the same namespace");
   }
   if (group.is_transparent && !group.attributes.empty()) {
     faults_->add(group.attributes.front().line, called(group) + " has no tag that could have attributes");

@@ -1,12 +1,12 @@
-// The words of a line hang on each other, so the first that is wrong ends the look at them; name and value are looked
-// at side by side.
+// The words of a line hang on each other, so the first that is wrong ends the look at them. Names are looked at where
+// all those of a group are there.
 #include "tree/line_reader.h"
 
 #include "base/characters.h"
 #include "base/words.h"
 #include "elements.h"
 #include "tree/line_type.h"
-#include "tree/xml_text.h"
+#include "xml_text.h"
 
 namespace triglub {
 
@@ -35,9 +35,8 @@ std::optional<TreeLine> LineReader::read(std::string_view text, LinePart part, l
     faults_->add(number, fault);
     return std::nullopt;
   }
-  for (const std::string& other : {check_name(line, part), read_value(text, part, &line)}) {
-    if (!other.empty()) faults_->add(number, other);
-  }
+  fault = read_value(text, part, &line);
+  if (!fault.empty()) faults_->add(number, fault);
   return line;
 }
 
@@ -57,13 +56,6 @@ std::string LineReader::read_type(TreeLine* line) {
   }
   if (is_type_keyword(line->keyword)) return "the type " + quoted(line->keyword) + " is of edition 1 alone";
   return "the type " + quoted(line->keyword) + " is not known" + did_you_mean(line->keyword, line_type_keywords());
-}
-
-std::string LineReader::check_name(const TreeLine& line, LinePart part) {
-  if (!names_element(line.type) || is_xml_name(line.name)) return "";
-  if (part == LinePart::elements && line.is_content()) return "";
-  return quoted(line.name) + " is no name that an " + (part == LinePart::attributes ? "attribute" : "element") +
-         " can have";
 }
 
 std::string LineReader::read_value(std::string_view value, LinePart part, TreeLine* line) {

@@ -32,7 +32,6 @@ class LineReader {
   // Each of these gives the fault of what it looks at, empty when there is none.
   static std::string read_flag(std::string_view flag, TreeLine* line);
   static std::string read_type(TreeLine* line);
-  static std::string check_name(const TreeLine& line, LinePart part);
   std::string read_value(std::string_view value, LinePart part, TreeLine* line);
   std::string read_literal(std::string_view value, LinePart part, TreeLine* line);
   std::string read_expression(std::string_view value, TreeLine* line) const;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "tree/xml_text.h"
+#include "xml_text.h"
 
 namespace triglub {
 

@@ -1,5 +1,5 @@
 // Characters by the tables of XML 1.0, fifth edition: Char, NameStartChar and NameChar, the colon left out of names.
-#include "tree/xml_text.h"
+#include "xml_text.h"
 
 #include <algorithm>
 #include <array>

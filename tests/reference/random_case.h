@@ -2,9 +2,11 @@
 #ifndef TRIGLUB_TESTS_REFERENCE_RANDOM_CASE_H
 #define TRIGLUB_TESTS_REFERENCE_RANDOM_CASE_H
 
+#include <cstdint>
 #include <initializer_list>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include "reference/case.h"
 
@@ -13,8 +15,11 @@ namespace triglub_reference {
 class Random {
  public:
   explicit Random(std::uint64_t seed) : engine_(seed) {}
+  // The choices are those of the bytes, which must outlive it, for as long as there are any: a byte for one of up to
+  // 256, two for one of more.
+  explicit Random(std::string_view choices) : choices_(choices) {}
 
-  int below(int end) { return static_cast<int>(engine_() % static_cast<std::uint64_t>(end)); }
+  int below(int end) { return static_cast<int>(next(end) % static_cast<std::uint64_t>(end)); }
   int between(int first, int last) { return first + below(last - first + 1); }
   bool percent(int chance) { return below(100) < chance; }
   template <typename List>
@@ -24,7 +29,20 @@ class Random {
   std::string pick(std::initializer_list<const char*> list) { return one_of(list); }
 
  private:
+  std::uint64_t next(int end) {
+    if (choices_.empty()) return engine_();
+    const std::uint64_t choice = next_byte();
+    return end <= 256 ? choice : choice << 8 | next_byte();
+  }
+  std::uint64_t next_byte() {
+    if (choices_.empty()) return 0;
+    const auto byte = static_cast<unsigned char>(choices_.front());
+    choices_.remove_prefix(1);
+    return byte;
+  }
+
   std::mt19937_64 engine_;
+  std::string_view choices_;
 };
 
 // How large the tables are at most.

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "dbhelper.h"
 #include "resp_helper.h"
@@ -51,6 +52,34 @@ TEST(ResponseCache, ReadsTheFilesThatStageRowsName) {
   EXPECT_EQ(cache.get("resp/a.paz")->groups.at(0).type, RESPONSE_PAZ);
   EXPECT_EQ(cache.get("resp/a.paz"), cache.get("resp", "a.paz"));
   EXPECT_EQ(cache.get("resp", "b.fir")->groups.at(0).type, RESPONSE_FIR);
+}
+
+TEST(ResponseCache, TellsWhyAFileIsNotThere) {
+  using triglub::ResponseReach;
+  using triglub::ResponseStatus;
+  StageDatabase stages;
+  stages.files.write_file("resp/a.paz", kPazText);
+  stages.files.write_file("resp/cut.paz", "theoretical 1 x paz\n");
+  const triglub_test::FlatDatabase others;
+  others.write_file("b.paz", kPazText);
+  std::filesystem::create_symlink(others.folder() + "/b.paz", stages.files.folder() + "/resp/link.paz");
+  for (const char* name : {"a.paz", "cut.paz", "none.paz", "link.paz"}) {
+    stages.add_stage({{"dir", "resp"}, {"dfile", name}});
+  }
+  const ResponseCache all(stages.database(), "stage");
+  EXPECT_TRUE(all.exists("resp/link.paz"));
+  const ResponseCache confined(stages.database(), "stage", ResponseReach::below_table);
+  EXPECT_TRUE(confined.exists("resp/a.paz"));
+  EXPECT_EQ(confined.failure("resp/a.paz"), nullptr);
+  EXPECT_EQ(confined.failure("resp/unnamed.paz"), nullptr);
+  EXPECT_FALSE(confined.exists("resp/link.paz"));
+  const std::pair<const char*, ResponseStatus> failures[] = {{"resp/cut.paz", ResponseStatus::faulty},
+                                                             {"resp/none.paz", ResponseStatus::missing},
+                                                             {"resp/link.paz", ResponseStatus::outside}};
+  for (const auto& [name, status] : failures) {
+    ASSERT_NE(confined.failure(name), nullptr) << name;
+    EXPECT_EQ(confined.failure(name)->status, status) << name;
+  }
 }
 
 TEST(ResponseCache, PassesOverNamesThatBeginWithADash) {

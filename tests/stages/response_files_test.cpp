@@ -87,7 +87,7 @@ TEST_F(ResponseFilesOfStages, AFileThatIsDamagedHasItsFault) {
 }
 
 TEST_F(ResponseFilesOfStages, RowsThatWereWorkedOutNameAGroup) {
-  const auto file = read_file(files_.folder() + "/resp/two.paz");
+  const auto file = read_file(files_.folder() + "/resp/two.paz", "", ResponseReach::anywhere);
   tables_.instrument_stages = {{file, 1, true}, {file, 2, false}};  // the last two rows
   std::filesystem::remove(files_.folder() + "/resp/two.paz");
   responses_.emplace(tables_);

@@ -1,10 +1,12 @@
 #include "tool/output.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <climits>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +15,8 @@
 #include <vector>
 
 #include "support/file_text.h"
+#include "tool/endings.h"
+#include "tool/write_parts.h"
 
 namespace {
 
@@ -70,9 +74,10 @@ TEST_F(OutputFile, LeavesNothingWhenTheProcessExits) {
 }
 
 TEST_F(OutputFile, LeavesNothingWhenASignalEndsTheProcess) {
-  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT, SIGXCPU, SIGALRM, SIGKILL}) {
     EXPECT_EXIT(
         {
+          triglub::tool::prepare_endings();
           const auto output = Output::open(path("a"));
           output->stream() << "x";
           raise(signal_number);
@@ -80,6 +85,66 @@ TEST_F(OutputFile, LeavesNothingWhenASignalEndsTheProcess) {
         testing::KilledBySignal(signal_number), "");
     EXPECT_EQ(files(), 0) << signal_number;
   }
+}
+
+TEST_F(OutputFile, IsWholeWhenASignalComesBehindIt) {
+  put("a", "old");
+  EXPECT_EXIT(
+      {
+        triglub::tool::prepare_endings();
+        const auto output = Output::open(path("a"));
+        output->stream() << "new";
+        output->commit();
+        raise(SIGTERM);
+      },
+      testing::KilledBySignal(SIGTERM), "^triglub: ended by signal 15 \\(Terminated\\); the document is whole\n$");
+  EXPECT_EQ(file_text(path("a")), "new");
+  EXPECT_EQ(files(), 1);
+}
+
+TEST_F(OutputFile, MakesTheFileThatALinkLeadsTo) {
+  std::filesystem::create_directory(path("sub"));
+  std::filesystem::create_symlink("second", path("first"));
+  std::filesystem::create_symlink(path("sub/third"), path("second"));
+  std::filesystem::create_symlink("new", path("sub/third"));
+  const auto output = Output::open(path("first"));
+  output->stream() << "x";
+  output->commit();
+  for (const char* link : {"first", "second", "sub/third"})
+    EXPECT_TRUE(std::filesystem::is_symlink(path(link))) << link;
+  EXPECT_EQ(file_text(path("sub/new")), "x");
+}
+
+TEST_F(OutputFile, IsRefusedWhereLinksGoInACircle) {
+  std::filesystem::create_symlink("b", path("a"));
+  std::filesystem::create_symlink("a", path("b"));
+  EXPECT_EXIT(Output::open(path("a")), testing::ExitedWithCode(1), "cannot be written: Too many levels of symbolic");
+  EXPECT_EQ(files(), 2);
+}
+
+TEST_F(OutputFile, HasAnyNameThatFilesMayHave) {
+  const std::string longest(NAME_MAX, 'n');
+  for (const char* before : {"", "old"}) {
+    const auto output = Output::open(path(longest));
+    output->stream() << "new" << before;
+    output->commit();
+    EXPECT_EQ(file_text(path(longest)), std::string("new") + before);
+  }
+}
+
+TEST_F(OutputFile, LeavesTheOldOneWhenTheFileGrowsTooLarge) {
+  put("a", "old");
+  EXPECT_EXIT(
+      {
+        triglub::tool::prepare_endings();
+        rlimit limit{};
+        limit.rlim_cur = limit.rlim_max = 100000;
+        setrlimit(RLIMIT_FSIZE, &limit);
+        Output::open(path("a"))->stream() << std::string(3 << 20, 'x');
+      },
+      testing::ExitedWithCode(1), "cannot be written: File too large");
+  EXPECT_EQ(file_text(path("a")), "old");
+  EXPECT_EQ(files(), 1);
 }
 
 TEST_F(OutputFile, KeepsThePermissionsOfTheOneItReplaces) {

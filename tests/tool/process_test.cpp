@@ -37,6 +37,146 @@ TEST(StandardOutput, ThatIsFullIsAFatalReport) {
   EXPECT_NE(outcome.output.find("standard output: cannot be written: No space left on device"), std::string::npos);
 }
 
+TEST(StandardOutput, ThatIsClosedIsAFatalReport) {
+  for (const std::string& arguments : {"convert " + EXAMPLE, "convert --jobs 2 " + EXAMPLE, std::string("tree"),
+                                       std::string("--help"), std::string("--version")}) {
+    const auto outcome = run_shell("{ $TRIGLUB " + arguments + "; } 2>&1 >&-");
+    EXPECT_EQ(outcome.status, 1) << arguments;
+    EXPECT_NE(outcome.output.find("standard output: cannot be written"), std::string::npos) << outcome.output;
+  }
+}
+
+// So that no file of the process gets its number.
+TEST(StandardError, ThatIsClosedLeavesTheDocumentAsItIs) {
+  const std::string in_folder = "cd $(mktemp -d); ";
+  const std::string end = "; cat out.xml; rm out.xml; rmdir $PWD";
+  for (const std::string parameters : {"stationxml", "stationxml-edition1"}) {
+    const std::string line = "$TRIGLUB convert -p " + parameters + " " + EXAMPLE;
+    const std::string expected = run_shell(line + " 2>/dev/null").output;
+    EXPECT_EQ(run_shell(in_folder + line + " -o out.xml 2>&-" + end).output, expected) << parameters;
+    EXPECT_EQ(run_shell(in_folder + line + " -o out.xml <&- >&- 2>&-" + end).output, expected) << parameters;
+  }
+}
+
+TEST(StandardInput, ThatIsClosedIsNoDocument) {
+  if (run_shell("$TRIGLUB check --help").output.find("without the checks") != std::string::npos) GTEST_SKIP();
+  EXPECT_EQ(run_shell("$TRIGLUB check - 2>&1 <&-").status, 1);
+}
+
+// The line ends with what the folder holds then, and the file `old`.
+std::string in_folder_with_old(const std::string& line) {
+  return "cd $(mktemp -d); echo before > old; " + line + "; echo \"status $?\"; cat old; ls -A; rm -r $PWD";
+}
+
+TEST(Signals, EndTheProcessWithAMessageAndLeaveNothing) {
+  // A pipe that nobody writes to holds the process where it reads its parameter file.
+  for (const auto& [name, number] : {std::pair("INT", 2), {"TERM", 15}, {"HUP", 1}, {"QUIT", 3}, {"ALRM", 14}}) {
+    const auto outcome = run_shell(in_folder_with_old(
+        "mkfifo wait.pf; ulimit -c 0; env --default-signal $TRIGLUB convert -p wait.pf -o old " + EXAMPLE +
+        " 2>&1 & p=$!; sleep 0.3; kill -" + name + " $p; wait $p; s=$?; rm wait.pf; (exit $s)"));
+    EXPECT_NE(outcome.output.find("triglub: ended by signal " + std::to_string(number) + " ("), std::string::npos)
+        << outcome.output;
+    EXPECT_NE(outcome.output.find("; nothing is written\nstatus " + std::to_string(128 + number) + "\nbefore\nold\n"),
+              std::string::npos)
+        << outcome.output;
+  }
+}
+
+TEST(Signals, ThatTheCallerHasIgnoredStayIgnored) {
+  const auto outcome =
+      run_shell(in_folder_with_old("mkfifo wait.pf; trap '' HUP; $TRIGLUB convert -p wait.pf -o new " + EXAMPLE +
+                                   " 2>&1 & p=$!; sleep 0.2; "
+                                   "kill -HUP $p; sleep 0.1; cat " TRIGLUB_SOURCE_DIR
+                                   "/data/stationxml.pf > wait.pf; wait $p; s=$?; rm wait.pf new; "
+                                   "(exit $s)"));
+  EXPECT_NE(outcome.output.find("status 0\n"), std::string::npos) << outcome.output;
+}
+
+// A shell's caller may have all children forgotten.
+TEST(Children, ThatTheCallerDoesNotWantToKnowOfAreWaitedFor) {
+  const std::string line = "$TRIGLUB convert -p stationxml-edition1 --jobs 2 " + EXAMPLE + " 2>/dev/null";
+  const auto outcome = run_shell("env --ignore-signal=CHLD " + line);
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.output, run_shell(line).output);
+}
+
+TEST(FileSize, ThatIsLimitedIsAFatalReport) {
+  const auto outcome =
+      run_shell(in_folder_with_old("(ulimit -f 100; exec $TRIGLUB convert -o old " + EXAMPLE + " 2>&1)"));
+  EXPECT_NE(outcome.output.find("fatal: old: cannot be written: File too large\nstatus 1\nbefore\nold\n"),
+            std::string::npos)
+      << outcome.output;
+}
+
+constexpr bool kIsSanitized = std::string_view(TRIGLUB_SANITIZERS) != "";
+constexpr const char* kNoBudget = "sanitizers take memory of their own, which no budget holds";
+
+TEST(Memory, ThatRunsOutIsAMessage) {
+  if (kIsSanitized) GTEST_SKIP() << kNoBudget;
+  for (const std::string parameters : {"stationxml", "stationxml-edition1"}) {
+    for (const std::string jobs : {"1", "2"}) {
+      const auto outcome = run_shell(in_folder_with_old("$TRIGLUB convert --memory 1M -o old --jobs " + jobs + " -p " +
+                                                        parameters + " " + EXAMPLE + " 2>&1"));
+      EXPECT_EQ(outcome.output, "triglub: out of memory; nothing is written\nstatus 1\nbefore\nold\n");
+    }
+  }
+}
+
+TEST(Memory, OfAnyAmountIsEnoughOrIsToldToBeTooLittle) {
+  if (kIsSanitized) GTEST_SKIP() << kNoBudget;
+  const std::string line = "$TRIGLUB convert -p stationxml-edition1 --jobs 2 -o old " + EXAMPLE;
+  const std::string document = run_shell(in_folder_with_old(line + " 2>/dev/null")).output;
+  for (int megabytes = 1; megabytes < 40; megabytes += 3) {
+    const auto outcome =
+        run_shell(in_folder_with_old(line + " 2>/dev/null --memory " + std::to_string(megabytes) + "M"));
+    EXPECT_TRUE(outcome.output == "status 1\nbefore\nold\n" || outcome.output == document) << megabytes;
+  }
+}
+
+// The output is a file that the conversion reads.
+TEST(Output, IsNoneOfTheFilesThatAreRead) {
+  const std::string copy = "cd $(mktemp -d); cp -r " TRIGLUB_SOURCE_DIR
+                           "/examples/observatory/. .; "
+                           "cp " TRIGLUB_SOURCE_DIR
+                           "/data/*.pf .; rm observatory.affiliation; mkdir sub; "
+                           "ln -s observatory.site site-link; ln observatory.site site-name; ln -s no-such dangling; "
+                           "ln -s $PWD/observatory.affiliation sub/absent; "
+                           "find . -type f | sort | xargs md5sum > sub/before; ";
+  const std::string end =
+      "; echo \"status $?\"; find . -type f | sort | grep -v sub/before | xargs md5sum > sub/after; "
+      "grep -v sub/before sub/before | cmp - sub/after; rm -r $PWD";
+  struct Case {
+    std::string output;
+    std::string what;
+  };
+  const std::vector<Case> cases = {{"observatory.site", "a table of the database observatory"},
+                                   {"../${PWD##*/}/observatory.stage", "a table of the database observatory"},
+                                   {"site-link", "a table of the database observatory"},
+                                   {"site-name", "a table of the database observatory"},
+                                   {"observatory.affiliation", "a table of the database observatory"},
+                                   {"sub/../observatory.affiliation", "a table of the database observatory"},
+                                   {"sub/absent", "a table of the database observatory"},
+                                   {"observatory", "the descriptor of the database observatory"},
+                                   {"stationxml.pf", "the parameter file of the conversion"},
+                                   {"stationxml-edition1.pf", "the parameter file of the conversion"},
+                                   {"site.pf", "a parameter file 'site'"},
+                                   {"resp/sensors/s13_5Hz.fap2", "a response file of the database observatory"}};
+  for (const Case& tried : cases) {
+    const std::string parameters = tried.output == "stationxml.pf" ? "stationxml" : "stationxml-edition1";
+    for (const std::string level : {"network", "response"}) {
+      const auto outcome = run_shell(copy + "$TRIGLUB convert -p " + parameters + " --level " + level +
+                                     " observatory -o " + tried.output + " 2>&1" + end);
+      EXPECT_NE(outcome.output.find(": is " + tried.what + ", expected another file for the document\nstatus 1\n"),
+                std::string::npos)
+          << tried.output << "\n"
+          << outcome.output;
+      EXPECT_TRUE(outcome.output.ends_with("status 1\n")) << outcome.output;
+    }
+  }
+  EXPECT_NE(run_shell(copy + "$TRIGLUB convert observatory -o dangling 2>&1" + end).output.find("status 0\n"),
+            std::string::npos);
+}
+
 TEST(Verbosity, TracesTheStepsOfTheMasterView) {
   const std::string line = "$TRIGLUB convert -p stationxml-edition1 --level network --subset snetsta.snet=XA " +
                            EXAMPLE + " 2>&1 >/dev/null";

@@ -1,7 +1,9 @@
 // Pieces written side by side: their texts and messages come in order, and the first that fails ends it all.
 #include "tool/workers.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -140,7 +142,57 @@ TEST_F(Workers, AreMissedWhenASignalEndsThem) {
     std::_Exit(7);
   };
   EXPECT_EXIT(end_one(), testing::ExitedWithCode(1),
-              "^test: fatal: a process that wrote a part of the document was ended by signal 9\n$");
+              "^test: fatal: a process that wrote a part of the document was ended by signal 9 \\(Killed\\)\n$");
+}
+
+// As of a shell that has started others before it made room for the command.
+TEST_F(Workers, AreToldFromOtherChildrenOfTheProcess) {
+  const auto write_beside_others = [&] {
+    if (fork() == 0) _exit(3);
+    const pid_t lasting = fork();
+    if (lasting == 0) std::this_thread::sleep_for(std::chrono::minutes(1));
+    {
+      const auto output = Output::open(path());
+      write_in_order(*output, 12, 3, write_piece);
+      output->commit();
+    }
+    kill(lasting, SIGKILL);
+    int status = 0;
+    std::_Exit(wait(&status) > 0 ? 7 : 8);
+  };
+  EXPECT_EXIT(write_beside_others(), testing::ExitedWithCode(7), "");
+  EXPECT_TRUE(file_text(path()).ends_with(text_of(11)));
+}
+
+TEST_F(Workers, AreFewerWhereTheSystemGivesNoMoreProcesses) {
+  std::string expected;
+  for (std::size_t piece = 0; piece < 6; ++piece) expected += text_of(piece);
+  for (const bool is_by_threads : {false, true}) {
+    const auto write_alone = [&] {
+      // Not of root, which the system lets have any number of processes.
+      const rlimit limit = {1, 1};
+      setrlimit(RLIMIT_NPROC, &limit);
+      if (geteuid() == 0 && setuid(65534) != 0) std::_Exit(8);
+      triglub::tool::show_messages(2);
+      const auto output = Output::open("");
+      const auto write = [](std::ostream& out, std::size_t piece) { out << text_of(piece); };
+      if (is_by_threads) {
+        triglub::tool::write_side_by_side(*output, 6, 3, nullptr, [&write] { return write; });
+      } else {
+        write_in_order(*output, 6, 3, write);
+      }
+      output->finish();
+      std::_Exit(7);
+    };
+    const std::string to = path();
+    EXPECT_EXIT(
+        {
+          dup2(::open(to.c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600), STDOUT_FILENO);
+          write_alone();
+        },
+        testing::ExitedWithCode(7), "^$");
+    EXPECT_EQ(file_text(to), expected) << is_by_threads;
+  }
 }
 
 TEST_F(Workers, LeaveNoFileBehindWhenOneFails) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "support/flat_database.h"
+#include "support/scoped_limit.h"
 #include "tree/tree_reading.h"
 
 namespace triglub_test {
@@ -129,6 +130,64 @@ TEST(TreeFaults, OfValues) {
       {document("code - text \"a\"\n", "A - text R & D\n"),
        {"6: a bare \" in an attribute (write &quot;)", "9: a bare & (write &amp;)"}},
   });
+}
+
+TEST(TreeFaults, OfAttributesThatAreOneByTheirNamespaces) {
+  expect_faults({
+      {document("xmlns:a - text u\nxmlns:b - text u\na:x - text 1\nb:x - text 1\n", ""),
+       {"9: the attribute 'b:x' is given twice, first in line 8"}},
+      {document("xmlns:a - text u\nxmlns:a - text v\n", ""),
+       {"7: the attribute 'xmlns:a' is given twice, first in line 6"}},
+      {document("xmlns:a - text\n", ""), {"6: 'xmlns:a' has no value: a prefix stands for a namespace"}},
+      {document("xmlns:xml - text u\n", ""), {"6: 'xmlns:xml': the prefix xml is XML's own"}},
+      {document("xmlns:xmlns - text u\n", ""), {"6: 'xmlns:xmlns': the prefix xmlns is XML's own"}},
+      {document("xmlns - text http://www.w3.org/2000/xmlns/\n", ""), {"6: 'xmlns': that namespace is XML's own"}},
+      {document("", "xmlns:A - text x\n"),
+       {"8: 'xmlns:A': no element can have the prefix xmlns",
+        "8: the prefix of 'xmlns:A' is not declared: no group around it has an attribute xmlns:xmlns"}},
+      {document("xmlns:a - string lat\n", ""),
+       {"6: 'xmlns:a' must be a text: a prefix always stands for the same namespace"}},
+  });
+}
+
+TEST(TreeFaults, AreNotInAttributesOfSeveralNamespaces) {
+  EXPECT_THAT(
+      read_tree(document("xmlns:a - text u\nxmlns:b - text v\na:x - text 1\nb:x - text 1\nx - text 1\n", "")).faults,
+      IsEmpty());
+}
+
+// Groups of `fan` lines to the next one, `deep` below each other.
+std::string fan_out(int fan, int deep, const char* tag) {
+  std::string groups;
+  for (int depth = 0; depth < deep; ++depth) {
+    std::string lines;
+    for (int i = 0; i < fan && depth + 1 < deep; ++i) lines += "g" + std::to_string(depth + 1) + " - GROUP\n";
+    groups += group("g" + std::to_string(depth), tag, "", lines);
+  }
+  return "edition 2\nroot_node g0\n" + groups;
+}
+
+TEST(TreeFaults, OfTreesWithoutEndInSight) {
+  // 19 lines a group but for the last two, which stand for themselves: 20^4 elements below the group with the fault.
+  for (const char* tag : {"A", "-"}) {
+    const Reading reading = read_tree(fan_out(20, 14, tag));
+    ASSERT_EQ(reading.faults.size(), 1U) << tag;
+    EXPECT_THAT(reading.faults.front(),
+                testing::HasSubstr("gives the group 'g8' more than 1000000 elements for one record (the limit "
+                                   "tree-elements)"));
+  }
+}
+
+TEST(TreeFaults, OfSizeBeginWithOneElementMoreThanIsAllowed) {
+  const std::string tree = document("code - text x\n", "A - text 1\nb - GROUP\n", "", group("b", "B", "", ""));
+  {
+    const triglub::ScopedLimit enough(triglub::Limit::tree_elements, 4);
+    EXPECT_THAT(read_tree(tree).faults, IsEmpty());
+  }
+  const triglub::ScopedLimit too_little(triglub::Limit::tree_elements, 3);
+  EXPECT_THAT(read_tree(tree).faults,
+              ElementsAre("parameter file:10: 'b' gives the group 'document' more than 3 elements for one record (the "
+                          "limit tree-elements)"));
 }
 
 TEST(TreeFaults, OfPrefixes) {

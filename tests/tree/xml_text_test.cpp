@@ -1,4 +1,4 @@
-#include "tree/xml_text.h"
+#include "xml_text.h"
 
 #include <gtest/gtest.h>
 

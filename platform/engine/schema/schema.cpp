@@ -233,6 +233,7 @@ std::shared_ptr<const Schema> Schema::from(Pf* pf) {
     return nullptr;
   }
   auto schema = std::make_shared<Schema>();
+  schema->path_ = pf_path(pf);
   for (long i = 0; i < maxtbl(names); ++i) {
     const std::string name = static_cast<const char*>(gettbl(names, i));
     TableSchema table;

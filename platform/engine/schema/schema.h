@@ -84,12 +84,15 @@ class Schema {
   // Null after a complaint.
   static std::shared_ptr<const Schema> named(const std::string& name, const std::string& folder);
 
+  // The file that it was read from, empty for none.
+  const std::string& path() const { return path_; }
   const std::vector<TableSchema>& tables() const { return tables_; }
   // The index of a table by name; -1 when there is none.
   int find(std::string_view table) const;
 
  private:
   std::vector<TableSchema> tables_;
+  std::string path_;
 };
 
 }  // namespace triglub

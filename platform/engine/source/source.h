@@ -4,10 +4,12 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "engine/schema/schema.h"
 #include "engine/table/row_conditions.h"
 #include "engine/table/table.h"
+#include "platform/sources.h"
 
 namespace triglub {
 
@@ -29,6 +31,9 @@ class Source {
 
   // Where a table is, for people: the path of its file, or the like. Empty when the source does not have the table.
   virtual std::string table_place(const TableSchema& table) const = 0;
+
+  // What the source is read from, or would be if it were there, as source_files() gives it.
+  virtual std::vector<SourceFile> files() const { return {}; }
 
   // The folder to which the table's names of response files are relative.
   virtual std::string response_folder(const TableSchema& table) const = 0;

@@ -32,6 +32,9 @@ struct Pf;
 // *pf is set to null unless 0 is returned.
 TRIGLUB_API int pfread(const char* name, Pf** pf);
 
+// The paths that pfread looks at for a name, in order: it reads the first that is there.
+TRIGLUB_API std::vector<std::string> pf_candidates(std::string_view name);
+
 // As pfread, of a text in memory; `name` stands for the file in complaints. Returns 0 or -3.
 TRIGLUB_API int pfparse(std::string_view text, const char* name, Pf** pf);
 

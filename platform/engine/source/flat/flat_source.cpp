@@ -127,6 +127,15 @@ std::vector<TableFile> FlatSource::table_files() const {
 
 std::string FlatSource::table_place(const TableSchema& table) const { return path_of(table.name); }
 
+std::vector<SourceFile> FlatSource::files() const {
+  std::vector<SourceFile> files = {{prefixes_.front(), "the descriptor"}};
+  if (!schema_->path().empty()) files.push_back({schema_->path(), "the schema"});
+  for (const std::string& prefix : prefixes_) {
+    for (const TableSchema& table : schema_->tables()) files.push_back({prefix + "." + table.name, "a table"});
+  }
+  return files;
+}
+
 std::string FlatSource::path_of(const std::string& table) const {
   for (const std::string& prefix : prefixes_) {
     std::string path = prefix;

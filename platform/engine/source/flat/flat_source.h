@@ -20,6 +20,7 @@ class FlatSource final : public Source {
   std::unique_ptr<const Table> load(const TableSchema& table, const RowConditions& conditions) const override;
   // The table's file.
   std::string table_place(const TableSchema& table) const override;
+  std::vector<SourceFile> files() const override;
   // Where the table's file is; DIR when it has none.
   std::string response_folder(const TableSchema& table) const override;
 
