@@ -54,6 +54,9 @@ class TRIGLUB_API Conversion {
 
   // The responses to use, read once for many conversions; without, prepare() reads its own at the response level, once.
   void use_responses(std::shared_ptr<const ResponseCache> responses);
+  // The parameter file `site` to use, which must outlive the conversion's last call; without, it is read whenever a
+  // value is asked for, and one that cannot be read then gives empty texts.
+  void use_site(Pf* site);
   // Puts the unit chain of the stages back to where a new conversion has it.
   void forget_units();
 

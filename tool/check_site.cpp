@@ -1,6 +1,7 @@
 // The file is looked for where the library looks for it, and only when a line asks for it.
 #include "tool/check_site.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -50,6 +51,10 @@ class SiteCheck {
   std::vector<std::string> faults_;
 };
 
+bool is_asked_for(const std::vector<TreeLine>& lines) {
+  return std::any_of(lines.begin(), lines.end(), [](const TreeLine& line) { return line.keyword == kSiteKeyword; });
+}
+
 }  // namespace
 
 std::vector<std::string> site_faults(const std::string& path, const WrittenTree& tree) {
@@ -59,6 +64,14 @@ std::vector<std::string> site_faults(const std::string& path, const WrittenTree&
     check.look_at(group.elements);
   }
   return check.take();
+}
+
+Parameters read_site(Pf* pf) {
+  const auto tree = written_tree(pf);
+  const bool is_used = std::any_of(tree->groups.begin(), tree->groups.end(), [](const auto& entry) {
+    return is_asked_for(entry.second.attributes) || is_asked_for(entry.second.elements);
+  });
+  return is_used ? read_parameters(kSite) : Parameters(nullptr, &pffree);
 }
 
 }  // namespace triglub::tool

@@ -5,11 +5,13 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <mutex>
 #include <new>
 #include <string_view>
 
@@ -32,6 +34,7 @@ static_assert(std::atomic<Fate>::is_always_lock_free, "a handler may meet the lo
 constinit char unfinished[PATH_MAX] = "";
 
 constinit std::atomic_flag is_ending;
+constinit std::atomic<bool> do_threads_work = false;
 
 void put(std::string_view text) {
   // Nobody is left to hear of a failure.
@@ -56,6 +59,12 @@ void tell_signal(int signal_number) {
     put(")");
   }
   put_fate();
+}
+
+void tell_left() {
+  put("triglub: ");
+  put(unfinished);
+  put(": is left, for it cannot be removed\n");
 }
 
 // The handler was reset when it was called: once it has returned, the signal does what it does by itself.
@@ -94,6 +103,13 @@ void die_of_closed_pipe(int signal_number) {
   } catch (...) {
   }
   die_of("an error that was not expected", "");
+}
+
+// Called before the destructors of all that was made earlier.
+void end_before_destruction() {
+  if (!do_threads_work) return;
+  remove_now();
+  _exit(EXIT_FAILURE);
 }
 
 bool is_ignored(int signal_number) {
@@ -142,8 +158,15 @@ void set_fate(Fate fate) { current_fate = fate; }
 void remove_at_end(const std::string& path) { std::snprintf(unfinished, sizeof unfinished, "%s", path.c_str()); }
 
 void remove_now() {
-  if (unfinished[0] != '\0') unlink(unfinished);
+  if (unfinished[0] == '\0') return;
+  if (unlink(unfinished) != 0 && errno != ENOENT) tell_left();
   unfinished[0] = '\0';
+}
+
+void end_without_destruction(bool is_set) {
+  do_threads_work = is_set;
+  static std::once_flag once;
+  std::call_once(once, [] { std::atexit(end_before_destruction); });
 }
 
 HeldSignals::HeldSignals() : before_() {

@@ -31,8 +31,11 @@ void set_fate(Fate fate);
 // Takes this file away when the process ends too early, however it does, SIGKILL but; empty for none. REQUIRES: signals
 // are held while a file is made and named here, and while it is moved.
 void remove_at_end(const std::string& path);
-// Takes it away now.
+// Takes it away now; tells it where that cannot be.
 void remove_now();
+
+// While it is set, an exit destroys no objects of the program: other threads use them. Its status is that of a failure.
+void end_without_destruction(bool is_set);
 
 // Holds all signals that can be held from this thread, as long as the object lives.
 class HeldSignals {

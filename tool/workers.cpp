@@ -164,6 +164,7 @@ void write_side_by_side(Output& output, std::size_t pieces, unsigned int jobs, c
     TurnBuffer buffer(output.descriptor(), output.name(), kHeldBack / count, sequencer, before_text);
     write_pieces(buffer, pieces, sequencer, make_writer());
   };
+  end_without_destruction(true);
   std::vector<std::thread> workers;
   try {
     while (workers.size() + 1 < count) workers.emplace_back(work);
@@ -172,6 +173,7 @@ void write_side_by_side(Output& output, std::size_t pieces, unsigned int jobs, c
   }
   work();
   for (std::thread& worker : workers) worker.join();
+  end_without_destruction(false);
   Sequencer::release(sequencer);
 }
 

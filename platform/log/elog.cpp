@@ -4,6 +4,8 @@
 // lock, and the sink runs without it, so that it may log itself.
 #include "platform/elog.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cstdarg>
@@ -153,9 +155,13 @@ void elog_die(int /*reserved*/, const char* format, ...) {
   report(ElogLevel::fatal, formatted(format, args));
   va_end(args);
   std::fflush(nullptr);
-  // std::exit must not be entered twice, neither by an exit handler that fails nor by a second thread.
+  // std::exit must not be entered twice. A second thread waits for the end that the first one brings about, whose exit
+  // handlers have their work to do; an exit handler that fails ends it all.
   static std::atomic_flag exiting;
-  if (exiting.test_and_set()) std::_Exit(1);
+  thread_local bool is_exiting = false;
+  if (is_exiting) std::_Exit(1);
+  is_exiting = true;
+  while (exiting.test_and_set()) pause();
   std::exit(1);
 }
 

@@ -98,7 +98,7 @@ void BoundValue::write(ConversionState& state, Dbptr db, std::string* result) {
       *result = text_;
       return;
     case other_pf_site:
-      *result = get_from_other_pf("site", text_);
+      *result = state.site == nullptr ? get_from_other_pf("site", text_) : pfget_string(state.site, text_);
       return;
   }
   // Only a program that has put a number of its own into the table comes here.

@@ -69,6 +69,8 @@ class ConversionState {
   // The parameter file of the latest call, from which groups are built. Not owned; null before the first call.
   Pf* parameters = nullptr;
   int edition = 1;  // of that file
+  // The parameter file `site`, read for all of this conversion. Not owned; null: it is read whenever it is asked for.
+  Pf* site = nullptr;
   // Whether the latest channel written had no sample rate, or one of "0". A channel without samples has no response to
   // describe. Kept beyond the channel and the conversion: only a channel sets it.
   bool samplerate_is_zero = false;

@@ -35,6 +35,8 @@ Conversion::Conversion(Conversion&& other) noexcept = default;
 
 Conversion& Conversion::operator=(Conversion&& other) noexcept = default;
 
+void Conversion::use_site(Pf* site) { state_->site = site; }
+
 void Conversion::use_responses(std::shared_ptr<const ResponseCache> responses) {
   state_->kept_responses = std::move(responses);
   state_->use_responses(*state_->kept_responses);

@@ -305,6 +305,20 @@ TEST(FatalReport, DuringTheExitOfTheProcessEndsItAtOnce) {
       testing::ExitedWithCode(1), "^triglub: fatal: first\ntriglub: fatal: second\n$");
 }
 
+// A thread that dies as well must not cut the end short that another has begun.
+TEST(FatalReport, OfAnotherThreadLetsExitHandlersDoTheirWork) {
+  EXPECT_EXIT(
+      {
+        std::atexit([] {
+          std::thread([] { elog_die(0, "second"); }).detach();
+          usleep(100000);
+          std::fputs("done\n", stderr);
+        });
+        elog_die(0, "first");
+      },
+      testing::ExitedWithCode(1), "^triglub: fatal: first\ntriglub: fatal: second\ndone\n$");
+}
+
 TEST(FatalReport, OfSeveralThreadsEndsTheProcessOnce) {
   EXPECT_EXIT(
       {
