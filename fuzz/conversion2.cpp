@@ -96,20 +96,24 @@ void compare_in_pieces(const Case& given, const Outcome& whole, unsigned int thr
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const std::string shipped = triglub_fuzz::shipped_tree("stationxml");
+  static const std::string tree = triglub_fuzz::shipped_parameters("stationxml");
+  static const std::string site = triglub_fuzz::shipped_parameters("site");
   Bytes bytes(data, size);
   const MakeRequest make = bytes.one_of(kMakers);
   const bool is_shipped = bytes.one_in(3);
-  const Bytes edits(bytes.take(bytes.one_in(2) ? bytes.byte() : 0));
+  const Bytes cells(bytes.take(bytes.one_in(2) ? bytes.byte() : 0));
+  const Bytes texts(bytes.take(bytes.one_in(3) ? bytes.byte() : 0));
   Random random(bytes.rest());
-  const reference::Request request = make(random);
+  reference::Request request = make(random);
+  triglub_fuzz::edit(cells, &request.tables);
   Case given = case_of(request);
-  if (is_shipped) given.tree = shipped;
-  triglub_fuzz::edit(edits, &given);
+  if (is_shipped) given.tree = tree;
+  if (is_shipped) given.files["site.pf"] = site;
+  triglub_fuzz::edit(texts, &given);
 
   const Outcome actual = triglub_fuzz::convert(given);
-  if (!is_shipped && edits.at_end()) compare_with_plain_form(request, actual);
-  const bool is_edition2 = given.tree.starts_with("edition 2\n") || given.tree == shipped;
+  if (!is_shipped && cells.at_end() && texts.at_end()) compare_with_plain_form(request, actual);
+  const bool is_edition2 = given.tree.starts_with("edition 2\n") || given.tree == tree;
   if (!is_edition2 || !actual.is_written()) return 0;
   triglub_fuzz::expect_well_formed(actual.document);
   if (!triglub_fuzz::is_for_threads(data, size)) return 0;

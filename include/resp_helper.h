@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -51,7 +52,7 @@ class TRIGLUB_API ResponseCache {
   // stage.dir and stage.dfile). Files that cannot be read are left out without a word. `table` must not be empty
   // (assertion). Throws dbquery_error when the table's records cannot be counted.
   ResponseCache(Dbptr db, std::string table);
-  // The same with files outside of the reach left out.
+  // The same with files outside of the reach left out, and what reading the others gave kept for failure().
   ResponseCache(Dbptr db, std::string table, triglub::ResponseReach reach);
   ~ResponseCache();
   ResponseCache(const ResponseCache&) = delete;
@@ -64,16 +65,21 @@ class TRIGLUB_API ResponseCache {
   // The response, which belongs to the cache; null when there is none.
   Response* get(std::string dir, std::string dfile) const;
   Response* get(std::string name) const;
-  // What reading a file gave that is not there for it; null for one that is there, or that was not looked for.
+  // What reading a file gave that is not there for it; null for one that is there, or that was not looked for, and
+  // always without a reach.
   const triglub::ResponseReading* failure(const std::string& name) const;
   // Reads fullfile(name) and keeps it. False for EMPTYFILENAME, a name already there, a file that cannot be read.
   bool add(std::string name);
 
  private:
+  void read_files_of(Dbptr db, const std::string& table);
+  bool add_by_get_response(std::string name);
+  bool add_within(std::string name, triglub::ResponseReach reach);
+
   std::map<std::string, Response*> responses_;
   std::map<std::string, triglub::ResponseReading> failures_;
   std::string base_directory_;
-  triglub::ResponseReach reach_ = triglub::ResponseReach::anywhere;
+  std::optional<triglub::ResponseReach> reach_;  // nothing: files are read by get_response
 };
 
 // The StationXML of one stage row. Made at a record, asked for its texts, destroyed:

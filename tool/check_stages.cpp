@@ -2,16 +2,26 @@
 #include "tool/check_stages.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
+#include <span>
 
 #include "dbhelper.h"
+#include "platform/columns.h"
 #include "platform/response.h"
 #include "platform/sources.h"
+#include "platform/text.h"
 #include "resp_helper.h"
 
 namespace triglub::tool {
 
 namespace {
+
+// What is not stated.
+constexpr double kNoRate = -1;
+constexpr double kNoFactor = -1;
+
+constexpr std::size_t kLongestType = 40;  // bytes that are told
 
 // What a response file gives for a stage: nothing to say, or why there is no filter in the document.
 std::string reason_of(const Response& response) {
@@ -20,7 +30,9 @@ std::string reason_of(const Response& response) {
   }
   const ResponseGroup& group = response.groups[0];
   if (group.type == RESPONSE_PAZ || group.type == RESPONSE_FIR) return "";
-  return "response of type " + group.type_name + ", for which no filter is written";
+  // A word of a file may be as long as the file.
+  const std::string type(utf8_prefix(group.type_name, kLongestType));
+  return "response of type " + type + ", for which no filter is written";
 }
 
 class StageCheck {
@@ -29,7 +41,10 @@ class StageCheck {
       : view_(everything),
         stage_(dblookup(everything, nullptr, "stage", nullptr, nullptr)),
         responses_(responses),
-        gaps_(*gaps) {}
+        gaps_(*gaps),
+        columns_(stage_),
+        rates_(columns_.reals("samprate")),
+        factors_(columns_.integers("decifac")) {}
 
   void run() {
     rows_ = base_rows(view_, "stage");
@@ -82,7 +97,7 @@ class StageCheck {
     const auto [known, is_new] = reasons_.try_emplace({file.dir.data(), file.dfile.data()});
     view_.record = begin;
     if (is_new) known->second = reason_for(file);
-    if (known->second.empty()) return;
+    if (known->second.empty()) return check_rates(file, begin, end);
     for (view_.record = begin; view_.record < end; ++view_.record) {
       gaps_.left_out("stages without their filter: " + known->second, name(file.name()));
     }
@@ -109,11 +124,36 @@ class StageCheck {
     return is_faulty ? "response file faulty" : "response file not read";
   }
 
+  // Null for other filters.
+  static Fir* fir_of(const Response& response) {
+    const ResponseGroup& group = response.groups[0];
+    return group.type == RESPONSE_FIR ? static_cast<Fir*>(group.filter) : nullptr;
+  }
+
   // The delay is written in seconds: a filter without a rate would make it infinite.
   void check_rate(const Response& response, const std::string& file) {
-    const ResponseGroup& group = response.groups[0];
-    if (group.type != RESPONSE_FIR || static_cast<const Fir*>(group.filter)->samprate > 0.0) return;
-    gaps_.fault(responses_.fullfile(file) + ": the filter's input sample rate is not positive");
+    Fir* const fir = fir_of(response);
+    if (fir == nullptr) return;
+    if (!(fir->samprate > 0.0)) {
+      gaps_.fault(responses_.fullfile(file) + ": the filter's input sample rate is not positive");
+    } else if (!std::isfinite(get_fir_delay(fir))) {
+      gaps_.fault(responses_.fullfile(file) + ": the filter's delay is no number of seconds");
+    }
+  }
+
+  // The input rate as the library works it out of a row and its file.
+  void check_rates(const StageFile& file, std::uint32_t begin, std::uint32_t end) {
+    const Fir* const fir = fir_of(*responses_.get(file.name()));
+    for (std::uint32_t record = begin; fir != nullptr && record < end; ++record) {
+      const double rate = rates_[rows_[record]];
+      const auto factor = static_cast<double>(factors_[rows_[record]]);
+      const double scaled = factor == kNoFactor ? rate : rate * factor;
+      if (std::isfinite(scaled == kNoRate ? fir->samprate / factor : scaled)) continue;
+      view_.record = record;
+      gaps_.fault(row_place(stage_row(record)) + " (" + name(file.name()) +
+                  "): no input rate can be worked out of samprate " + db_fieldlookup(view_, "stage.samprate") +
+                  " and decifac " + db_fieldlookup(view_, "stage.decifac"));
+    }
   }
 
   std::string name(const std::string& file) const {
@@ -125,6 +165,9 @@ class StageCheck {
   Dbptr stage_;
   const ResponseCache& responses_;
   Gaps& gaps_;
+  TableColumns columns_;
+  std::span<const double> rates_;
+  std::span<const std::int64_t> factors_;
   std::vector<std::uint32_t> rows_;                                     // of stage, by record
   std::map<std::pair<const char*, const char*>, std::string> reasons_;  // by folder and name
 };

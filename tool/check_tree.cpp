@@ -22,15 +22,17 @@ class TreeCheck {
  public:
   explicit TreeCheck(Pf* pf) : pf_(pf) {}
 
-  bool run() {
+  std::unique_ptr<const WrittenTree> run() {
     const char* root = ::pfget_string(pf_, "root_node");
     if (root == nullptr) {
       complain("the key root_node, which names the root group, is missing");
     } else {
       check_group(root, "root_node");
     }
-    if (sound_) check_whole();
-    return sound_;
+    if (!sound_) return nullptr;
+    auto tree = written_tree(pf_);
+    check_whole(*tree);
+    return sound_ ? std::move(tree) : nullptr;
   }
 
  private:
@@ -44,12 +46,11 @@ class TreeCheck {
     path_.pop_back();
   }
 
-  void check_whole() {
-    const auto tree = written_tree(pf_);
-    tell_all(tree_faults(pf_path(pf_), *tree->root));
-    tell_all(site_faults(pf_path(pf_), *tree));
+  void check_whole(const WrittenTree& tree) {
+    tell_all(tree_faults(pf_path(pf_), *tree.root));
+    tell_all(site_faults(pf_path(pf_), tree));
     if (!sound_) return;
-    for (const auto& [key, group] : tree->groups) check_names(group);
+    for (const auto& [key, group] : tree.groups) check_names(group);
   }
 
   // The library takes fewer names than XML has: a '.' in a tag is most often a field in the wrong column.
@@ -128,6 +129,6 @@ class TreeCheck {
 
 }  // namespace
 
-bool check_tree(Pf* pf) { return TreeCheck(pf).run(); }
+std::unique_ptr<const WrittenTree> check_tree(Pf* pf) { return TreeCheck(pf).run(); }
 
 }  // namespace triglub::tool

@@ -1,16 +1,21 @@
 // Everything that can fail for the tables is looked at before the first byte is written.
 #include "tool/convert.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 
 #include "dbhelper.h"
 #include "element_tree.h"
 #include "platform/elog.h"
+#include "tool/check_categories.h"
 #include "tool/check_channels.h"
+#include "tool/check_clock.h"
 #include "tool/check_dates.h"
+#include "tool/check_numbers.h"
 #include "tool/check_site.h"
 #include "tool/check_stages.h"
+#include "tool/check_texts.h"
 #include "tool/check_tree.h"
 #include "tool/convert_epochs.h"
 #include "tool/gaps.h"
@@ -21,6 +26,7 @@
 #include "tool/own_files.h"
 #include "tool/parameters.h"
 #include "tool/slips.h"
+#include "tool/well_formed.h"
 
 namespace triglub::tool {
 
@@ -42,25 +48,45 @@ bool accept(const Gaps& gaps, bool strict) {
 }
 
 // `responses`: null where the document has none.
-Gaps look_for_gaps(const Request& request, const ResponseCache* responses, Dbptr everything) {
+Gaps look_for_gaps(const Request& request, const ResponseCache* responses, const WrittenTree& tree, Dbptr everything) {
   Gaps gaps;
   check_dates(everything, &gaps);
+  check_numbers(everything, tree, &gaps);
+  check_categories(everything, tree, &gaps);
   if (responses != nullptr) check_stages(everything, *responses, &gaps);
   check_channels(request, everything, &gaps);
   return gaps;
 }
 
-int write(const ConvertOptions& options, const Request& request, Dbptr everything, const Gaps& gaps) {
-  const auto output = Output::open(options.output);
+[[noreturn]] void die_of_faults(const Gaps& gaps, const std::string& source) {
+  if (gaps.untold_faults() > 0) elog_complain(0, "and %ju faults more", std::uintmax_t{gaps.untold_faults()});
+  elog_die(0, "%s: faults in the tables; nothing is written", source.c_str());
+}
+
+// Texts that may break XML are mostly harmless where they stand; whether they are is seen in the document.
+void check_written(const Output& output, const TextCheck& texts, const std::string& source) {
+  const std::string fault = texts.are_doubtful() ? xml_fault_of_file(output.descriptor()) : "";
+  if (fault.empty()) return;
+  texts.tell();
+  elog_die(0, "%s: the document would be no XML (%s); nothing is written", source.c_str(), fault.c_str());
+}
+
+int write(const ConvertOptions& options, const Request& request, const TextCheck& texts, Dbptr everything,
+          const Gaps& gaps) {
+  if (options.strict && !accept(gaps, true)) return EXIT_FAILURE;
+  const auto output =
+      Output::open(options.output, texts.are_doubtful() ? Output::Hold::until_commit : Output::Hold::no);
   output->stream() << kDeclaration;
   write_document(*output, request, everything, options.jobs);
   output->finish();
-  if (!accept(gaps, options.strict)) return EXIT_FAILURE;
+  check_written(*output, texts, options.source);
+  if (!options.strict) gaps.report();
   output->commit();
   return EXIT_SUCCESS;
 }
 
 int run(const ConvertOptions& options) {
+  check_clock();
   Conversion conversion;
   Request request;
   request.source = options.source;
@@ -71,7 +97,8 @@ int run(const ConvertOptions& options) {
   request.pf = parameters.get();
   check_output(options, request.db, request.pf);
   if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
-  if (!check_tree(request.pf)) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
+  const auto tree = check_tree(request.pf);
+  if (tree == nullptr) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
   const Parameters site = read_site(request.pf);
   conversion.use_site(site.get());
   request.conditions = options.conditions;
@@ -83,13 +110,13 @@ int run(const ConvertOptions& options) {
     conversion.use_responses(responses);
   }
   const Dbptr everything = master_view(request);
-  const Gaps gaps = look_for_gaps(request, responses.get(), everything);
-  if (gaps.any_fault()) elog_die(0, "%s: faults in the tables; nothing is written", options.source.c_str());
+  const Gaps gaps = look_for_gaps(request, responses.get(), *tree, everything);
+  if (gaps.any_fault()) die_of_faults(gaps, options.source);
   if (is_empty(everything)) {
     gaps.report();
     elog_die(0, "%s: no channel epoch is selected and complete; nothing is written", options.source.c_str());
   }
-  return write(options, request, everything, gaps);
+  return write(options, request, TextCheck(everything, *tree), everything, gaps);
 }
 
 }  // namespace

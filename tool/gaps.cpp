@@ -8,8 +8,7 @@ namespace triglub::tool {
 void Gaps::left_out(const std::string& reason, const std::string& name) { findings_.add(Rank::warning, reason, name); }
 
 void Gaps::fault(const std::string& text) {
-  any_fault_ = true;
-  elog_complain(0, "%s", text.c_str());
+  if (++faults_ <= kFaultsTold) elog_complain(0, "%s", text.c_str());
 }
 
 }  // namespace triglub::tool

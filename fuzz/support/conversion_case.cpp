@@ -2,6 +2,8 @@
 
 #include <expat.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <exception>
 #include <sstream>
@@ -30,6 +32,28 @@ std::string* nth_text(Case* of, std::size_t n) {
   return &std::next(of->files.begin(), static_cast<std::ptrdiff_t>(n))->second;
 }
 
+std::string number_for(Bytes* bytes, const triglub_test::FlatField& field) {
+  constexpr std::array kNumbers = {"-1",     "0",     "1",       "-0", "99999999", "2286324", "2000366",     "1e10",
+                                   "1e-300", "1e308", "nan",     "+5", "0x10",     "90.5",    "-180.0",      "360",
+                                   "0.1",    "1e400", "2000060", "",   "10000000", "-999.0",  "946684800.5", "1001"};
+  return std::string(bytes->one_of(kNumbers)).substr(0, field.width);
+}
+
+std::string text_for(Bytes* bytes, const triglub_test::FlatField& field) {
+  constexpr std::size_t kLongest = 16;
+  std::string text(bytes->take(bytes->below(std::min(field.width, kLongest) + 1)));
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
+
+void edit_cell(Bytes* bytes, triglub_reference::Tables* changed) {
+  const auto table = std::next(changed->rows.begin(), static_cast<std::ptrdiff_t>(bytes->below(changed->rows.size())));
+  if (table->second.empty()) return;
+  auto& row = table->second[bytes->below(table->second.size())];
+  const triglub_test::FlatField& field = bytes->one_of(triglub_test::flat_schema().at(table->first));
+  row[field.name] = field.is_text ? text_for(bytes, field) : number_for(bytes, field);
+}
+
 void add_condition(Bytes* bytes, Case* changed) {
   const std::string field(bytes->take(bytes->below(24)));
   changed->conditions[field] = "/" + std::string(bytes->take(bytes->below(16))) + "/";
@@ -48,6 +72,10 @@ Files files_of(const triglub_reference::Tables& tables, const std::map<std::stri
   return files;
 }
 
+void edit(Bytes edits, triglub_reference::Tables* changed) {
+  while (!edits.at_end() && !changed->rows.empty()) edit_cell(&edits, changed);
+}
+
 void edit(Bytes edits, Case* changed) {
   while (!edits.at_end()) {
     const std::size_t which = edits.below(changed->files.size() + 3);
@@ -59,9 +87,9 @@ void edit(Bytes edits, Case* changed) {
   }
 }
 
-std::string shipped_tree(const std::string& name) {
+std::string shipped_parameters(const std::string& name) {
   Pf* pf = nullptr;
-  expect(pfread((std::string(TRIGLUB_SOURCE_DIR) + "/data/" + name + ".pf").c_str(), &pf) == 0, "the tree is there");
+  expect(pfread((std::string(TRIGLUB_SOURCE_DIR) + "/data/" + name + ".pf").c_str(), &pf) == 0, "the file is there");
   std::string text = pf2text(pf);
   pffree(pf);
   return text;

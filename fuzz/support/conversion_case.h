@@ -22,11 +22,14 @@ struct Case {
 // The files of tables, of their response files and of the parameter file "site".
 Files files_of(const triglub_reference::Tables& tables, const std::map<std::string, std::string>& site);
 
+// Changes to the cells of tables, which stay in their places, for as long as there are bytes that say which.
+void edit(Bytes edits, triglub_reference::Tables* changed);
+
 // Changes to the texts and conditions, for as long as there are bytes that say which.
 void edit(Bytes edits, Case* changed);
 
 // The parameter file of that name in the data folder, without its comments.
-std::string shipped_tree(const std::string& name);
+std::string shipped_parameters(const std::string& name);
 
 // The database of a case: its files are in the folder, of which there is one. Throws std::runtime_error for one that
 // does not open.

@@ -17,6 +17,8 @@ const char* text_of(ValueRemark remark) {
       return "out of range, left empty";
     case ValueRemark::no_date:
       return "no date, left empty";
+    case ValueRemark::forbidden_characters:
+      return "characters that XML does not allow, left out";
     case ValueRemark::none:
       break;
   }
@@ -51,8 +53,8 @@ std::string_view TreeValue::spelled(std::string_view value) const {
   return line_.type == LineType::unit ? context_.tree.options().spelled(trimmed(value)) : value;
 }
 
-void TreeValue::append_text(std::string_view value, std::string* text) const {
-  append_escaped(trimmed(value), place_, text);
+ValueRemark TreeValue::append_text(std::string_view value, std::string* text) const {
+  return append_escaped(trimmed(value), place_, text) ? ValueRemark::none : ValueRemark::forbidden_characters;
 }
 
 ValueRemark TreeValue::append_value(std::uint32_t record, const RecordList& records, std::string* text,
@@ -60,8 +62,7 @@ ValueRemark TreeValue::append_value(std::uint32_t record, const RecordList& reco
   RecordValue value;
   if (line_.type == LineType::string || line_.type == LineType::unit) {
     *has_failed = !expression_->evaluate_text(record, records, &value);
-    if (!value.is_null) append_text(spelled(value.text), text);
-    return ValueRemark::none;
+    return value.is_null ? ValueRemark::none : append_text(spelled(value.text), text);
   }
   *has_failed = !expression_->evaluate(record, records, &value);
   if (value.is_null) return ValueRemark::none;

@@ -45,7 +45,7 @@ class TreeValue {
   ValueRemark append_value(std::uint32_t record, const RecordList& records, std::string* text, bool* has_failed);
   // A unit as documents have it; other texts as they are.
   std::string_view spelled(std::string_view value) const;
-  void append_text(std::string_view value, std::string* text) const;
+  ValueRemark append_text(std::string_view value, std::string* text) const;
   void check_same(const RecordList& records, TableMask constant);
   void tell(Rank rank, const char* what, std::uint32_t record);
 

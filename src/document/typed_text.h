@@ -12,7 +12,7 @@
 namespace triglub {
 
 // What there is to tell of a value.
-enum class ValueRemark : std::uint8_t { none, wrapped, no_number, out_of_range, no_date };
+enum class ValueRemark : std::uint8_t { none, wrapped, no_number, out_of_range, no_date, forbidden_characters };
 
 // Appends the text of a number that is in doubt by so much (0: it is exact); nothing where there is something wrong
 // with it. REQUIRES: the type is one of numbers.

@@ -24,8 +24,9 @@ bool begins_noncharacter(std::string_view text) {
   return text.starts_with("\xEF\xBF\xBE") || text.starts_with("\xEF\xBF\xBF");
 }
 
-// Appends what stands for the first character and returns how many bytes of the text that is.
-std::size_t append_special(std::string_view text, XmlPlace place, std::string* xml) {
+// Appends what stands for the first character and returns how many bytes of the text that is. *is_whole is made false
+// where nothing stands for it.
+std::size_t append_special(std::string_view text, XmlPlace place, std::string* xml, bool* is_whole) {
   switch (text.front()) {
     case '&':
       xml->append("&amp;");
@@ -47,21 +48,31 @@ std::size_t append_special(std::string_view text, XmlPlace place, std::string* x
     default:
       break;
   }
-  if (begins_noncharacter(text)) return 3;
-  if (text.front() == '\xEF') *xml += text.front();
-  return 1;
+  if (text.front() == '\xEF' && !begins_noncharacter(text)) {
+    *xml += text.front();
+    return 1;
+  }
+  *is_whole = false;
+  return begins_noncharacter(text) ? 3 : 1;
 }
 
 }  // namespace
 
-void append_escaped(std::string_view text, XmlPlace place, std::string* xml) {
+bool append_escaped(std::string_view text, XmlPlace place, std::string* xml) {
+  bool is_whole = true;
   while (!text.empty()) {
     const auto* const special = std::find_if(text.begin(), text.end(), is_special);
     const auto plain = static_cast<std::size_t>(special - text.begin());
     xml->append(text.substr(0, plain));
     text.remove_prefix(plain);
-    if (!text.empty()) text.remove_prefix(append_special(text, place, xml));
+    if (!text.empty()) text.remove_prefix(append_special(text, place, xml, &is_whole));
   }
+  return is_whole;
+}
+
+bool has_forbidden_characters(std::string_view text) {
+  std::string xml;
+  return !append_escaped(text, XmlPlace::content, &xml);
 }
 
 }  // namespace triglub

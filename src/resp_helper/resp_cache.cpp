@@ -43,10 +43,13 @@ std::string dbget_stringv(Dbptr db, std::string field, std::string fallback) {
 
 std::string triglub::StageFile::name() const { return simplefile(std::string(dir), std::string(dfile)); }
 
-ResponseCache::ResponseCache(Dbptr db, std::string table)
-    : ResponseCache(db, std::move(table), triglub::ResponseReach::anywhere) {}
+ResponseCache::ResponseCache(Dbptr db, std::string table) { read_files_of(db, table); }
 
 ResponseCache::ResponseCache(Dbptr db, std::string table, triglub::ResponseReach reach) : reach_(reach) {
+  read_files_of(db, table);
+}
+
+void ResponseCache::read_files_of(Dbptr db, const std::string& table) {
   require(!table.empty(), "table != \"\"");
   db = dblookup(db, nullptr, table.c_str(), nullptr, nullptr);
   const char* directory = nullptr;
@@ -90,8 +93,20 @@ const triglub::ResponseReading* ResponseCache::failure(const std::string& name) 
 
 bool ResponseCache::add(std::string name) {
   if (name == EMPTYFILENAME || exists(name)) return false;
+  return reach_ ? add_within(std::move(name), *reach_) : add_by_get_response(std::move(name));
+}
+
+bool ResponseCache::add_by_get_response(std::string name) {
+  Response* response = nullptr;
+  if (get_response(fullfile(name).c_str(), &response) != 0) return false;
+  require(response != nullptr, "response != __null");
+  responses_.emplace(std::move(name), response);
+  return true;
+}
+
+bool ResponseCache::add_within(std::string name, triglub::ResponseReach reach) {
   const std::string folder = base_directory_.empty() ? "." : base_directory_;
-  const bool is_anywhere = reach_ == triglub::ResponseReach::anywhere;
+  const bool is_anywhere = reach == triglub::ResponseReach::anywhere;
   triglub::ResponseReading reading = triglub::read_response_within(fullfile(name), is_anywhere ? "" : folder);
   if (reading.status != triglub::ResponseStatus::read) {
     elog_debug(0, "%s", reading.fault.c_str());

@@ -157,6 +157,9 @@ void ChainCheck::tell_whole() {
     if (!stage.facts.is_delay_known) {
       tell(Rank::note, "filters whose delay is not known: written as 0", stage.record);
     }
+    if (table_.has_forbidden_units(stage_of(stage.record))) {
+      tell(Rank::warning, "units with characters that XML does not allow, left out", stage.record);
+    }
     tell_rates(stage, before);
     before = stage.out;
   }

@@ -33,6 +33,20 @@ double amplitude_of(const Fap& fap, double frequency) {
   return 0;
 }
 
+bool stay_finite(const std::vector<double>& numbers, double divisor) {
+  return std::ranges::all_of(numbers, [divisor](double number) { return std::isfinite(number / divisor); });
+}
+
+// Nothing where the filter could not be written with it.
+std::optional<Normalization> sound(const StageFilter& filter, const Normalization& normalization) {
+  if (normalization.factor == 0 || !std::isfinite(normalization.factor)) return std::nullopt;
+  if (!filter.is_list()) return normalization;
+  const Fap& fap = filter.fap();
+  const bool stays =
+      stay_finite(fap.amplitudes, normalization.factor) && stay_finite(fap.amplitude_errors, normalization.factor);
+  return stays ? std::optional(normalization) : std::nullopt;
+}
+
 }  // namespace
 
 bool can_be_normalized(const StageFilter& filter) { return filter.group->type == RESPONSE_PAZ || filter.is_list(); }
@@ -40,7 +54,7 @@ bool can_be_normalized(const StageFilter& filter) { return filter.group->type ==
 std::optional<Normalization> normalization_at(const StageFilter& filter, double frequency) {
   const double factor =
       filter.is_list() ? amplitude_of(filter.fap(), frequency) : 1 / amplitude_of(filter.paz(), frequency);
-  return factor == 0 || !std::isfinite(factor) ? std::nullopt : std::optional(Normalization{factor, frequency});
+  return sound(filter, {factor, frequency});
 }
 
 }  // namespace triglub

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "document/xml_escape.h"
 #include "platform/record_expression.h"
 
 namespace triglub {
@@ -15,6 +16,15 @@ std::optional<double> delay_of(const StageFilter& filter) {
   if (filter.fir().delay >= 0) return filter.fir().delay;
   if (filter.symmetry == Symmetry::none) return std::nullopt;
   return (static_cast<double>(filter.fir().numerators.size()) - 1) / 2;
+}
+
+// By code.
+std::vector<bool> forbidden_texts(const TextColumn& column) {
+  std::vector<bool> forbidden(column.code_count());
+  for (std::uint32_t code = 0; code < column.code_count(); ++code) {
+    forbidden[code] = has_forbidden_characters(column.text_of(code));
+  }
+  return forbidden;
 }
 
 const char* no_gain(bool is_of_instrument) {
@@ -31,6 +41,8 @@ StageTable::StageTable(const ResponseTables& tables, const ResponseFiles& files)
       input_units_(stage_.texts("iunits")),
       output_units_(stage_.texts("ounits")),
       calibration_units_(calibration_.texts("units")),
+      forbidden_inputs_(forbidden_texts(input_units_)),
+      forbidden_outputs_(forbidden_texts(output_units_)),
       numbers_(stage_.integers("stageid")),
       factors_(stage_.integers("decifac")),
       null_factor_(stage_.null_integer("decifac")),

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "epochs/response_tables.h"
 #include "epochs/stored_numbers.h"
@@ -59,6 +60,10 @@ class StageTable {
   std::string_view input_units(std::uint32_t stage) const;
   std::string_view output_units(std::uint32_t stage) const;
   std::string_view calibration_units(std::uint32_t calibration) const;
+  // Whether a unit of the row has characters that a document cannot have.
+  bool has_forbidden_units(std::uint32_t stage) const {
+    return forbidden_inputs_[input_units_.codes()[stage]] || forbidden_outputs_[output_units_.codes()[stage]];
+  }
   // Samples per second of the channel; nothing where neither row (NO_BASE_ROW for none) has a rate.
   std::optional<double> channel_rate(std::uint32_t calibration, std::uint32_t instrument) const;
   std::int64_t number(std::uint32_t stage) const { return numbers_[stage]; }
@@ -79,6 +84,8 @@ class StageTable {
   TextColumn input_units_;
   TextColumn output_units_;
   TextColumn calibration_units_;
+  std::vector<bool> forbidden_inputs_;  // by code
+  std::vector<bool> forbidden_outputs_;
   std::span<const std::int64_t> numbers_;
   std::span<const std::int64_t> factors_;
   std::int64_t null_factor_;
