@@ -41,7 +41,8 @@ std::unique_ptr<const Table> read_table(const TableSchema& schema, std::unique_p
   const triglub::RowLayout layout(schema);
   const std::string file = two_lines(schema);
   triglub::Rows rows(schema);
-  expect(triglub::read_rows(layout, file, 0, file.size(), file.size(), &rows), "nulls and ones are read", file);
+  expect(triglub::RowReader(layout, &rows).read(file), "nulls and ones are read", file);
+  rows.fill();
   return std::move(rows.table).build(".", "row ", std::move(texts), {});
 }
 

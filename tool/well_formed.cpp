@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -16,16 +17,19 @@ namespace triglub::tool {
 namespace {
 
 constexpr int kPiece = 1 << 18;  // bytes
-constexpr unsigned long kSalt = 0x9E3779B9;
 constexpr XML_Char kBehindNamespace = '\n';
+
+// Not 0, and not the same for every run.
+unsigned long salt() {
+  return static_cast<unsigned long>(std::chrono::steady_clock::now().time_since_epoch().count()) | 1UL;
+}
 
 class Parser {
  public:
   Parser() : parser_(XML_ParserCreateNS("UTF-8", kBehindNamespace), &XML_ParserFree) {
     if (parser_ == nullptr) throw std::bad_alloc();
-    // Left to itself the parser asks the system for chance, and where that cannot be had the process is aborted. Names
-    // are those of the tree here: nobody gains by making them collide.
-    XML_SetHashSalt(parser_.get(), kSalt);
+    // Without a salt the parser asks for one, and the C library ends the process when the system has none to give.
+    XML_SetHashSalt(parser_.get(), salt());
   }
 
   void* room() {
