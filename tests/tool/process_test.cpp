@@ -73,7 +73,7 @@ TEST(Signals, EndTheProcessWithAMessageAndLeaveNothing) {
   for (const auto& [name, number] : {std::pair("INT", 2), {"TERM", 15}, {"HUP", 1}, {"QUIT", 3}, {"ALRM", 14}}) {
     const auto outcome = run_shell(in_folder_with_old(
         "mkfifo wait.pf; ulimit -c 0; env --default-signal $TRIGLUB convert -p wait.pf -o old " + EXAMPLE +
-        " 2>&1 & p=$!; sleep 0.3; kill -" + name + " $p; wait $p; s=$?; rm wait.pf; (exit $s)"));
+        " 2>&1 & p=$!; exec 9> wait.pf; kill -" + name + " $p; wait $p; s=$?; rm wait.pf; (exit $s)"));
     EXPECT_NE(outcome.output.find("triglub: ended by signal " + std::to_string(number) + " ("), std::string::npos)
         << outcome.output;
     EXPECT_NE(outcome.output.find("; nothing is written\nstatus " + std::to_string(128 + number) + "\nbefore\nold\n"),
