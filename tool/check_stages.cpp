@@ -10,6 +10,7 @@
 #include "platform/columns.h"
 #include "platform/response.h"
 #include "platform/sources.h"
+#include "platform/text.h"
 #include "resp_helper.h"
 
 namespace triglub::tool {
@@ -20,6 +21,8 @@ namespace {
 constexpr double kNoRate = -1;
 constexpr double kNoFactor = -1;
 
+constexpr std::size_t kLongestType = 40;  // bytes that are told
+
 // What a response file gives for a stage: nothing to say, or why there is no filter in the document.
 std::string reason_of(const Response& response) {
   if (response.group_count != 1) {
@@ -27,7 +30,9 @@ std::string reason_of(const Response& response) {
   }
   const ResponseGroup& group = response.groups[0];
   if (group.type == RESPONSE_PAZ || group.type == RESPONSE_FIR) return "";
-  return "response of type " + group.type_name + ", for which no filter is written";
+  // A word of a file may be as long as the file.
+  const std::string type(utf8_prefix(group.type_name, kLongestType));
+  return "response of type " + type + ", for which no filter is written";
 }
 
 class StageCheck {

@@ -83,12 +83,11 @@ void die_of_closed_pipe(int signal_number) {
 
 [[noreturn]] void die_of(std::string_view what, const char* why) {
   remove_now();
-  if (!is_ending.test_and_set()) {
-    put("triglub: ");
-    put(what);
-    put(why);
-    put_fate();
-  }
+  while (is_ending.test_and_set()) pause();  // until another thread, which has the same to tell, has told it
+  put("triglub: ");
+  put(what);
+  put(why);
+  put_fate();
   // Not by way of exit, which may need memory, and waits for what another thread holds.
   _exit(EXIT_FAILURE);
 }

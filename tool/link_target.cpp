@@ -27,7 +27,8 @@ std::string link_target(std::string path) {
   for (int i = 0; i < kMostLinks; ++i) {
     const std::string text = text_of_link(at);
     if (text.empty()) return at;
-    at = text.starts_with('/') ? text : at.substr(0, at.rfind('/') + 1) + text;
+    at.resize(text.starts_with('/') ? 0 : at.rfind('/') + 1);
+    at += text;
   }
   return path;
 }

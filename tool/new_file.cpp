@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
 
 #include "tool/endings.h"
 #include "tool/link_target.h"
@@ -34,8 +35,8 @@ int open_unnamed(const std::string& folder) {
   return -1;
 }
 
-bool link_as(int descriptor, const std::string& path) {
-  return linkat(AT_FDCWD, open_path(descriptor).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
+bool link_as(const std::string& open_path, const std::string& path) {
+  return linkat(AT_FDCWD, open_path.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
 mode_t permissions_for(const std::string& path) {
@@ -86,7 +87,7 @@ void NewFile::put_in_place() {
 }
 
 void NewFile::take_name() {
-  if (temporary_.empty() && link_as(descriptor_, target_)) return;
+  if (temporary_.empty() && link_as(open_path(descriptor_), target_)) return;
   if (temporary_.empty() && !take_temporary_name()) copy_to_named();
   if (std::rename(temporary_.c_str(), target_.c_str()) != 0) die_of_writing(target_);
   remove_at_end("");
@@ -95,11 +96,12 @@ void NewFile::take_name() {
 // False where the file cannot have any name.
 bool NewFile::take_temporary_name() {
   const std::string beginning = folder_of(target_) + kTemporaryName + std::to_string(getpid()) + ".";
+  const std::string unnamed = open_path(descriptor_);
   for (int i = 0; i < kMostNames; ++i) {
-    const std::string name = beginning + std::to_string(i);
-    if (link_as(descriptor_, name)) {
-      temporary_ = name;
-      remove_at_end(name);
+    std::string name = beginning + std::to_string(i);
+    if (link_as(unnamed, name)) {
+      remove_at_end(name);  // before anything that could end the process
+      temporary_ = std::move(name);
       return true;
     }
     if (errno != EEXIST) return false;

@@ -66,7 +66,7 @@ class OutputCheck {
     elog_die(0, "%s: is %s, expected another file for the document", options_.output.c_str(), what.c_str());
   }
 
-  std::vector<TextRun> runs_of(Dbptr table, const char* field) const {
+  static std::vector<TextRun> runs_of(Dbptr table, const char* field) {
     std::vector<TextRun> runs;
     text_runs(db_setfield(table, field), 0, static_cast<std::uint64_t>(db_nrecs(table)), &runs);
     return runs;
@@ -81,7 +81,7 @@ class OutputCheck {
   }
 
   using NamedFiles = std::set<std::pair<std::string_view, std::string_view>>;
-  NamedFiles named_files(Dbptr table) const {
+  static NamedFiles named_files(Dbptr table) {
     NamedFiles files;
     const std::vector<TextRun> folders = runs_of(table, "dir");
     auto folder = folders.begin();

@@ -1,4 +1,5 @@
-// Reads until the end is met, whatever size the file was said to have: it may grow meanwhile, and a device has none.
+// Reads until the end is met, whatever size the file was said to have: it may grow meanwhile, and files of the kernel
+// are said to have none.
 #include "base/file_text.h"
 
 #include <fcntl.h>
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <system_error>
 
 namespace triglub {
 
@@ -15,8 +17,7 @@ namespace {
 class OpenFile {
  public:
   // Does not wait for the other end of a pipe that will be refused.
-  OpenFile(const std::string& path, FileKind kind)
-      : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | (kind == FileKind::regular ? O_NONBLOCK : 0))) {}
+  explicit OpenFile(const std::string& path) : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
   ~OpenFile() {
@@ -56,14 +57,20 @@ FileReading read_to_end(int descriptor, std::size_t expected, std::size_t limit,
 
 }  // namespace
 
-FileReading read_file(const std::string& path, FileKind kind, std::size_t limit, std::string* text) {
-  const OpenFile file(path, kind);
+FileReading read_file(const std::string& path, std::size_t limit, std::string* text) {
+  const OpenFile file(path);
   struct stat status {};
   if (file.descriptor() < 0 || fstat(file.descriptor(), &status) != 0) return {FileFault::unreadable, errno};
-  if (kind == FileKind::regular && !S_ISREG(status.st_mode)) return {FileFault::other_kind};
+  if (!S_ISREG(status.st_mode)) return {FileFault::other_kind};
   const auto expected = static_cast<std::size_t>(status.st_size);
-  if (S_ISREG(status.st_mode) && expected > limit) return {FileFault::too_large};
+  if (expected > limit) return {FileFault::too_large};
   return read_to_end(file.descriptor(), expected, limit, text);
+}
+
+std::string fault_text(const FileReading& reading, std::size_t limit) {
+  if (reading.fault == FileFault::other_kind) return "not a regular file";
+  if (reading.fault == FileFault::too_large) return "more than " + std::to_string(limit) + " bytes";
+  return std::generic_category().message(reading.error);
 }
 
 }  // namespace triglub

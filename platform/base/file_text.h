@@ -8,9 +8,6 @@
 
 namespace triglub {
 
-// What a path may lead to. `any`: a device or a pipe as well, whose other end is waited for.
-enum class FileKind : std::uint8_t { regular, any };
-
 enum class FileFault : std::uint8_t { none, unreadable, other_kind, too_large };
 
 struct FileReading {
@@ -18,10 +15,13 @@ struct FileReading {
   int error = 0;  // of an unreadable file: what errno was
 };
 
-// Reads the file into *text, in place of what that held. A file of more than `limit` bytes is too large, also when it
-// grows beyond while it is read or has no end; hardly more than the limit is ever held of it. *text is unspecified
-// after a fault.
-FileReading read_file(const std::string& path, FileKind kind, std::size_t limit, std::string* text);
+// Reads a regular file into *text, in place of what that held. Anything else, a device or a pipe, is of another kind
+// and is not waited for. A file of more than `limit` bytes is too large, also when it grows beyond while it is read or
+// has no end; hardly more than the limit is ever held of it. *text is unspecified after a fault.
+FileReading read_file(const std::string& path, std::size_t limit, std::string* text);
+
+// What is wrong with the file, for people: "not a regular file". REQUIRES: there is a fault.
+std::string fault_text(const FileReading& reading, std::size_t limit);
 
 }  // namespace triglub
 

@@ -12,8 +12,9 @@ namespace triglub {
 std::size_t thread_count();
 
 // Calls work(0) to work(count - 1), in parallel as far as the system gives threads; returns when all have returned.
-// The calls must not throw, must not touch the same data and must not log (a helper thread does not have the log sink
-// of the caller).
+// What a call throws is thrown here, the first of several, once all calls that had begun have returned; others may then
+// not have been made. The calls must not touch the same data and must not log (a helper thread does not have the log
+// sink of the caller).
 void run_side_by_side(std::size_t count, const std::function<void(std::size_t)>& work);
 
 // Whether work on that many records is worth the start of threads.

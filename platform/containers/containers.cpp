@@ -3,6 +3,7 @@
 
 #include <cassert>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,9 +27,9 @@ bool holds(const Tbl* list, long i) {
 }  // namespace
 
 Tbl* newtbl(int size_hint) {
-  Tbl* list = new Tbl;
+  auto list = std::make_unique<Tbl>();
   if (size_hint > 0) list->values.reserve(static_cast<std::size_t>(size_hint));
-  return list;
+  return list.release();
 }
 
 void* gettbl(Tbl* list, long i) { return holds(list, i) ? list->values[static_cast<std::size_t>(i)] : nullptr; }

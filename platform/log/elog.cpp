@@ -9,9 +9,11 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -54,8 +56,10 @@ class Log {
 };
 
 Log& the_log() {
-  // Never destroyed: exit handlers and static destructors may still have something to say.
-  static Log* log = new Log;
+  // Never destroyed: exit handlers and static destructors may still have something to say. In a place of its own, as
+  // there may be no other memory left.
+  alignas(Log) static std::byte place[sizeof(Log)];
+  static Log* log = new (place) Log;
   return *log;
 }
 
@@ -75,27 +79,42 @@ const char* level_word(ElogLevel level) {
   return "";
 }
 
-std::string formatted(const char* format, va_list args) {
-  va_list again;
-  va_copy(again, args);
-  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): every caller has started it; the analyzer loses sight of that
-  const int length = std::vsnprintf(nullptr, 0, format, args);
-  std::string text;
-  if (length > 0) {
-    text.resize(static_cast<std::size_t>(length));
-    std::vsnprintf(text.data(), text.size() + 1, format, again);
+// A message. When there is no memory for a long one, its beginning.
+class Message {
+ public:
+  Message(const char* format, va_list args) {
+    va_list again;
+    va_copy(again, args);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): every caller has started it; the analyzer loses sight of
+    // that
+    const int length = std::vsnprintf(start_, sizeof start_, format, args);
+    if (length >= static_cast<int>(sizeof start_)) write_whole(static_cast<std::size_t>(length), format, again);
+    va_end(again);
   }
-  va_end(again);
-  return text;
-}
 
-void report(ElogLevel level, const std::string& text) {
+  const char* text() const { return whole_.empty() ? start_ : whole_.c_str(); }
+
+ private:
+  void write_whole(std::size_t length, const char* format, va_list args) {
+    try {
+      whole_.resize(length);
+      std::vsnprintf(whole_.data(), whole_.size() + 1, format, args);
+    } catch (const std::bad_alloc&) {
+      whole_.clear();
+    }
+  }
+
+  char start_[1024] = "";
+  std::string whole_;
+};
+
+void report(ElogLevel level, const char* text) {
   const Sink sink = thread_sink.function != nullptr ? thread_sink : the_log().sink();
   if (sink.function != nullptr) {
-    sink.function(level, text.c_str(), sink.context);
+    sink.function(level, text, sink.context);
     return;
   }
-  elog_to_stderr(level, text.c_str());
+  elog_to_stderr(level, text);
 }
 
 void append_escaped(std::string& out, std::string_view bytes) {
@@ -126,6 +145,15 @@ std::size_t append_printable(std::string& out, std::string_view text) {
   return character.size();
 }
 
+// A message that there is no memory left to make printable: what is not plain is a question mark.
+void write_without_memory(ElogLevel level, const char* text) {
+  std::fputs(kDefaultProgram, stderr);
+  std::fputs(": ", stderr);
+  std::fputs(level_word(level), stderr);
+  for (; *text != '\0'; ++text) std::fputc(*text >= ' ' && *text <= '~' ? *text : '?', stderr);
+  std::fputc('\n', stderr);
+}
+
 }  // namespace
 
 void elog_init(const char* program) { the_log().set_program(program == nullptr ? kDefaultProgram : program); }
@@ -143,16 +171,20 @@ std::string elog_printable(std::string_view text) {
 }
 
 void elog_to_stderr(ElogLevel level, const char* text) {
-  // One write for the whole line, so that lines of several processes do not mix.
-  const std::string line = the_log().program() + ": " + level_word(level) + elog_printable(text) + "\n";
-  std::fwrite(line.data(), 1, line.size(), stderr);
+  try {
+    // One write for the whole line, so that lines of several processes do not mix.
+    const std::string line = the_log().program() + ": " + level_word(level) + elog_printable(text) + "\n";
+    std::fwrite(line.data(), 1, line.size(), stderr);
+  } catch (const std::bad_alloc&) {
+    write_without_memory(level, text);
+  }
   std::fflush(stderr);
 }
 
 void elog_die(int /*reserved*/, const char* format, ...) {
   va_list args;
   va_start(args, format);
-  report(ElogLevel::fatal, formatted(format, args));
+  report(ElogLevel::fatal, Message(format, args).text());
   va_end(args);
   std::fflush(nullptr);
   // std::exit must not be entered twice. A second thread waits for the end that the first one brings about, whose exit
@@ -168,20 +200,20 @@ void elog_die(int /*reserved*/, const char* format, ...) {
 void elog_complain(int /*reserved*/, const char* format, ...) {
   va_list args;
   va_start(args, format);
-  report(ElogLevel::complain, formatted(format, args));
+  report(ElogLevel::complain, Message(format, args).text());
   va_end(args);
 }
 
 void elog_notify(int /*reserved*/, const char* format, ...) {
   va_list args;
   va_start(args, format);
-  report(ElogLevel::notify, formatted(format, args));
+  report(ElogLevel::notify, Message(format, args).text());
   va_end(args);
 }
 
 void elog_debug(int /*reserved*/, const char* format, ...) {
   va_list args;
   va_start(args, format);
-  report(ElogLevel::debug, formatted(format, args));
+  report(ElogLevel::debug, Message(format, args).text());
   va_end(args);
 }

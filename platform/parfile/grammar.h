@@ -9,8 +9,7 @@
 
 namespace triglub::parfile {
 
-inline constexpr std::size_t kMaxDepth = 100;                    // blocks inside one another
-inline constexpr std::size_t kMaxBytes = std::size_t{64} << 20;  // of a file
+inline constexpr std::size_t kMaxDepth = 100;  // blocks inside one another
 
 inline constexpr std::string_view kTableOpener = "&Arr{";
 inline constexpr std::string_view kListOpener = "&Tbl{";

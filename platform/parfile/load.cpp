@@ -3,28 +3,34 @@
 #include <string>
 
 #include "base/file_text.h"
-#include "parfile/grammar.h"
 #include "parfile/search.h"
 #include "parfile/table.h"
 #include "platform/elog.h"
+#include "platform/limits.h"
 
 namespace {
 
+using triglub::beyond, triglub::FileFault, triglub::FileReading, triglub::Limit, triglub::limit, triglub::read_file;
+
 enum Status : int { kRead = 0, kNotFound = -1, kNotReadable = -2, kMalformed = -3 };
 
-Status fail(const std::string& path, const triglub::FileReading& reading) {
-  if (reading.fault == triglub::FileFault::too_large) {
-    elog_complain(0, "%s: more than %zu bytes", path.c_str(), triglub::parfile::kMaxBytes);
-    return kMalformed;
-  }
-  return reading.error == ENOENT || reading.error == ENOTDIR ? kNotFound : kNotReadable;
+bool is_missing(const FileReading& reading) {
+  return reading.fault == FileFault::unreadable && (reading.error == ENOENT || reading.error == ENOTDIR);
+}
+
+Status fail(const std::string& path, const FileReading& reading, std::size_t most) {
+  if (is_missing(reading)) return kNotFound;
+  const bool is_too_large = reading.fault == FileFault::too_large;
+  const std::string fault = is_too_large ? beyond(Limit::parameter_bytes) : fault_text(reading, most);
+  elog_complain(0, "%s: %s", path.c_str(), fault.c_str());
+  return is_too_large ? kMalformed : kNotReadable;
 }
 
 Status read(const std::string& path, Pf** pf) {
   std::string text;
-  // Another program may write a parameter file into a pipe.
-  const auto reading = triglub::read_file(path, triglub::FileKind::any, triglub::parfile::kMaxBytes, &text);
-  if (reading.fault != triglub::FileFault::none) return fail(path, reading);
+  const std::size_t most = limit(Limit::parameter_bytes);
+  const FileReading reading = read_file(path, most, &text);
+  if (reading.fault != FileFault::none) return fail(path, reading, most);
   if (pfparse(text, path.c_str(), pf) != 0) return kMalformed;
   (*pf)->path = path;
   return kRead;

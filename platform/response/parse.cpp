@@ -13,6 +13,7 @@
 #include "base/characters.h"
 #include "base/number.h"
 #include "base/words.h"
+#include "platform/limits.h"
 #include "response/lines.h"
 
 namespace triglub {
@@ -125,7 +126,8 @@ class ResponseParser {
                   " (a group begins with \"theoretical\" or \"measured\", a whole number, a description and a type)" +
                   found());
     }
-    ResponseGroup group;
+    if (response.groups.size() >= limit(Limit::response_groups)) return fail(beyond(Limit::response_groups));
+    ResponseGroup& group = response.groups.emplace_back();  // where its filter is freed, whatever happens
     group.type = type_code(header.type);
     group.type_name = header.type;
     group.source = header.source;
@@ -134,7 +136,6 @@ class ResponseParser {
     group.author = header.author;
     lines_.advance();
     if (!read_filter(group)) return false;
-    response.groups.push_back(std::move(group));
     ++response.group_count;
     return true;
   }
@@ -255,9 +256,8 @@ class ResponseParser {
     if (!is_whole_number(word) || word[0] == '-') {
       return fail(std::string("expected the number of ") + kind.plural + found());
     }
-    if (!parse_integer(word, count) || *count > MAX_RESPONSE_ENTRIES) {
-      return fail(quoted(word) + " " + kind.plural + " are more than the limit of " +
-                  std::to_string(MAX_RESPONSE_ENTRIES));
+    if (!parse_integer(word, count) || static_cast<std::uint64_t>(*count) > limit(Limit::response_entries)) {
+      return fail(quoted(word) + " " + kind.plural + ", " + beyond(Limit::response_entries));
     }
     lines_.advance();
     return true;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/file_text.h"
+#include "platform/limits.h"
 #include "response/parse.h"
 
 namespace triglub {
@@ -54,15 +55,14 @@ ResponseReading unread_response(int error, const std::string& shown) {
 
 ResponseReading read_response_file(const std::string& path, const std::string& shown) {
   std::string text;
-  const FileReading file = read_file(path, FileKind::regular, MAX_RESPONSE_BYTES, &text);
+  const FileReading file = read_file(path, limit(Limit::response_bytes), &text);
   switch (file.fault) {
     case FileFault::none:
       return parsed(text, shown);
     case FileFault::too_large:
-      return fault_of(ResponseStatus::faulty,
-                      shown + ": larger than the limit of " + std::to_string(MAX_RESPONSE_BYTES) + " bytes");
+      return fault_of(ResponseStatus::faulty, shown + ": " + beyond(Limit::response_bytes));
     case FileFault::other_kind:
-      return fault_of(ResponseStatus::unreadable, shown + ": cannot read: not a file");
+      return fault_of(ResponseStatus::unreadable, shown + ": cannot read: not a regular file");
     case FileFault::unreadable:
       break;
   }

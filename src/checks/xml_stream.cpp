@@ -10,7 +10,9 @@
 #include <memory>
 #include <mutex>
 #include <stdexcept>
+#include <string>
 
+#include "checks/tag_lengths.h"
 #include "checks/vocabulary.h"
 
 namespace triglub::checks {
@@ -32,6 +34,7 @@ struct Reading {
   XmlEvents* events = nullptr;
   xmlParserCtxtPtr parser = nullptr;
   XmlEnding ending;
+  TagLengths tags;
   std::exception_ptr failure;
 };
 
@@ -137,6 +140,11 @@ bool feed(std::istream& document, Reading& reading) {
   document.read(piece.data(), piece.size());
   if (document.bad()) throw std::runtime_error("the document cannot be read to its end");
   const bool is_last = !document;
+  if (!reading.tags.are_allowed({piece.data(), static_cast<std::size_t>(document.gcount())})) {
+    reading.ending = {XmlEnding::Kind::faulty, line_of(reading),
+                      "a tag of more than " + std::to_string(kMostTagBytes) + " bytes"};
+    return false;
+  }
   xmlParseChunk(reading.parser, piece.data(), static_cast<int>(document.gcount()), is_last ? 1 : 0);
   if (reading.failure != nullptr) std::rethrow_exception(reading.failure);
   note_fault(reading);

@@ -79,7 +79,7 @@ void epoch_text(Dbptr db, BoundExpression& expression, std::string* result) {
     *result = DATETIME_ENDVAL;
   } else {
     // Fixed: the document's schema settles how a time is written, whatever formats the parameter file gives to others.
-    *result = epoch2str(time, "%GT%H:%M:%S.%u");
+    format_epoch(time, "%GT%H:%M:%S.%u", result);
   }
 }
 
@@ -96,7 +96,7 @@ void yearday_text(Dbptr db, BoundExpression& expression, std::string* result) {
   }
   const double start = epoch(static_cast<int>(day));
   // Every null date lies here, and so does 1970001, which tables carry for "not known".
-  *result = start > 0.0 ? epoch2str(start, "%GT%H:%M:%S") : DATETIME_ENDVAL;
+  *result = start > 0.0 ? format_epoch(start, "%GT%H:%M:%S") : DATETIME_ENDVAL;
 }
 
 void string_text(Dbptr db, BoundExpression& expression, std::string* result) {

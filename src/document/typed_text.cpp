@@ -70,7 +70,7 @@ ValueRemark append_instant(double seconds, std::string* text) {
     return ValueRemark::no_date;
   }
   const double whole = std::floor(milliseconds / 1000);
-  text->append(epoch2str(whole, "%GT%H:%M:%S"));
+  text->append(format_epoch(whole, "%GT%H:%M:%S"));
   const int rest = static_cast<int>(milliseconds - whole * 1000);
   if (rest != 0) text->append(1, '.').append(std::to_string(1000 + rest), 1, 3);
   *text += 'Z';

@@ -64,18 +64,20 @@ class ChannelReader {
 
 // The channels that begin at these places of sitechan.
 void sweep_part(const StationTables& tables, const ChannelOrder& order, const StationSet& stations, std::uint32_t begin,
-                std::uint32_t end, EpochList* list) {
+                std::uint32_t end, RowBudget* budget, EpochList* list) {
   const auto begins = [&](std::uint32_t place) {
     return place == 0 || order.sitechan.key(place - 1) != order.sitechan.key(place);
   };
   while (begin < end && !begins(begin)) ++begin;
   if (begin == end) return;
   ChannelReader reader(tables, order, order.sitechan.key(begin));
-  ChannelSweep sweep(tables);
+  ChannelSweep sweep(tables, budget);
   ChannelRows rows;
   for (std::uint32_t place = begin; place < end && order.sitechan.key(place) != kNoChannel; ++place) {
     if (!begins(place) || !stations.has(station_of(order.sitechan.key(place)))) continue;
     reader.read(order.sitechan.key(place), &rows);
+    // The rows of a station are looked at once more with each of its channels.
+    budget->take(rows.sites.size(), [&] { return tables.sitechan.columns().place(order.sitechan.row(place)); });
     sweep.sweep(&rows, list);
   }
 }
@@ -108,9 +110,10 @@ ChannelOrder::ChannelOrder(const StationTables& tables)
 
 EpochList find_epochs(const StationTables& tables, const ChannelOrder& order, const StationSet& stations) {
   const Chunks chunks(0, order.sitechan.size());
+  RowBudget budget;
   std::vector<EpochList> parts(chunks.size());
   run_side_by_side(chunks.size(), [&](std::size_t i) {
-    sweep_part(tables, order, stations, chunks.begin(i), chunks.end(i), &parts[i]);
+    sweep_part(tables, order, stations, chunks.begin(i), chunks.end(i), &budget, &parts[i]);
   });
   EpochList all = std::move(parts.front());
   for (std::size_t i = 1; i < parts.size(); ++i) append(std::move(parts[i]), &all);

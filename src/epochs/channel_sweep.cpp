@@ -34,8 +34,9 @@ void ChannelRows::clear() {
   for (HeldRows* rows : {&sitechans, &sites, &sensors, &calibrations, &stages}) rows->clear();
 }
 
-ChannelSweep::ChannelSweep(const StationTables& tables)
+ChannelSweep::ChannelSweep(const StationTables& tables, RowBudget* budget)
     : tables_(tables),
+      budget_(*budget),
       chanids_(tables.sitechan.columns().integers("chanid")),
       null_chanid_(tables.sitechan.columns().null_integer("chanid")),
       null_sensor_chanid_(tables.sensor.columns().null_integer("chanid")) {}
@@ -157,10 +158,19 @@ void ChannelSweep::take(const Present& present, bool have_stages_changed, const 
       return;
     }
   }
+  budget_.take(stages_.present_count(), [&] { return tables_.sitechan.columns().place(present.sitechan->row); });
   epoch.first_stage = static_cast<std::uint32_t>(list_->stages.size());
   stages_.append_rows(&list_->stages);
   epoch.stage_count = static_cast<std::uint32_t>(list_->stages.size()) - epoch.first_stage;
   list_->epochs.push_back(epoch);
+}
+
+// Stretches are in the order of time, and do not overlap.
+bool ChannelSweep::has_place(const Span& span) const {
+  const auto& stretches = places_.stretches();
+  const auto first = std::partition_point(stretches.begin(), stretches.end(),
+                                          [&](const Stretch& place) { return place.span.end <= span.begin; });
+  return first != stretches.end() && first->span.meets(span);
 }
 
 // Rows of sitechan that are in no epoch.
@@ -170,9 +180,8 @@ void ChannelSweep::tell_left_out() {
   std::sort(written.begin(), written.end());
   for (const HeldRow& row : rows_->sitechans) {
     if (std::binary_search(written.begin(), written.end(), row.row)) continue;
-    const bool has_place = std::any_of(places_.stretches().begin(), places_.stretches().end(),
-                                       [&](const Stretch& place) { return place.span.meets(row.span); });
-    list_->told.push_back({has_place ? Remark::left_out_covered : Remark::left_out_no_site, row.row, kAbsent, row.row});
+    list_->told.push_back(
+        {has_place(row.span) ? Remark::left_out_covered : Remark::left_out_no_site, row.row, kAbsent, row.row});
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include "epochs/held_row.h"
 #include "epochs/places.h"
+#include "epochs/row_budget.h"
 #include "epochs/sensor_choice.h"
 #include "epochs/stage_lists.h"
 #include "epochs/station_tables.h"
@@ -48,10 +49,10 @@ struct ChannelRows {
 // Sweeps channel after channel. One thread at a time.
 class ChannelSweep {
  public:
-  // The tables must outlive it.
-  explicit ChannelSweep(const StationTables& tables);
+  // Both must outlive it.
+  ChannelSweep(const StationTables& tables, RowBudget* budget);
 
-  // Appends the channel's epochs, by time. *rows is used up. REQUIRES: it has a row of sitechan.
+  // Appends the channel's epochs, by time. *rows is used up. REQUIRES: it has a row of sitechan. Throws as RowBudget.
   void sweep(ChannelRows* rows, EpochList* list);
 
  private:
@@ -73,10 +74,12 @@ class ChannelSweep {
   bool find_present(const Span& span, Present* present);
   void take(const Present& present, bool have_stages_changed, const Span& span);
   void tell(Remark remark, const Present& present);
+  bool has_place(const Span& span) const;
   void tell_left_out();
   std::optional<std::int64_t> chanid_of(std::uint32_t sitechan) const;
 
   const StationTables& tables_;
+  RowBudget& budget_;
   std::span<const std::int64_t> chanids_;  // of sitechan
   std::int64_t null_chanid_;
   std::int64_t null_sensor_chanid_;

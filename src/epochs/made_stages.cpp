@@ -8,6 +8,7 @@
 
 #include "epochs/chain_keys.h"
 #include "epochs/instrument_files.h"
+#include "epochs/row_budget.h"
 #include "epochs/stage_rows.h"
 
 namespace triglub {
@@ -20,7 +21,8 @@ using Chain = std::pair<std::uint32_t, std::uint32_t>;
 class ChainMaker {
  public:
   ChainMaker(const StationTables& tables, ResponseReach reach)
-      : first_row_(tables.stage.row_count()),
+      : instruments_(tables.instrument.handle()),
+        first_row_(tables.stage.row_count()),
         keys_(tables),
         files_(tables.instrument.handle(), tables.stage.handle(), reach),
         rows_(tables.stage.columns(), tables.instrument.handle()) {}
@@ -38,15 +40,23 @@ class ChainMaker {
 
   StageRows& rows() { return rows_; }
 
+  // So many stages of an instrument are to be made, or given to an epoch.
+  void take(std::size_t stages, std::uint32_t instrument) {
+    budget_.take(stages, [&] { return instruments_.place(instrument); });
+  }
+
  private:
   Chain make(const ChainKey& key) {
     const InstrumentFile& file = files_.file(key.instrument);
+    take(file.groups.size(), key.instrument);
     const Chain chain = {first_row_ + rows_.rows().count, static_cast<std::uint32_t>(file.groups.size())};
     const std::string& folder = folders_.try_emplace(key.instrument, files_.folder(key.instrument)).first->second;
     rows_.add(file, key, keys_.units(key), folder, files_.name(key.instrument));
     return chain;
   }
 
+  RowBudget budget_;
+  TableColumns instruments_;
   std::uint32_t first_row_;
   ChainKeys keys_;
   InstrumentFiles files_;
@@ -73,7 +83,9 @@ std::vector<InstrumentStage> complete_stages(const Partners& partners, ResponseR
     if (epoch.stage_count > 0) continue;
     const std::uint32_t instrument = partners.instrument_of(epoch.sensor);
     if (instrument == kAbsent || !maker.has_file(instrument)) continue;
-    append(maker.chain_of(epoch.calibration, instrument), &epoch, &epochs->stages);
+    const Chain& chain = maker.chain_of(epoch.calibration, instrument);
+    maker.take(chain.second, instrument);
+    append(chain, &epoch, &epochs->stages);
   }
   if (maker.rows().rows().count > 0) {
     tables->stage = TimeTable("stage", with_rows(tables->stage, maker.rows().rows()));

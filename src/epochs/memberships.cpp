@@ -89,20 +89,37 @@ Memberships::Memberships(Dbptr db, StationTables* tables, const ChannelOrder& or
   tables->snetsta = LoadedTable("snetsta", with_rows(tables->snetsta, rows_of(affiliation, found)));
   const bool has_times = affiliation.columns().has("time") && affiliation.columns().has("endtime");
   const auto times = has_times ? std::optional<TimeTable>(std::in_place, db, kAffiliation) : std::nullopt;
+  std::vector<Span> spans;  // of one station in one network
   for (std::size_t i = 0; i < found.size(); ++i) {
-    if (begins(found, i)) first_span_.push_back(first_span_.back());
-    spans_.push_back(times ? times->held(found[i].row).span : Span{});
-    ++first_span_.back();
-    are_limited_ = are_limited_ || spans_.back() != Span{};
+    spans.push_back(times ? times->held(found[i].row).span : Span{});
+    are_limited_ = are_limited_ || spans.back() != Span{};
+    if (i + 1 == found.size() || begins(found, i + 1)) add(&spans);
   }
+}
+
+// What overlaps or touches is one: those that are left are in the order of their ends, too.
+void Memberships::add(std::vector<Span>* spans) {
+  std::erase_if(*spans, [](const Span& span) { return !span.holds_ever(); });
+  std::ranges::sort(*spans, {}, &Span::begin);
+  const std::size_t first = spans_.size();
+  for (const Span& span : *spans) {
+    if (spans_.size() > first && span.begin <= spans_.back().end) {
+      spans_.back().end = std::max(spans_.back().end, span.end);
+    } else {
+      spans_.push_back(span);
+    }
+  }
+  first_span_.push_back(spans_.size());
+  spans->clear();
 }
 
 bool Memberships::hold(std::uint32_t snetsta, const Span& span) const {
   if (snetsta < first_added_) return true;
   const std::size_t added = snetsta - first_added_;
-  return std::any_of(spans_.begin() + static_cast<std::ptrdiff_t>(first_span_[added]),
-                     spans_.begin() + static_cast<std::ptrdiff_t>(first_span_[added + 1]),
-                     [&](const Span& membership) { return membership.holds_ever() && membership.meets(span); });
+  const auto end = spans_.begin() + static_cast<std::ptrdiff_t>(first_span_[added + 1]);
+  const auto first = std::partition_point(spans_.begin() + static_cast<std::ptrdiff_t>(first_span_[added]), end,
+                                          [&](const Span& membership) { return membership.end <= span.begin; });
+  return first != end && first->meets(span);
 }
 
 }  // namespace triglub

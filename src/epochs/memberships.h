@@ -24,6 +24,8 @@ class Memberships {
   bool hold(std::uint32_t snetsta, const Span& span) const;
 
  private:
+  void add(std::vector<Span>* spans);
+
   std::uint32_t first_added_;  // the row of snetsta
   bool are_limited_ = false;
   std::vector<Span> spans_;

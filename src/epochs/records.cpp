@@ -9,6 +9,7 @@
 #include <tuple>
 #include <vector>
 
+#include "epochs/row_budget.h"
 #include "epochs/station_data.h"
 
 namespace triglub {
@@ -39,6 +40,8 @@ class RecordMaker {
     std::uint32_t number = 0;  // of the epoch, or the row of site
   };
 
+  void check_count() const;
+  std::uint64_t count_of(std::uint32_t station) const;
   void find_items(const PublishedStation& published);
   void drop_items_outside_membership(std::uint32_t snetsta);
   bool has_place(const PublishedStation& station) const;
@@ -173,7 +176,27 @@ void RecordMaker::make_station(const PublishedStation& station) {
   }
 }
 
+// Of records and places that are looked at for each of its codes.
+std::uint64_t RecordMaker::count_of(std::uint32_t station) const {
+  std::uint64_t count = places_.of(station).size();
+  if (!data_.stations.has(station)) return count;
+  for (const Epoch& epoch : places_.epochs_of(station)) count += std::max(epoch.stage_count, 1U);
+  return count;
+}
+
+// What a station has is there once for each code that it is published under.
+void RecordMaker::check_count() const {
+  RowBudget budget;
+  std::map<std::uint32_t, std::uint64_t> counts;  // by station
+  for (const PublishedStation& published : partners_.published()) {
+    const auto [count, is_new] = counts.try_emplace(published.station);
+    if (is_new) count->second = count_of(published.station);
+    budget.take(count->second, [&] { return data_.tables.snetsta.columns().place(published.snetsta); });
+  }
+}
+
 void RecordMaker::make(const std::vector<std::uint32_t>& codes) {
+  check_count();
   codes_ = &codes;
   for (auto& rows : records_.rows.rows) rows.reserve(epochs_.stages.size());
   for (const PublishedStation& station : partners_.published()) make_station(station);

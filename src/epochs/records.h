@@ -60,7 +60,7 @@ struct Records {
 struct StationData;
 
 // All records of the stations of `data`, in the order in which documents are written. Networks without stations come
-// last, where they are wanted at all. Contradictions are added to data.told.
+// last, where they are wanted at all. Contradictions are added to data.told. Throws as RowBudget.
 Records make_records(StationData& data, bool with_empty_networks);
 
 // Whether two records are of the same epoch under the same code: the stages of such are one chain.

@@ -15,6 +15,8 @@ class StageLists {
   void start(const HeldRows& stages);
   // Moves on; true when other rows stand than before. REQUIRES: instants come in order.
   bool move_to(Instant instant);
+  // How many rows stand.
+  std::size_t present_count() const { return present_.size(); }
   // Appends the rows that stand, by number.
   void append_rows(std::vector<std::uint32_t>* rows) const;
 

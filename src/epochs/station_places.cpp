@@ -51,7 +51,7 @@ bool StationPlaces::any_stands(std::uint32_t station) const {
 
 // Cuts rows that meet on a day at the earliest border of the station's channels there are on that day: one that began
 // later or ended before says nothing of when people moved.
-void StationPlaces::meet(std::uint32_t station, HeldRows* rows) const {
+void StationPlaces::meet(std::uint32_t station, HeldRows* rows) {
   const std::vector<Instant> days = meeting_days(tables_.site, *rows);
   if (days.empty()) return;
   EarliestBorders earliest;
@@ -68,9 +68,12 @@ void StationPlaces::meet(std::uint32_t station, HeldRows* rows) const {
       std::sort(begins.begin(), begins.end());
     }
     const Span span = tables_.sitechan.held(order_.sitechan.row(place)).span;
-    for (const Instant day : days) {
-      if (span.meets({day, day + kDay})) earliest.include(day, SensorBorders(begins).border(day));
-    }
+    const auto first = std::upper_bound(days.begin(), days.end(), span.begin,
+                                        [](Instant begin, Instant day) { return begin < day + kDay; });
+    const auto end = std::lower_bound(first, days.end(), span.end);
+    budget_.take(static_cast<std::uint64_t>(end - first),
+                 [&] { return tables_.sitechan.columns().place(order_.sitechan.row(place)); });
+    for (auto day = first; day != end; ++day) earliest.include(*day, SensorBorders(begins).border(*day));
   }
   meet_at_borders(tables_.site, earliest, rows);
 }

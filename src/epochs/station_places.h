@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "epochs/all_epochs.h"
+#include "epochs/row_budget.h"
 #include "epochs/station_tables.h"
 #include "epochs/told.h"
 
@@ -21,7 +22,7 @@ struct StationPlace {
 
 class StationPlaces {
  public:
-  // Contradictions are added to *told. The other arguments must outlive it.
+  // Contradictions are added to *told. The other arguments must outlive it. Throws as RowBudget.
   StationPlaces(const StationTables& tables, const ChannelOrder& order, ToldList* told);
 
   // Counts the channels of the places, and files epochs, which must stay.
@@ -39,7 +40,7 @@ class StationPlaces {
 
  private:
   void find_places(std::uint32_t station, KeyCursor* sites, ToldList* told);
-  void meet(std::uint32_t station, HeldRows* rows) const;
+  void meet(std::uint32_t station, HeldRows* rows);
   void find_epochs();
   void count_channels();
 
@@ -50,6 +51,7 @@ class StationPlaces {
   std::vector<std::uint32_t> first_place_;  // by station, and one entry more
   std::vector<std::uint32_t> first_epoch_;  // likewise
   std::vector<std::uint32_t> place_of_site_;
+  RowBudget budget_;
 };
 
 }  // namespace triglub

@@ -3,7 +3,19 @@
 
 #include <utility>
 
+#include "platform/text.h"
+
 namespace triglub {
+
+namespace {
+
+// A word of a file may be as long as the file.
+std::string shown(const std::string& word) {
+  constexpr std::size_t kLongest = 40;
+  return word.size() <= kLongest ? word : std::string(utf8_prefix(word, kLongest)) + "...";
+}
+
+}  // namespace
 
 ResponseFiles::File ResponseFiles::with_filters(std::shared_ptr<const ReadFile> read) {
   File file;
@@ -59,7 +71,8 @@ const StageFilter* ResponseFiles::filter(std::uint32_t row, std::string* fault) 
   } else if (stage == nullptr ? groups != 1 : group >= groups) {
     *fault = file.read->path + ": " + std::to_string(groups) + " groups where one is meant";
   } else if (file.filters[group].group->type == RESPONSE_OTHER) {
-    *fault = file.read->path + ": the type '" + file.filters[group].group->type_name + "' has no form in a document";
+    *fault =
+        file.read->path + ": the type '" + shown(file.filters[group].group->type_name) + "' has no form in a document";
   } else {
     return &file.filters[group];
   }

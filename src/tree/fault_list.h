@@ -24,6 +24,8 @@ class FaultList {
   // `what` may have several lines; those after the first are indented. A fault that was told before is not told again.
   void add(long line, std::string_view what);
   bool is_empty() const { return faults_.empty(); }
+  // True when there are so many that a guess at what was meant, which takes a look at all names, is of no use.
+  bool is_long() const { return faults_.size() >= 100; }
   // "path:line: what", in the order of lines.
   std::vector<std::string> texts() const;
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <set>
 
 #include "tree/names.h"
 #include "tree/top_level.h"
@@ -29,13 +31,24 @@ const char* list_key(LinePart part) { return part == LinePart::attributes ? kAtt
 
 std::string_view text_at(Tbl* list, long i) { return static_cast<const char*>(gettbl(list, i)); }
 
+using LinesByName = std::multimap<std::string_view, TreeLine*>;
+
+LinesByName lines_by_name(TreeGroup* group) {
+  LinesByName lines;
+  for (TreeLine& line : group->attributes) lines.emplace(line.name, &line);
+  for (TreeLine& line : group->elements) lines.emplace(line.name, &line);
+  return lines;
+}
+
 // What a message calls the group.
 std::string called(const TreeGroup& group) { return "the group '" + group.key + "'"; }
 
 }  // namespace
 
 GroupReader::GroupReader(Pf* pf, const ExpressionCheck& check, TreeGroups* groups, FaultList* faults)
-    : pf_(pf), groups_(groups), faults_(faults), line_reader_(check, faults), tables_(table_keys(pf)) {}
+    : pf_(pf), groups_(groups), faults_(faults), line_reader_(check, faults), tables_(table_keys(pf)) {
+  std::ranges::sort(tables_);
+}
 
 const TreeGroup* GroupReader::read_all() {
   const char* key = pfget_string(pf_, kRootKey);
@@ -50,8 +63,8 @@ const TreeGroup* GroupReader::read_all() {
 }
 
 const TreeGroup* GroupReader::require_group(const std::string& key, long line) {
-  if (std::ranges::count(tables_, key) == 0) {
-    faults_->add(line, "the group '" + key + "' is not defined" + did_you_mean(key, tables_));
+  if (!std::ranges::binary_search(tables_, key)) {
+    faults_->add(line, "the group '" + key + "' is not defined" + meant(key, tables_));
     return nullptr;
   }
   const auto [entry, is_new] = groups_->try_emplace(key);
@@ -150,24 +163,28 @@ void GroupReader::mark_optional(TreeGroup* group) {
   Tbl* list = require_list(*group, kOptional);
   // The name may be that of a line that is left out for the time being.
   const std::vector<std::string> names = names_of_lines(group->key);
+  const std::set<std::string_view> known(names.begin(), names.end());
+  const LinesByName lines = lines_by_name(group);
   for (long i = 0; i < maxtbl(list); ++i) {
     const std::string name(text_at(list, i));
     const long number = pf_line(pf_, inner_key(group->key, kOptional).c_str(), i);
-    if (std::ranges::count(names, name) == 0) {
-      faults_->add(number, "no line of " + called(*group) + " has the name '" + name + "'" + did_you_mean(name, names));
+    if (!known.contains(name)) {
+      faults_->add(number, "no line of " + called(*group) + " has the name '" + name + "'" + meant(name, names));
     }
-    mark_lines(name, number, &group->attributes);
-    mark_lines(name, number, &group->elements);
+    const auto [first, end] = lines.equal_range(name);
+    for (auto line = first; line != end; ++line) mark_line(number, line->second);
   }
 }
 
-void GroupReader::mark_lines(const std::string& name, long number, std::vector<TreeLine>* lines) {
-  for (TreeLine& line : *lines) {
-    if (line.name != name) continue;
-    line.is_optional = true;
-    if (!line.is_required) continue;
-    faults_->add(number, "'" + name + "' cannot be optional: it is required (r) in line " + std::to_string(line.line));
-  }
+void GroupReader::mark_line(long number, TreeLine* line) {
+  line->is_optional = true;
+  if (!line->is_required) return;
+  faults_->add(number,
+               "'" + line->name + "' cannot be optional: it is required (r) in line " + std::to_string(line->line));
+}
+
+std::string GroupReader::meant(const std::string& word, const std::vector<std::string>& names) const {
+  return faults_->is_long() ? "" : did_you_mean(word, names);
 }
 
 }  // namespace triglub

@@ -30,7 +30,9 @@ class GroupReader {
   void check_content(const TreeGroup& group);
   void mark_optional(TreeGroup* group);
   // `number`: of the line that lists the name.
-  void mark_lines(const std::string& name, long number, std::vector<TreeLine>* lines);
+  void mark_line(long number, TreeLine* line);
+  // "; did you mean 'name'?", as long as there are not too many faults.
+  std::string meant(const std::string& word, const std::vector<std::string>& names) const;
   std::vector<std::string> names_of_lines(const std::string& key) const;
   // The list at a key; null after a fault when it is missing or no list.
   Tbl* require_list(const TreeGroup& group, const std::string& key);

@@ -40,6 +40,24 @@ TEST(Reading, WhatIsNoXmlIsOneError) {
   }
 }
 
+TEST(Reading, ATagThatWouldKeepTheParserIsNotReadOn) {
+  std::string attributes;
+  for (int i = 0; i < 200000; ++i) attributes += " a" + std::to_string(i) + "='1'";
+  const auto findings = check_document_text(kRoot + "<Network" + attributes + "/></FDSNStationXML>");
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings[0].code, "not-xml");
+  EXPECT_THAT(findings[0].text, HasSubstr("a tag of more than 65536 bytes"));
+}
+
+TEST(Reading, WhatIsNoTagMayBeLong) {
+  const std::string much(200000, 'x');
+  for (const std::string& what : {"<!-- a > b's <i " + much + "- ->-->", "<![CDATA[ <a ' " + much + "]] ]]]>",
+                                  "<?pi ' < " + much + "? ?>", much, "<a>it's</a>" + much}) {
+    EXPECT_THAT(codes_of(replaced(std::string(kGoodDocument), "", "<Network", what + "<Network")), ElementsAre())
+        << what.substr(0, 20);
+  }
+}
+
 TEST(Reading, AnErrorOfXmlHasItsLineAndItsReason) {
   const auto findings = check_document_text(kRoot + "\n\n</other>");
   ASSERT_EQ(findings.size(), 1U);

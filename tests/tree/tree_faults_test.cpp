@@ -178,6 +178,15 @@ TEST(TreeFaults, OfTreesWithoutEndInSight) {
   }
 }
 
+TEST(TreeFaults, OfWhichThereAreManyAreToldWithoutAGuess) {
+  std::string lines;
+  for (int i = 0; i < 150; ++i) lines += "statoin - GROUP\nx" + std::to_string(i) + " - GROUP\n";
+  const Reading reading = read_tree(document("", lines, "", group("station", "Station", "", "")));
+  ASSERT_EQ(reading.faults.size(), 300U);
+  EXPECT_THAT(reading.faults.front(), testing::HasSubstr("did you mean 'station'?"));
+  EXPECT_THAT(reading.faults[298], testing::EndsWith("the group 'statoin' is not defined"));
+}
+
 TEST(TreeFaults, OfSizeBeginWithOneElementMoreThanIsAllowed) {
   const std::string tree = document("code - text x\n", "A - text 1\nb - GROUP\n", "", group("b", "B", "", ""));
   {

@@ -8,6 +8,8 @@
 #include "engine/classic/handle.h"
 #include "engine/operations/computed_table.h"
 #include "engine/operations/extended_table.h"
+#include "platform/elog.h"
+#include "platform/limits.h"
 #include "platform/sources.h"
 
 namespace triglub {
@@ -118,7 +120,10 @@ Dbptr with_added_rows(Dbptr table, const AddedRows& rows) {
   const Table* const base = base_table_of(table);
   const Table* const made_of = base_table_of(rows.made_of);
   if (base == nullptr || made_of == nullptr || rows.made_of_rows.size() != rows.count) return kInvalidHandle;
-  if (std::uint64_t{base->row_count()} + rows.count > kMaxRows) return kInvalidHandle;
+  if (std::uint64_t{base->row_count()} + rows.count > limit(Limit::table_rows)) {
+    elog_complain(0, "%s with rows added: %s", base->schema().name.c_str(), beyond(Limit::table_rows).c_str());
+    return kInvalidHandle;
+  }
   auto extended = extended_table(*base, rows, *made_of);
   const std::uint32_t count = extended->row_count();
   ViewTable part;

@@ -1,21 +1,13 @@
 // dbex_compile and what evaluates: results go where the caller's untyped address says, by the type compiled for.
 #include "engine/operations/evaluate.h"
 
-#include <cstdlib>
-#include <cstring>
-
 #include "engine/classic/handle.h"
+#include "engine/classic/new_text.h"
 #include "platform/elog.h"
 
 namespace triglub {
 
 namespace {
-
-char* new_text(const std::string& text) {
-  auto* copy = static_cast<char*>(std::malloc(text.size() + 1));
-  if (copy != nullptr) std::memcpy(copy, text.c_str(), text.size() + 1);
-  return copy;
-}
 
 bool evaluate(const View& view, std::uint32_t record, Expression& expression, void* result) {
   switch (expression.type) {

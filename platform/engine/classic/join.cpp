@@ -1,10 +1,10 @@
 // dbjoin: lists of keys by address become JoinKeys and back.
 #include "engine/operations/join.h"
 
-#include <cstring>
 #include <optional>
 
 #include "engine/classic/handle.h"
+#include "engine/classic/new_text.h"
 #include "platform/elog.h"
 
 namespace triglub {
@@ -20,7 +20,7 @@ void report_keys(const std::vector<std::string>& keys, Tbl** joined_on) {
   if (joined_on == nullptr) return;
   *joined_on = newtbl(static_cast<int>(keys.size()));
   // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): the list keeps the texts
-  for (const std::string& key : keys) pushtbl(*joined_on, strdup(key.c_str()));
+  for (const std::string& key : keys) pushtbl(*joined_on, new_text(key));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdint>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 #include "base/characters.h"
@@ -29,13 +30,27 @@ class LiteralMatcher final : public Matcher {
   std::string literal_;
 };
 
+constexpr std::size_t kLongestKept = 64;
+
 // The answer to a question that was asked before. Matchers are told apart by number, as another may get the memory of
-// one that is gone.
+// one that is gone. Nothing has to be destroyed: a thread that cannot register what it is to destroy at its end would
+// end the process.
 struct Answer {
   std::uint64_t matcher = 0;
-  std::string text;
+  std::array<char, kLongestKept> bytes{};
+  std::uint8_t size = 0;
   bool is_match = false;
+
+  std::string_view text() const { return {bytes.data(), size}; }
+  // REQUIRES: the text is no longer than what is kept.
+  void keep(std::uint64_t number, std::string_view text, bool answer) {
+    matcher = number;
+    std::copy(text.begin(), text.end(), bytes.begin());
+    size = static_cast<std::uint8_t>(text.size());
+    is_match = answer;
+  }
 };
+static_assert(std::is_trivially_destructible_v<Answer>);
 
 // Records ask for a few codes and units again and again; an automaton takes much longer than to find them here. Threads
 // may share a matcher, so each has answers of its own.
@@ -53,9 +68,9 @@ class PatternMatcher final : public Matcher {
   bool matches(std::string_view text) const override {
     const std::string_view core = trimmed(text);
     Answer& answer = answer_for(number_, core);
-    if (answer.matcher == number_ && answer.text == core) return answer.is_match;
+    if (answer.matcher == number_ && answer.text() == core) return answer.is_match;
     const bool is_match = RE2::FullMatch(re2::StringPiece(core.data(), core.size()), regex_);
-    if (core.size() <= kLongestKept) answer = {number_, std::string(core), is_match};
+    if (core.size() <= kLongestKept) answer.keep(number_, core, is_match);
     return is_match;
   }
   const std::string* literal() const override { return nullptr; }
@@ -63,8 +78,6 @@ class PatternMatcher final : public Matcher {
   const RE2& regex() const { return regex_; }
 
  private:
-  static constexpr std::size_t kLongestKept = 64;
-
   static std::uint64_t next_number() {
     static std::atomic<std::uint64_t> latest{0};
     return ++latest;

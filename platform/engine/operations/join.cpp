@@ -5,11 +5,14 @@
 #include "engine/operations/join.h"
 
 #include <algorithm>
+#include <atomic>
+#include <utility>
 
 #include "base/threads.h"
 #include "engine/operations/join_plan.h"
 #include "engine/operations/select.h"
 #include "platform/elog.h"
+#include "platform/limits.h"
 
 namespace triglub {
 
@@ -96,6 +99,9 @@ class Joiner {
     words_.resize(columns_.size());
   }
 
+  // Rows of the table that were looked at since the last call.
+  std::uint64_t take_looked_at() { return std::exchange(looked_at_, 0); }
+
   // Appends the rows that match a record to `rows`, in table order.
   void match(std::uint32_t record, std::vector<std::uint32_t>* rows) {
     if (by_tolerant_field_) {
@@ -104,6 +110,7 @@ class Joiner {
     }
     if (!load_candidates(record) || candidates_.empty()) return;
     load_ranges(record);
+    looked_at_ += candidates_.size();
     const Range* ranges = candidate_ranges_.data();
     for (const std::uint32_t row : candidates_) {
       if (all_overlap(ranges) && tolerant_fields_agree(record, row)) rows->push_back(row);
@@ -142,6 +149,7 @@ class Joiner {
   }
 
   void test(std::uint32_t record, std::uint32_t row, std::vector<std::uint32_t>* rows) {
+    ++looked_at_;
     candidate_ranges_.clear();
     for (const RangePair& pair : plan_.ranges) candidate_ranges_.push_back(table_range(pair, row));
     if (tolerant_fields_agree(record, row) && all_overlap(candidate_ranges_.data())) rows->push_back(row);
@@ -217,6 +225,49 @@ class Joiner {
   std::vector<std::uint32_t> candidates_;
   std::vector<Range> candidate_ranges_;  // one a candidate and range pair
   std::vector<Range> view_ranges_;       // of the present record
+  std::uint64_t looked_at_ = 0;
+};
+
+// What a join may come to. Safe for concurrent use.
+class Budget {
+ public:
+  // Counts records that were made and rows that were looked at for them. False when all threads have together come to
+  // more than a join may.
+  bool count(std::uint64_t records, std::uint64_t looked_at) {
+    records_ += records;
+    looked_at_ += looked_at;
+    return is_kept();
+  }
+  bool is_kept() const { return records_ <= most_ && looked_at_ <= most_ * kLookedAtForEach; }
+
+ private:
+  // The epochs of a channel are all looked at for each of its records.
+  static constexpr std::uint64_t kLookedAtForEach = 100;
+
+  std::uint64_t most_ = limit(Limit::join_rows);
+  std::atomic<std::uint64_t> records_ = 0;
+  std::atomic<std::uint64_t> looked_at_ = 0;
+};
+
+// What is counted of one thread's work, handed on now and then: threads that count one by one hinder each other.
+class BudgetShare {
+ public:
+  explicit BudgetShare(Budget& budget) : budget_(budget) {}
+
+  // False when the join has come to more than it may.
+  bool count(std::uint64_t records, std::uint64_t looked_at) {
+    records_ += records;
+    looked_at_ += looked_at;
+    return records_ + looked_at_ < kHandedOn || hand_on();
+  }
+  bool hand_on() { return budget_.count(std::exchange(records_, 0), std::exchange(looked_at_, 0)); }
+
+ private:
+  static constexpr std::uint64_t kHandedOn = 4096;
+
+  Budget& budget_;
+  std::uint64_t records_ = 0;
+  std::uint64_t looked_at_ = 0;
 };
 
 // The records of the view (repeated as they match) and the row that each is joined with.
@@ -259,22 +310,25 @@ class RecordsOfRows {
   std::vector<std::uint32_t> records_;  // by row
 };
 
-// The matches of the records from `begin` to before `end`; at most one more than a view can have. They are given
-// `room`. Each caller has a joiner of its own, copied here: threads that wrote to neighbouring ones would share cache
-// lines.
+// The matches of the records from `begin` to before `end`, not all of them when they are more than the budget. They are
+// given `room`. Each caller has a joiner of its own, copied here: threads that wrote to neighbouring ones would share
+// cache lines.
 Pairs match_records(Joiner joiner, const RecordsOfRows& second, bool outer, std::uint32_t begin, std::uint32_t end,
-                    std::size_t room) {
+                    std::size_t room, Budget* budget) {
   Pairs pairs;
   pairs.records.reserve(room);
   pairs.rows.reserve(room);
   std::vector<std::uint32_t> found;
-  for (std::uint32_t record = begin; record < end && pairs.rows.size() <= kMaxRows; ++record) {
+  BudgetShare share(*budget);
+  for (std::uint32_t record = begin; record < end; ++record) {
     const std::size_t before = pairs.rows.size();
     joiner.match(record, &pairs.rows);
     second.arrange(&pairs.rows, before, &found);
     if (outer && pairs.rows.size() == before) pairs.rows.push_back(kNoRow);
+    if (!share.count(pairs.rows.size() - before, joiner.take_looked_at())) break;
     pairs.records.resize(pairs.rows.size(), record);
   }
+  share.hand_on();
   return pairs;
 }
 
@@ -291,21 +345,21 @@ Pairs put_together(std::vector<Pairs> found) {
   return all;
 }
 
-// Nothing when there are more than a view can have.
+// Nothing when there are more than a join may have.
 std::optional<Pairs> matching_pairs(const View& view, const View& other, const JoinPlan& plan, bool outer) {
   const Chunks chunks(0, view.record_count());
   const Joiner joiner(view, *other.tables()[0].table, plan);
   const RecordsOfRows second(other);
+  Budget budget;
   std::vector<Pairs> found(chunks.size());
   run_side_by_side(chunks.size(), [&](std::size_t i) {
     const std::uint32_t begin = chunks.begin(i);
     const std::uint32_t end = chunks.end(i);
     const std::uint32_t room = (i == 0 ? view.record_count() : end) - begin;  // the first takes in the others
-    found[i] = match_records(joiner, second, outer, begin, end, room);
+    found[i] = match_records(joiner, second, outer, begin, end, room, &budget);
   });
-  Pairs all = put_together(std::move(found));
-  if (all.rows.size() > kMaxRows) return std::nullopt;
-  return all;
+  if (!budget.is_kept()) return std::nullopt;
+  return put_together(std::move(found));
 }
 
 std::vector<ViewTable> joined_tables(const View& view, const Table& table, Pairs pairs) {
@@ -321,9 +375,18 @@ std::string operation_text(const Table& table, const JoinPlan& plan, bool outer,
   return text;
 }
 
-std::nullopt_t fail(const char* fault) {
-  elog_complain(0, "dbjoin: %s", fault);
+std::nullopt_t fail(const std::string& fault) {
+  elog_complain(0, "dbjoin: %s", fault.c_str());
   return std::nullopt;
+}
+
+// "site sitechan with sensor on sta chan".
+std::string named(const View& view, const Table& table, const JoinPlan& plan) {
+  std::string text;
+  for (const ViewTable& part : view.tables()) text.append(part.table->schema().name).append(" ");
+  text.append("with ").append(table.schema().name).append(" on");
+  for (const std::string& key : plan.keys) text.append(" ").append(key);
+  return text;
 }
 
 }  // namespace
@@ -336,7 +399,7 @@ std::optional<Joined> join_views(const View& view, const View& other, const std:
   if (!plan) return std::nullopt;
   const bool outer = kind == JoinKind::outer;
   auto pairs = matching_pairs(view, other, *plan, outer);
-  if (!pairs) return fail("the result has more records than a view can have");
+  if (!pairs) return fail(named(view, table, *plan) + ": " + beyond(Limit::join_rows));
   const auto record_count = static_cast<std::uint32_t>(pairs->records.size());
   const std::string operations = view.operations() + "\n" + operation_text(table, *plan, outer, !keys);
   return Joined{std::make_unique<View>(joined_tables(view, table, std::move(*pairs)), record_count, operations),

@@ -22,6 +22,8 @@ namespace {
 constexpr const char* kStandard = "css3.0";
 constexpr const char* kKbCore = "kbcore";
 constexpr int kMaxFieldWidth = 1000;  // a value must fit the 1024-byte buffers of dbget
+constexpr std::size_t kMaxTables = 1000;
+constexpr std::size_t kMaxFields = 1000;  // of a table, and of each of its keys
 
 // The next word of a line, which a blank or a tab ends.
 std::string_view next_word(std::string_view* rest) {
@@ -79,20 +81,27 @@ std::string parse_field(std::string_view line, FieldSchema* field) {
   return parse_null(field);
 }
 
+// A text as messages show it: enough to find it by.
+std::string shown(std::string_view text) {
+  constexpr std::size_t kLongest = 100;
+  return std::string(utf8_prefix(text, kLongest)) + (text.size() > kLongest ? "..." : "");
+}
+
 // What is wrong with one field of a table's keys; empty when nothing is.
 std::string key_fault(const TableSchema& table, const KeyField& key) {
   const int begin = table.find(key.name);
-  if (begin < 0) return "the key field '" + key.name + "' is no field of the table";
+  if (begin < 0) return "the key field '" + shown(key.name) + "' is no field of the table";
   if (!key.is_range()) return "";
   const int end = table.find(key.end);
-  if (end < 0) return "the key field '" + key.end + "' is no field of the table";
+  if (end < 0) return "the key field '" + shown(key.end) + "' is no field of the table";
   if (can_be_range(table.fields[static_cast<std::size_t>(begin)], table.fields[static_cast<std::size_t>(end)]))
     return "";
-  return "the range '" + key.name + "::" + key.end + "' needs two dates or two times";
+  return "the range '" + shown(key.name) + "::" + shown(key.end) + "' needs two dates or two times";
 }
 
 std::string keys_fault(const TableSchema& table) {
   for (const auto* keys : {&table.primary, &table.alternate, &table.foreign}) {
+    if (keys->size() > kMaxFields) return "more than " + std::to_string(kMaxFields) + " fields in a key";
     for (const KeyField& key : *keys) {
       std::string fault = key_fault(table, key);
       if (!fault.empty()) return fault;
@@ -101,8 +110,10 @@ std::string keys_fault(const TableSchema& table) {
   return "";
 }
 
+bool is_longer(Tbl* list, std::size_t most) { return static_cast<std::size_t>(maxtbl(list)) > most; }
+
 bool reject(Pf* pf, const std::string& table, const std::string& fault) {
-  elog_complain(0, "schema %s: table '%s': %s", pf_path(pf), table.c_str(), fault.c_str());
+  elog_complain(0, "schema %s: table '%s': %s", pf_path(pf), shown(table).c_str(), fault.c_str());
   return false;
 }
 
@@ -116,12 +127,14 @@ bool parse_table(Pf* pf, const std::string& name, TableSchema* table) {
   table->description = string_at(pf, name + "{description}");
   Tbl* lines = pfget_tbl(pf, (name + "{fields}").c_str());
   if (maxtbl(lines) == 0) return reject(pf, name, "no list of fields");
+  if (is_longer(lines, kMaxFields)) return reject(pf, name, "more than " + std::to_string(kMaxFields) + " fields");
+  std::set<std::string> names;
   for (long i = 0; i < maxtbl(lines); ++i) {
     FieldSchema field;
     const char* line = static_cast<const char*>(gettbl(lines, i));
     const std::string fault = parse_field(line, &field);
-    if (!fault.empty()) return reject(pf, name, fault + ": '" + line + "'");
-    if (table->find(field.name) >= 0) return reject(pf, name, "field '" + field.name + "' is there twice");
+    if (!fault.empty()) return reject(pf, name, fault + ": '" + shown(line) + "'");
+    if (!names.insert(field.name).second) return reject(pf, name, "field '" + shown(field.name) + "' is there twice");
     table->fields.push_back(std::move(field));
   }
   table->primary = parse_key(string_at(pf, name + "{primary}"));
@@ -213,6 +226,10 @@ std::shared_ptr<const Schema> Schema::from(Pf* pf) {
   Tbl* names = pfget_tbl(pf, "tables");
   if (maxtbl(names) == 0) {
     elog_complain(0, "schema %s: no list 'tables'", pf_path(pf));
+    return nullptr;
+  }
+  if (is_longer(names, kMaxTables)) {
+    elog_complain(0, "schema %s: more than %zu tables", pf_path(pf), kMaxTables);
     return nullptr;
   }
   auto schema = std::make_shared<Schema>();

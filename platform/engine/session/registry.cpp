@@ -15,11 +15,10 @@ Registry::~Registry() {
 
 std::int64_t Registry::add(std::unique_ptr<Session> session) {
   const std::lock_guard lock(mutex_);
-  const std::int64_t number = next_++;
-  const std::uint64_t place = static_cast<std::uint64_t>(number) + 1;
+  const std::uint64_t place = static_cast<std::uint64_t>(next_) + 1;
   if (std::has_single_bit(place)) blocks_[static_cast<std::size_t>(std::countr_zero(place))] = new Slot[place]();
-  slot_of(number)->store(session.release(), std::memory_order_release);
-  return number;
+  slot_of(next_)->store(session.release(), std::memory_order_release);
+  return next_++;  // not before its block is there: memory may have run out
 }
 
 bool Registry::remove(std::int64_t number) {

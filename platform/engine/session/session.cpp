@@ -2,6 +2,7 @@
 #include "engine/session/session.h"
 
 #include "platform/database.h"
+#include "platform/elog.h"
 
 namespace triglub {
 
@@ -39,8 +40,13 @@ Expression* Session::expression(std::int64_t view, const char* text, int type) {
   ExpressionsByText& compiled = slot.expressions[type];
   const auto known = compiled.find(std::string_view(text));
   if (known != compiled.end()) return known->second.get();
+  if (compiled_ == kMaxExpressions) {
+    elog_complain(0, "more than %zu expressions of one session", kMaxExpressions);
+    return nullptr;
+  }
   auto made = compile_expression(*slot.view, text, type);
   if (made == nullptr) return nullptr;
+  ++compiled_;
   return compiled.emplace(text, std::move(made)).first->second.get();
 }
 
@@ -55,8 +61,8 @@ std::int64_t Session::kept_join(std::int64_t view, const std::string& step) cons
 }
 
 void Session::keep_join(std::int64_t view, const std::string& step, std::int64_t result) {
+  kept_.insert(result);  // first: what is known as a join must not be released
   kept_joins_[{view, step}] = result;
-  kept_.insert(result);
 }
 
 }  // namespace triglub

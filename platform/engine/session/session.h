@@ -41,6 +41,8 @@ class Session {
   // Frees a view that is not kept, and its expressions.
   void release_view(std::int64_t number);
 
+  // Expressions that can be compiled in a session, those of views that are gone included.
+  static constexpr std::size_t kMaxExpressions = 100000;
   // The expression compiled for a view, once for each text and result type, and kept as long as the view. Null after a
   // complaint.
   // REQUIRES: there is a view of that number.
@@ -65,6 +67,7 @@ class Session {
 
   std::shared_ptr<const Snapshot> snapshot_;
   std::vector<Slot> slots_;  // by number
+  std::size_t compiled_ = 0;
   std::map<std::string, std::int64_t, std::less<>> view_by_name_;
   std::map<std::pair<std::int64_t, std::string>, std::int64_t> kept_joins_;  // by view and step
   std::set<std::int64_t> kept_;

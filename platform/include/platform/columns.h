@@ -121,8 +121,8 @@ struct AddedRows {
 
 // A base table with further rows behind its own; it can do all that other base tables can. It belongs to the session
 // until it is released (release_view), and views that are put together of it keep it. Without added rows the table
-// itself. Invalid when a handle names no base table, or there are more rows than a table can have. Throws
-// std::logic_error for columns that the table does not have.
+// itself. Invalid when a handle names no base table, or, after a complaint, when there are more rows than a table can
+// have (Limit::table_rows). Throws std::logic_error for columns that the table does not have.
 TRIGLUB_API Dbptr with_added_rows(Dbptr table, const AddedRows& rows);
 
 // The fields of a table's primary key, a range as "begin::end". Empty where the schema has no such table.

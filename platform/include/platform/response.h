@@ -77,7 +77,7 @@ struct Response {
   std::vector<ResponseGroup> groups;
 };
 
-// Limits of one file; what goes beyond them is a failed read.
+// The limits of one file until others are set (platform/limits.h); what goes beyond them is a failed read.
 inline constexpr long MAX_RESPONSE_ENTRIES = 100000;  // poles, zeros, coefficients or rows of one count
 inline constexpr long MAX_RESPONSE_BYTES = 64L * 1024 * 1024;
 

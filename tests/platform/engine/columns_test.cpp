@@ -4,6 +4,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "support/scoped_limit.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -180,6 +181,16 @@ TEST_F(AddedRowsOfSite, StandBehindThoseOfTheTable) {
   EXPECT_EQ(after.place(before.row_count()), before.place(2));
   EXPECT_EQ(after.place(before.row_count() + 1), before.place(0));
   triglub::release_view(made);
+}
+
+TEST_F(AddedRowsOfSite, AreNoMoreThanATableCanHave) {
+  const std::uint32_t all = TableColumns(table("site")).row_count() + 2;
+  for (const std::uint64_t most : {all + 1, all, all - 1}) {
+    const triglub::ScopedLimit limit(triglub::Limit::table_rows, most);
+    const CollectedLog log;
+    EXPECT_EQ(is_view(triglub::with_added_rows(table("site"), rows(table("site")))), most >= all);
+    EXPECT_EQ(log.lines_with("warning: site with rows added: more than").size(), most >= all ? 0u : 1u);
+  }
 }
 
 TEST_F(AddedRowsOfSite, AreFoundAsOthersAre) {

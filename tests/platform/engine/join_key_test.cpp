@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "support/scoped_limit.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -319,6 +320,60 @@ TEST(JoinResult, IsInvalidForViewsThatCannotBeJoined) {
   EXPECT_EQ(join(Dbptr(), sitechan), Dbptr());
   EXPECT_EQ(join(sitechan, Dbptr()), Dbptr());
   EXPECT_EQ(log.lines().size(), 2u) << "invalid handles go through without a word";
+}
+
+// --- joins that are too large ---------------------------------------------------------------------------------------
+
+// `rows` rows of each table, all of one station and channel.
+void add_rows_of_one_key(Tables* tables, int rows) {
+  for (int i = 0; i < rows; ++i) {
+    tables->add("schanloc", {{"sta", "AAK"}, {"chan", "BHZ"}, {"loc", std::to_string(i % 90)}});
+    tables->add("sitechan", {{"sta", "AAK"}, {"chan", "BHZ"}, {"ondate", "-1"}, {"offdate", "-1"}});
+  }
+}
+
+TEST(LargeJoin, IsMadeUpToTheLimitAndRefusedBeyond) {
+  Tables tables;
+  add_rows_of_one_key(&tables, 20);
+  for (const bool outer : {false, true}) {
+    for (const std::uint64_t most : {399u, 400u, 401u}) {
+      const triglub::ScopedLimit limit(triglub::Limit::join_rows, most);
+      const CollectedLog log;
+      const Dbptr joined = join(tables.table("sitechan"), tables.table("schanloc"), {{}, {}, outer});
+      EXPECT_EQ(is_view(joined), most >= 400);
+      if (most >= 400) continue;
+      EXPECT_THAT(log.lines(),
+                  ElementsAre("warning: dbjoin: sitechan with schanloc on sta chan: more than 399 rows of a join (the "
+                              "limit join-rows)"));
+    }
+  }
+}
+
+TEST(LargeJoin, IsRefusedAsAStepOfAListToo) {
+  Tables tables;
+  add_rows_of_one_key(&tables, 20);
+  tables.add("site", {{"sta", "AAK"}});
+  const triglub::ScopedLimit limit(triglub::Limit::join_rows, 100);
+  const CollectedLog log;
+  EXPECT_FALSE(is_view(tables.process({"dbopen sitechan", "dbjoin site", "dbjoin schanloc sta"})));
+  EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("sitechan site with schanloc on sta: more than 100 rows of a join"),
+                                       HasSubstr("'dbjoin schanloc sta' failed")));
+}
+
+// Records that come to nothing take time all the same: a hundred rows may be looked at for each that a join may have.
+TEST(LargeJoin, IsRefusedWhereTooManyRowsAreLookedAtInVain) {
+  Tables tables;
+  for (int i = 0; i < 20; ++i) {
+    tables.add("sitechan", {{"sta", "AAK"}, {"chan", "BHZ"}, {"ondate", "2000001"}, {"offdate", "2000010"}});
+    tables.add("sensor", {{"sta", "AAK"}, {"chan", "BHZ"}, {"time", "1000000000"}, {"endtime", "1000000001"}});
+  }
+  for (const std::uint64_t most : {3u, 4u}) {
+    const triglub::ScopedLimit limit(triglub::Limit::join_rows, most);
+    const CollectedLog log;
+    const Dbptr joined = join(tables.table("sitechan"), tables.table("sensor"));
+    EXPECT_EQ(is_view(joined), most == 4);
+    EXPECT_EQ(log.lines().size(), most == 4 ? 0u : 1u);
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -312,6 +313,55 @@ TEST_F(SchemaFile, NamesTheFieldLineThatIsFaulty) {
     EXPECT_THAT(complaints_of_table(fields(line)),
                 ElementsAre(fault(std::string(what) + (shows_line ? ": '" + std::string(line) + "'" : ""))));
   }
+}
+
+TEST_F(SchemaFile, HasAThousandTablesFieldsAndKeyFieldsAtMost) {
+  const auto fields_of = [](int count) {
+    std::string text = "fields &Tbl{\n";
+    for (int i = 0; i < count; ++i) text += "f" + std::to_string(i) + " t 1 %-1s - - a text\n";
+    return text + "}\n";
+  };
+  const auto tables = [&](int count) {
+    std::string text = "tables &Tbl{\n";
+    for (int i = 0; i < count; ++i) text += "t\n";
+    return text + "}\nt &Arr{\n" + fields_of(1) + "}\n";
+  };
+  const auto key_of = [](int count) {
+    std::string text = "primary";
+    for (int i = 0; i < count; ++i) text += " f0";
+    return text + "\n";
+  };
+  const auto is_taken = [&](const std::string& text) {
+    files_.write_file("own.pf", text);
+    return Schema::named("own", files_.folder()) != nullptr;
+  };
+  const auto table_of = [](const std::string& lines) { return "tables &Tbl{\n t\n}\nt &Arr{\n" + lines + "}\n"; };
+  for (const int count : {999, 1000}) {
+    EXPECT_TRUE(is_taken(tables(count)));
+    EXPECT_TRUE(is_taken(table_of(fields_of(count))));
+    EXPECT_TRUE(is_taken(table_of(key_of(count) + fields_of(1))));
+  }
+  EXPECT_THAT(complaints_of(tables(1001)), ElementsAre("warning: schema FILE: more than 1000 tables"));
+  EXPECT_THAT(complaints_of(table_of(fields_of(1001))), ElementsAre(fault("more than 1000 fields")));
+  EXPECT_THAT(complaints_of(table_of(key_of(1001) + fields_of(1))),
+              ElementsAre(fault("more than 1000 fields in a key")));
+}
+
+TEST_F(SchemaFile, ShowsOfALongTextWhatItIsFoundBy) {
+  const std::string name(100000, 'x');
+  EXPECT_THAT(
+      complaints_of_table(fields(name)),
+      ElementsAre(fault("expected NAME TYPE WIDTH FORMAT NULL UNIT DESCRIPTION: '" + std::string(100, 'x') + "...'")));
+  EXPECT_THAT(complaints_of_table(" primary " + name + "\n" + fields("")),
+              ElementsAre(fault("the key field '" + std::string(100, 'x') + "...' is no field of the table")));
+}
+
+TEST_F(SchemaFile, IsNotReadFromAPipe) {
+  ASSERT_EQ(mkfifo((files_.folder() + "/own.pf").c_str(), 0600), 0);
+  CollectedLog log;
+  EXPECT_EQ(Schema::named("own.pf", files_.folder()), nullptr);
+  EXPECT_THAT(log.lines(), ElementsAre("warning: " + files_.folder() + "/own.pf: not a regular file",
+                                       "warning: schema " + files_.folder() + "/own.pf: cannot be read"));
 }
 
 TEST_F(SchemaFile, NamesTheKeyThatIsFaulty) {

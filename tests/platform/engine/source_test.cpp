@@ -187,6 +187,34 @@ TEST_F(Source, TakesTheLaterOfTwoSchemas) {
   EXPECT_EQ(open("db"), 0);
 }
 
+TEST_F(Source, HasADescriptorOfAMebibyteAndAHundredPlacesAtMost) {
+  put("db.site", site("AAK"));
+  for (const std::size_t size : {(1u << 20) - 1, 1u << 20}) {
+    put("db", std::string(size, '\n'));
+    ASSERT_EQ(open("db"), 0);
+    dbclose(db_);
+  }
+  const auto places = [](int count) {
+    std::string text = "dbpath a:b\ndbpath ";
+    for (int i = 2; i < count; ++i) text += "::c";
+    return text + "\n";
+  };
+  for (const int count : {99, 100}) {
+    put("db", places(count));
+    ASSERT_EQ(open("db"), 0);
+    dbclose(db_);
+  }
+  EXPECT_THAT(log_.lines(), IsEmpty());
+  put("db", std::string((1u << 20) + 1, '\n'));
+  EXPECT_EQ(open("db"), -1);
+  put("db", places(101));
+  EXPECT_EQ(open("db"), -1);
+  db_.database = -1;
+  EXPECT_THAT(log_.lines(),
+              ElementsAre("warning: " + path("db") + ": the descriptor cannot be read: more than 1048576 bytes",
+                          "warning: " + path("db") + ": the descriptor names more than 100 places in its dbpath"));
+}
+
 TEST_F(Source, WithADescriptorThatIsAPipeIsRefusedAtOnce) {
   ASSERT_EQ(mkfifo(path("db").c_str(), 0600), 0);
   EXPECT_EQ(open("db"), -1);

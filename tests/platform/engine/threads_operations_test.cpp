@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "set_threads.h"
+#include "support/scoped_limit.h"
 #include "tables.h"
 
 namespace triglub_test {
@@ -52,6 +53,27 @@ TEST(ThreadsOfOperations, JoinAndSortAsOneDoes) {
     for (const unsigned int threads : {2U, 3U}) {
       EXPECT_TRUE(rows_of_step(&tables, step.table, step.step, threads) == expected) << step.table << " " << step.step;
     }
+  }
+}
+
+// Whether a join is too large does not depend on who finds how much of it.
+TEST(ThreadsOfOperations, RefuseAJoinThatIsTooLargeAsOneDoes) {
+  Tables tables;
+  add_stations(&tables);
+  const std::size_t records = rows_of_step(&tables, "affiliation", "dbjoin -o site", 1)[0].size();
+  for (const unsigned int threads : {1U, 2U, 3U}) {
+    const auto records_within = [&](std::size_t most) {
+      const triglub::ScopedLimit limit(triglub::Limit::join_rows, most);
+      const SetThreads set(threads);
+      tables.close();
+      const Dbptr result = process(tables.table("affiliation"), {"dbjoin -o site"});
+      return is_view(result) ? record_count(result) : -1;
+    };
+    EXPECT_EQ(records_within(records + 1), static_cast<long>(records));
+    EXPECT_EQ(records_within(records), static_cast<long>(records));
+    const CollectedLog log;
+    EXPECT_EQ(records_within(records - 1), -1);
+    EXPECT_EQ(log.lines_with("warning: dbjoin: affiliation with site on sta").size(), 1U);
   }
 }
 

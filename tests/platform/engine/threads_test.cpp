@@ -23,6 +23,25 @@ TEST(Threads, DoAllWorkOnce) {
   triglub::run_side_by_side(0, [](std::size_t) { FAIL(); });
 }
 
+TEST(Threads, HandOnTheFirstThatIsThrownWhenAllAreDone) {
+  for (const unsigned int threads : {1U, 2U, 7U}) {
+    const SetThreads set(threads);
+    for (const std::size_t failing : {0u, 50u, 99u}) {
+      std::atomic<int> at_work = 0;
+      const auto work = [&](std::size_t i) {
+        ++at_work;
+        if (i >= failing) {
+          --at_work;
+          throw std::bad_alloc();
+        }
+        --at_work;
+      };
+      EXPECT_THROW(triglub::run_side_by_side(100, work), std::bad_alloc);
+      EXPECT_EQ(at_work, 0);
+    }
+  }
+}
+
 TEST(Threads, AreAtLeastTheOneThatAsks) {
   const SetThreads set(0);
   EXPECT_EQ(triglub::thread_count(), 1U);

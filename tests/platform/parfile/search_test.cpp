@@ -9,10 +9,9 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
 
-#include "parfile/grammar.h"
 #include "platform/parfile/pf_ptr.h"
+#include "support/scoped_limit.h"
 
 namespace {
 
@@ -156,13 +155,26 @@ TEST_F(Search, GivesMinus3AndNamesThePathOfAMalformedFile) {
 }
 
 TEST_F(Search, TakesNoFileBeyondTheLimitOfSize) {
-  write("large.pf", "from large\n");
-  fs::resize_file("large.pf", triglub::parfile::kMaxBytes + 1);
+  const triglub::ScopedLimit limit(triglub::Limit::parameter_bytes, 1000);
+  const auto with_bytes = [](std::size_t size) { return "from large\n" + std::string(size - 12, '#') + "\n"; };
   const Complaints complaints;
+  for (const std::size_t size : {999, 1000}) {
+    write("large.pf", with_bytes(size));
+    EXPECT_EQ(found("large"), "large large.pf") << size;
+  }
+  write("large.pf", with_bytes(1001));
   EXPECT_EQ(found("large"), "-3");
-  EXPECT_EQ(found("/dev/zero"), "-3");
   EXPECT_THAT(complaints.texts(),
-              ElementsAre("large.pf: more than 67108864 bytes", "/dev/zero: more than 67108864 bytes"));
+              ElementsAre("large.pf: more than 1000 bytes of a parameter file (the limit parameter-bytes)"));
+}
+
+// A pipe that nobody writes to would be waited for, a device may have no end.
+TEST_F(Search, TakesNothingButRegularFiles) {
+  ASSERT_EQ(mkfifo("pipe.pf", 0600), 0);
+  const Complaints complaints;
+  for (const char* const name : {"pipe", "./pipe.pf", "/dev/zero", "/dev/null"}) EXPECT_EQ(found(name), "-2") << name;
+  EXPECT_THAT(complaints.texts(), ElementsAre("pipe.pf: not a regular file", "./pipe.pf: not a regular file",
+                                              "/dev/zero: not a regular file", "/dev/null: not a regular file"));
 }
 
 TEST_F(Search, ReadsAFileWhole) {
@@ -172,13 +184,6 @@ TEST_F(Search, ReadsAFileWhole) {
   Pf* pf = nullptr;
   ASSERT_EQ(pfread("large", &pf), 0);
   EXPECT_EQ(string_at(PfPtr(pf), "last"), "line");
-}
-
-TEST_F(Search, ReadsFromAPipe) {
-  ASSERT_EQ(mkfifo("pipe.pf", 0600), 0);
-  std::thread writer([] { std::ofstream("pipe.pf") << "from pipe\n"; });
-  EXPECT_EQ(found("pipe"), "pipe pipe.pf");
-  writer.join();
 }
 
 TEST_F(Search, ReadsAFileAnewEachTime) {

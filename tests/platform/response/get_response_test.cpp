@@ -9,6 +9,7 @@
 #include "platform/response.h"
 #include "support/collected_log.h"
 #include "support/flat_database.h"
+#include "support/scoped_limit.h"
 
 namespace {
 
@@ -49,7 +50,7 @@ TEST(GetResponse, TellsWhatCannotBeRead) {
   EXPECT_EQ(get_response(files.folder().c_str(), &response), -1);
   EXPECT_EQ(response, nullptr);
   EXPECT_EQ(log.lines(), (std::vector{"debug: " + files.folder() + "/none: cannot read: No such file or directory",
-                                      "debug: " + files.folder() + ": cannot read: not a file"}));
+                                      "debug: " + files.folder() + ": cannot read: not a regular file"}));
 }
 
 TEST(ReadResponse, TellsTheCallerAloneOfAFault) {
@@ -62,7 +63,7 @@ TEST(ReadResponse, TellsTheCallerAloneOfAFault) {
   EXPECT_EQ(response, nullptr);
   EXPECT_EQ(fault.rfind(files.folder() + "/a:1: expected the first group", 0), 0) << fault;
   EXPECT_EQ(read_response("/dev/null", &response, &fault), -1);
-  EXPECT_EQ(fault, "/dev/null: cannot read: not a file");
+  EXPECT_EQ(fault, "/dev/null: cannot read: not a regular file");
   EXPECT_TRUE(log.lines().empty());
 }
 
@@ -73,7 +74,7 @@ TEST(ReadResponse, DoesNotWaitAtAPipe) {
   Response* response = nullptr;
   std::string fault;
   EXPECT_EQ(read_response(path.c_str(), &response, &fault), -1);
-  EXPECT_EQ(fault, path + ": cannot read: not a file");
+  EXPECT_EQ(fault, path + ": cannot read: not a regular file");
 }
 
 TEST(ReadResponse, RefusesAFileThatMayNotBeRead) {
@@ -91,13 +92,15 @@ TEST(ReadResponse, LimitsTheSizeOfAFile) {
   const FlatDatabase files;
   Response* response = nullptr;
   std::string fault;
-  const std::string filling(MAX_RESPONSE_BYTES - kFir.size(), '#');
-  const std::string path = files.write_file("a.fir", kFir + filling);
-  ASSERT_EQ(read_response(path.c_str(), &response, &fault), 0) << fault;
-  free_response(response);
-  std::filesystem::resize_file(path, MAX_RESPONSE_BYTES + 1);
+  const triglub::ScopedLimit limit(triglub::Limit::response_bytes, 1000);
+  for (const std::size_t size : {999u, 1000u}) {
+    const std::string path = files.write_file("a.fir", kFir + std::string(size - kFir.size(), '#'));
+    ASSERT_EQ(read_response(path.c_str(), &response, &fault), 0) << fault;
+    free_response(response);
+  }
+  const std::string path = files.write_file("a.fir", kFir + std::string(1001 - kFir.size(), '#'));
   EXPECT_EQ(read_response(path.c_str(), &response, &fault), -2);
-  EXPECT_EQ(fault, path + ": larger than the limit of 67108864 bytes");
+  EXPECT_EQ(fault, path + ": more than 1000 bytes of a response file (the limit response-bytes)");
   EXPECT_EQ(response, nullptr);
 }
 

@@ -9,6 +9,7 @@
 
 #include "resp_helper.h"
 #include "support/random_seed.h"
+#include "support/scoped_limit.h"
 
 namespace {
 
@@ -335,10 +336,27 @@ TEST(ParseResponse, LimitsTheEntriesOfACount) {
     for (long i = 0; i < count; ++i) text += "1\n";
     return text + "0\n";
   };
+  const std::string beyond = ", more than 100000 numbers of one kind in a filter (the limit response-entries)";
   EXPECT_EQ(fir_of(parsed(fir(MAX_RESPONSE_ENTRIES))).numerators.size(), MAX_RESPONSE_ENTRIES);
-  EXPECT_EQ(fault_of(fir(MAX_RESPONSE_ENTRIES + 1)), "3: \"100001\" numerators are more than the limit of 100000");
+  EXPECT_EQ(fault_of(fir(MAX_RESPONSE_ENTRIES + 1)), "3: \"100001\" numerators" + beyond);
   EXPECT_EQ(fault_of("theoretical 1 x paz\n1\n99999999999999999999999999\n"),
-            "3: \"99999999999999999999999999\" poles are more than the limit of 100000");
+            "3: \"99999999999999999999999999\" poles" + beyond);
+  const triglub::ScopedLimit limit(triglub::Limit::response_entries, 7);
+  for (const long count : {6, 7}) EXPECT_EQ(fir_of(parsed(fir(count))).numerators.size(), count);
+  EXPECT_EQ(fault_of(fir(8)),
+            "3: \"8\" numerators, more than 7 numbers of one kind in a filter (the limit response-entries)");
+}
+
+TEST(ParseResponse, LimitsTheGroupsOfAFile) {
+  EXPECT_EQ(triglub::limit(triglub::Limit::response_groups), 1000u);
+  const triglub::ScopedLimit limit(triglub::Limit::response_groups, 3);
+  std::string text;
+  for (int groups = 1; groups <= 3; ++groups) {
+    text += "theoretical 1 x other\n";
+    EXPECT_EQ(parsed(text)->group_count, groups);
+  }
+  EXPECT_EQ(fault_of(text + "theoretical 1 x other\n"),
+            "4: more than 3 groups of a response file (the limit response-groups)");
 }
 
 // The last number counts the denominators, so nothing shorter than the whole is complete, except the first group by

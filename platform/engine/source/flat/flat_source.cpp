@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
 
 #include "base/file_text.h"
 #include "engine/source/flat/descriptor.h"
@@ -55,19 +54,6 @@ bool fail_descriptor(const std::string& path, const std::string& fault) {
   return false;
 }
 
-std::string reason(const FileReading& reading) {
-  switch (reading.fault) {
-    case FileFault::other_kind:
-      return "not a regular file";
-    case FileFault::too_large:
-      return "more than " + std::to_string(kMaxDescriptorBytes) + " bytes";
-    case FileFault::unreadable:
-    case FileFault::none:
-      break;
-  }
-  return std::generic_category().message(reading.error);
-}
-
 // "{css}" and the like in a descriptor's path stand for the database's name.
 std::string with_name(std::string_view entry, const std::string& name) {
   std::string out;
@@ -101,8 +87,10 @@ std::shared_ptr<const FlatSource> FlatSource::open(const std::string& prefix) {
 
 bool FlatSource::read_descriptor(const std::string& path) {
   std::string text;
-  const FileReading reading = read_file(path, FileKind::regular, kMaxDescriptorBytes, &text);
-  if (reading.fault != FileFault::none) return fail_descriptor(path, "cannot be read: " + reason(reading));
+  const FileReading reading = read_file(path, kMaxDescriptorBytes, &text);
+  if (reading.fault != FileFault::none) {
+    return fail_descriptor(path, "cannot be read: " + fault_text(reading, kMaxDescriptorBytes));
+  }
   const auto descriptor = parse_descriptor(text);
   if (!descriptor) {
     return fail_descriptor(path, "names more than " + std::to_string(kMaxDescriptorPlaces) + " places in its dbpath");
