@@ -52,7 +52,8 @@ bool are_raw_texts_harmless(const triglub_reference::Tables& tables) {
     for (const auto& row : rows) {
       for (const auto& [field, text] : row) {
         if (std::find(kMadeHarmless.begin(), kMadeHarmless.end(), field) != kMadeHarmless.end()) continue;
-        if (std::any_of(text.begin(), text.end(), is_harmful) || text.find("\xEF\xBF") != text.npos) return false;
+        if (std::any_of(text.begin(), text.end(), is_harmful) || text.find("\xEF\xBF") != std::string::npos)
+          return false;
       }
     }
   }

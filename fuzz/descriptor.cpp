@@ -1,4 +1,5 @@
-// Descriptors: every text of not too many places is one. What was read says the same when it is written as a descriptor again.
+// Descriptors: every text of not too many places is one. What was read says the same when it is written as a descriptor
+// again.
 #include "engine/source/flat/descriptor.h"
 
 #include "support/expect.h"

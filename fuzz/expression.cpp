@@ -173,7 +173,7 @@ std::string nullable_at(ex::NullableExpression* expression, const ex::Record& re
 }
 
 // Of one record, the first is the value at it, and so many values are counted.
-void evaluate_over_one(const std::string& text, MadeRecord record) {
+void evaluate_over_one(const std::string& text, const MadeRecord& record) {
   ex::Fault fault{};
   const auto plain = ex::NullableExpression::compile(text, Names(), &fault);
   const auto first = ex::NullableExpression::compile("first((" + text + "))", Names(), &fault);

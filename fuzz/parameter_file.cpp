@@ -29,7 +29,8 @@ void look_up_list(Pf* pf, const std::string& key, Tbl* list) {
 
 void look_up_all(Pf* pf, const std::string& table) {
   for (const std::string& name : pf_keys(pf, table.c_str())) {
-    const std::string key = table.empty() ? name : table + "{" + name + "}";
+    std::string key = table;
+    key.append(table.empty() ? name : "{" + name + "}");
     expect(pf_key_line(pf, key.c_str()) > 0, "a key has its line", key);
     const char* text = pfget_string(pf, key.c_str());
     Tbl* list = pfget_tbl(pf, key.c_str());

@@ -1,6 +1,7 @@
 // Schemas: the tables of whatever is taken for one can be read, and their nulls are nulls.
 #include "engine/schema/schema.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,10 +21,9 @@ std::string padded(std::string text, const triglub::FieldSchema& field) {
 }
 
 bool has_room_for_nulls(const TableSchema& schema) {
-  for (const triglub::FieldSchema& field : schema.fields) {
-    if (field.null_text.size() > static_cast<std::size_t>(field.width)) return false;
-  }
-  return true;
+  return std::all_of(schema.fields.begin(), schema.fields.end(), [](const triglub::FieldSchema& field) {
+    return field.null_text.size() <= static_cast<std::size_t>(field.width);
+  });
 }
 
 // A line of nulls, and one of ones, which any type can be read from.

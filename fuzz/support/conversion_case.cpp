@@ -68,7 +68,7 @@ Files files_of(const triglub_reference::Tables& tables, const std::map<std::stri
     for (const auto& row : rows) text += triglub_test::flat_row(table, row) + "\n";
   }
   for (const auto& [name, file] : tables.files) files[name] = triglub_reference::response_text(file);
-  for (const auto& [key, value] : site) files["site.pf"].append(key + " " + value + "\n");
+  for (const auto& [key, value] : site) files["site.pf"].append(key).append(" ").append(value).append("\n");
   return files;
 }
 
@@ -140,7 +140,7 @@ Outcome convert(const Case& given) {
 }
 
 void expect_well_formed(const std::string& document) {
-  const XML_Parser parser = XML_ParserCreateNS(nullptr, ' ');
+  XML_Parser parser = XML_ParserCreateNS(nullptr, ' ');
   const bool is_read = XML_Parse(parser, document.data(), static_cast<int>(document.size()), XML_TRUE) == XML_STATUS_OK;
   if (!is_read) {
     const std::string fault = XML_ErrorString(XML_GetErrorCode(parser));

@@ -15,13 +15,13 @@ namespace triglub_reference {
 class Random {
  public:
   explicit Random(std::uint64_t seed) : engine_(seed) {}
-  // The choices are those of the bytes, which must outlive it, for as long as there are any: a byte for one of up to
-  // 256, two for one of more.
-  explicit Random(std::string_view choices) : choices_(choices) {}
+  // The choices are those of the bytes, which must outlive it: a byte for one of up to 256, two for one of more. When
+  // they are used up, what may be or not is not, so that few bytes make a small case.
+  explicit Random(std::string_view choices) : has_choices_(true), choices_(choices) {}
 
   int below(int end) { return static_cast<int>(next(end) % static_cast<std::uint64_t>(end)); }
   int between(int first, int last) { return first + below(last - first + 1); }
-  bool percent(int chance) { return below(100) < chance; }
+  bool percent(int chance) { return !is_used_up() && below(100) < chance; }
   template <typename List>
   const auto& one_of(const List& list) {
     return *(std::begin(list) + below(static_cast<int>(std::size(list))));
@@ -29,6 +29,7 @@ class Random {
   std::string pick(std::initializer_list<const char*> list) { return one_of(list); }
 
  private:
+  bool is_used_up() const { return has_choices_ && choices_.empty(); }
   std::uint64_t next(int end) {
     if (choices_.empty()) return engine_();
     const std::uint64_t choice = next_byte();
@@ -42,6 +43,7 @@ class Random {
   }
 
   std::mt19937_64 engine_;
+  bool has_choices_ = false;
   std::string_view choices_;
 };
 
