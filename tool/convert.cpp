@@ -39,10 +39,10 @@ bool open_database(const std::string& source, Dbptr* db) {
   return false;
 }
 
-// Tells what was left out; true when the document is as good as was asked for.
-bool accept(const Gaps& gaps, bool strict) {
+// What --strict asks for: tells what was left out; true when nothing was.
+bool is_complete(const Gaps& gaps) {
   gaps.report();
-  if (!strict || !gaps.any_left_out()) return true;
+  if (!gaps.any_left_out()) return true;
   elog_notify(0, "something was left out, which --strict forbids");
   return false;
 }
@@ -73,7 +73,7 @@ void check_written(const Output& output, const TextCheck& texts, const std::stri
 
 int write(const ConvertOptions& options, const Request& request, const TextCheck& texts, Dbptr everything,
           const Gaps& gaps) {
-  if (options.strict && !accept(gaps, true)) return EXIT_FAILURE;
+  if (options.strict && !is_complete(gaps)) return EXIT_FAILURE;
   const auto output =
       Output::open(options.output, texts.are_doubtful() ? Output::Hold::until_commit : Output::Hold::no);
   output->stream() << kDeclaration;
@@ -85,38 +85,58 @@ int write(const ConvertOptions& options, const Request& request, const TextCheck
   return EXIT_SUCCESS;
 }
 
-int run(const ConvertOptions& options) {
-  check_clock();
-  Conversion conversion;
+Request request_of(const ConvertOptions& options, Dbptr db, Pf* pf, Conversion* conversion) {
   Request request;
   request.source = options.source;
-  request.conversion = &conversion;
-  set_threads(options.jobs);
-  if (!open_database(options.source, &request.db)) return EXIT_FAILURE;
-  const Parameters parameters = read_parameters(options.parameters);
-  request.pf = parameters.get();
-  check_output(options, request.db, request.pf);
-  if (edition_of(request.pf) == 2) return convert_epochs(options, request.db, request.pf);
-  const auto tree = check_tree(request.pf);
-  if (tree == nullptr) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
-  const Parameters site = read_site(request.pf);
-  conversion.use_site(site.get());
+  request.conversion = conversion;
+  request.db = db;
+  request.pf = pf;
   request.conditions = options.conditions;
-  request.late_conditions = take_late_conditions(request.db, &request.conditions);
+  request.late_conditions = take_late_conditions(db, &request.conditions);
   request.flags = flags_for(options.level, options.verbosity);
-  std::shared_ptr<const ResponseCache> responses;
-  if (options.level == DetailLevel::response) {
-    responses = std::make_shared<const ResponseCache>(request.db, "stage", reach_of(options));
-    conversion.use_responses(responses);
-  }
+  return request;
+}
+
+// Null where the document has none. What is checked is what the document is made of.
+std::shared_ptr<const ResponseCache> responses_for(const ConvertOptions& options, Dbptr db, Conversion* conversion) {
+  if (options.level != DetailLevel::response) return nullptr;
+  auto responses = std::make_shared<const ResponseCache>(db, "stage", reach_of(options));
+  conversion->use_responses(responses);
+  return responses;
+}
+
+int convert_view(const ConvertOptions& options, const Request& request, const ResponseCache* responses,
+                 const WrittenTree& tree) {
   const Dbptr everything = master_view(request);
-  const Gaps gaps = look_for_gaps(request, responses.get(), *tree, everything);
+  const Gaps gaps = look_for_gaps(request, responses, tree, everything);
   if (gaps.any_fault()) die_of_faults(gaps, options.source);
   if (is_empty(everything)) {
     gaps.report();
     elog_die(0, "%s: no channel epoch is selected and complete; nothing is written", options.source.c_str());
   }
-  return write(options, request, TextCheck(everything, *tree), everything, gaps);
+  return write(options, request, TextCheck(everything, tree), everything, gaps);
+}
+
+int convert_nodes(const ConvertOptions& options, Dbptr db, Pf* pf) {
+  Conversion conversion;
+  const auto tree = check_tree(pf);
+  if (tree == nullptr) elog_die(0, "parameter file %s: cannot be used", options.parameters.c_str());
+  const Parameters site = read_site(pf);
+  conversion.use_site(site.get());
+  const Request request = request_of(options, db, pf, &conversion);
+  const auto responses = responses_for(options, db, &conversion);
+  return convert_view(options, request, responses.get(), *tree);
+}
+
+int run(const ConvertOptions& options) {
+  check_clock();
+  set_threads(options.jobs);
+  Dbptr db;
+  if (!open_database(options.source, &db)) return EXIT_FAILURE;
+  const Parameters parameters = read_parameters(options.parameters);
+  check_output(options, db, parameters.get());
+  const bool is_edition2 = edition_of(parameters.get()) == 2;
+  return is_edition2 ? convert_epochs(options, db, parameters.get()) : convert_nodes(options, db, parameters.get());
 }
 
 }  // namespace
