@@ -163,12 +163,11 @@ An element has its tag, an attribute its name behind an @. What stands in parent
 in it stands in its place.
 Exit status: 0 done, 1 the parameter file has faults, 2 wrong usage.)";
 
-CLI::App* add_tree(CLI::App& app, triglub::tool::TreeOptions& options, RawOptions& raw) {
+void add_tree(CLI::App& app, triglub::tool::TreeOptions& options, RawOptions& raw) {
   CLI::App* tree = app.add_subcommand("tree", "Show what a document holds by a parameter file, and check that file");
   tree->add_option("PF", options.parameters, "the parameter file")->capture_default_str();
   add_budgets(tree, raw);
   tree->footer(kTreeExamples + ("\n\n" + triglub::tool::list_of_limits()));
-  return tree;
 }
 
 constexpr const char* kCheckExamples = R"(Examples:
@@ -208,6 +207,20 @@ void limit_memory(const std::string& given) {
   triglub::tool::limit_memory(given.empty() ? memory_there_is() : *memory_size(given));
 }
 
+int end_at_line(const CLI::App& app, const CLI::ParseError& end, const CLI::App& convert,
+                const std::vector<std::string>& arguments) {
+  if (app.exit(end) == 0) return finish_standard_output();
+  suggest_line(app, convert, arguments);
+  return kWrongUsage;
+}
+
+int run_convert(const RawOptions& raw, triglub::tool::ConvertOptions& options) {
+  if (!read_subsets(raw.subsets, &options.conditions)) return kWrongUsage;
+  options.level = level_named(raw.level)->level;
+  options.verbosity = std::min(static_cast<unsigned int>(raw.verbose), kMaxVerbosity);
+  return triglub::tool::convert(options);
+}
+
 }  // namespace
 
 // Libraries take memory before main begins, for what they hold for the whole program.
@@ -226,22 +239,16 @@ int main(int argc, char** argv) {
   RawOptions raw;
   const CLI::App* convert = add_convert(app, options, raw);
   triglub::tool::TreeOptions tree_options;
-  const CLI::App* tree = add_tree(app, tree_options, raw);
+  add_tree(app, tree_options, raw);
   triglub::tool::CheckOptions check_options;
   const CLI::App* check = add_check(app, check_options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    if (app.exit(e) == 0) return finish_standard_output();
-    suggest_line(app, *convert, {argv + 1, argv + argc});
-    return kWrongUsage;
+    return end_at_line(app, e, *convert, {argv + 1, argv + argc});
   }
   limit_memory(raw.memory);
-  if (tree->parsed()) return triglub::tool::tree(tree_options);
-  if (check->parsed()) triglub::tool::set_fate(triglub::tool::Fate::untold);
-  if (check->parsed()) return triglub::tool::check(check_options);
-  if (!read_subsets(raw.subsets, &options.conditions)) return kWrongUsage;
-  options.level = level_named(raw.level)->level;
-  options.verbosity = std::min(static_cast<unsigned int>(raw.verbose), kMaxVerbosity);
-  return triglub::tool::convert(options);
+  if (convert->parsed()) return run_convert(raw, options);
+  triglub::tool::set_fate(triglub::tool::Fate::untold);
+  return check->parsed() ? triglub::tool::check(check_options) : triglub::tool::tree(tree_options);
 }
