@@ -44,12 +44,10 @@ class CategoryCheck {
  private:
   void tell(const ViewField& field, bool (*is_wrong)(std::string_view), const char* expected) {
     const auto rows = records_with_text(db_setfield(field.base, field.name), is_wrong);
-    Dbptr row = field.base;
-    for (const std::uint32_t number : selected_rows(everything_, field, rows)) {
-      row.record = number;
-      gaps_.fault(fault_of_value(row, field,
-                                 "'" + db_fieldlookup(row, field.name) + "' tells no category: expected " + expected));
-    }
+    const auto what = [&](const std::string& value) {
+      return "'" + value + "' tells no category: expected " + expected;
+    };
+    refuse_values(everything_, field, rows, what, &gaps_);
   }
 
   Dbptr everything_;

@@ -98,12 +98,10 @@ class NumberCheck {
   }
 
   void tell(const ViewField& field, const std::vector<std::uint32_t>& rows, const std::string& expected) {
-    Dbptr row = field.base;
-    for (const std::uint32_t number : selected_rows(everything_, field, rows)) {
-      row.record = number;
-      const std::string found = db_fieldlookup(row, field.name);
-      gaps_.fault(fault_of_value(row, field, "expected " + expected + ", found '" + found + "'"));
-    }
+    const auto what = [&](const std::string& value) {
+      return std::string("expected ").append(expected).append(", found '").append(value).append("'");
+    };
+    refuse_values(everything_, field, rows, what, &gaps_);
   }
 
   Dbptr everything_;

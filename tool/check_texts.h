@@ -25,7 +25,7 @@ class TextCheck {
 
  private:
   void read(const TreeGroup& group);
-  void read(const TreeLine& line, ValueWords* words);
+  static void read(const TreeLine& line, ValueWords* words);
   void look_at_tree();
   void look_at_columns();
   // `is_content`: else it is written in attributes alone.

@@ -56,4 +56,13 @@ std::string fault_of_value(Dbptr row, const ViewField& field, const std::string&
   return row_place(row) + ": field " + field.full_name() + ": " + what;
 }
 
+void refuse_values(Dbptr everything, const ViewField& field, const std::vector<std::uint32_t>& rows,
+                   const std::function<std::string(const std::string& value)>& what, Gaps* gaps) {
+  Dbptr row = field.base;
+  for (const std::uint32_t number : selected_rows(everything, field, rows)) {
+    row.record = number;
+    gaps->fault(fault_of_value(row, field, what(db_fieldlookup(row, field.name))));
+  }
+}
+
 }  // namespace triglub::tool

@@ -3,10 +3,12 @@
 #define TRIGLUB_TOOL_VIEW_TABLES_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "platform/database.h"
+#include "tool/gaps.h"
 
 namespace triglub::tool {
 
@@ -34,6 +36,10 @@ std::vector<std::uint32_t> selected_rows(Dbptr everything, const ViewField& fiel
 
 // What is wrong with a value: "PLACE: field TABLE.FIELD: WHAT".
 std::string fault_of_value(Dbptr row, const ViewField& field, const std::string& what);
+
+// The values of those of the rows of the field's table that are behind a record are faults: what(value) says why.
+void refuse_values(Dbptr everything, const ViewField& field, const std::vector<std::uint32_t>& rows,
+                   const std::function<std::string(const std::string& value)>& what, Gaps* gaps);
 
 }  // namespace triglub::tool
 

@@ -2,7 +2,6 @@
 #include "tool/well_formed.h"
 
 #include <expat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -11,6 +10,7 @@
 #include <new>
 
 #include "fatal_failure.h"
+#include "tool/write_parts.h"
 
 namespace triglub::tool {
 
@@ -58,10 +58,7 @@ class Parser {
 };
 
 int read_piece(int descriptor, off_t at, void* to) {
-  ssize_t count = -1;
-  do {
-    count = pread(descriptor, to, kPiece, at);
-  } while (count < 0 && errno == EINTR);
+  const ssize_t count = read_at(descriptor, at, to, kPiece);
   if (count < 0) throw FatalFailure(std::string("the document cannot be read back: ") + std::strerror(errno));
   return static_cast<int>(count);
 }

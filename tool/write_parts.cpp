@@ -1,7 +1,6 @@
 // What the system took only a part of is offered again from there on.
 #include "tool/write_parts.h"
 
-#include <sys/types.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -17,16 +16,15 @@ namespace {
 
 constexpr std::size_t kPiece = std::size_t{1} << 18;
 
-// As pread(2), again when a signal has come in between.
-ssize_t read_at(int file, off_t begin, std::vector<char>* piece) {
+}  // namespace
+
+ssize_t read_at(int file, off_t begin, void* to, std::size_t most) {
   ssize_t count = -1;
   do {
-    count = pread(file, piece->data(), piece->size(), begin);
+    count = pread(file, to, most, begin);
   } while (count < 0 && errno == EINTR);
   return count;
 }
-
-}  // namespace
 
 void die_of_writing(const std::string& name) {
   elog_die(0, "%s: cannot be written: %s", name.c_str(), std::strerror(errno));
@@ -47,7 +45,7 @@ void write_parts(int descriptor, const std::string& name, std::vector<iovec> par
 void write_file(int descriptor, const std::string& name, int file) {
   std::vector<char> piece(kPiece);
   ssize_t count = 0;
-  for (off_t begin = 0; (count = read_at(file, begin, &piece)) != 0; begin += count) {
+  for (off_t begin = 0; (count = read_at(file, begin, piece.data(), piece.size())) != 0; begin += count) {
     if (count < 0) die_of_writing(name);
     write_parts(descriptor, name, {{piece.data(), static_cast<std::size_t>(count)}});
   }
