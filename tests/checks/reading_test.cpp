@@ -99,7 +99,8 @@ TEST(Reading, ADocumentTypeEndsItBeforeEntitiesGrow) {
   std::string laughs = "<!DOCTYPE FDSNStationXML [<!ENTITY a0 \"ha\">";
   for (int i = 1; i < 50; ++i) {
     const std::string one = "&a" + std::to_string(i - 1) + ";";
-    laughs += "<!ENTITY a" + std::to_string(i) + " \"" + one + one + one + one + "\">";
+    laughs.append("<!ENTITY a").append(std::to_string(i)).append(" \"");
+    laughs.append(one).append(one).append(one).append(one).append("\">");
   }
   EXPECT_THAT(codes_of(laughs + "]>" + kRoot + "<Network code='&a49;'/>&a49;</FDSNStationXML>"),
               ElementsAre("document-type"));

@@ -593,6 +593,7 @@ class Rules : public testing::TestWithParam<RuleCase> {};
 TEST_P(Rules, ThatAreBrokenAreTold) {
   const auto findings = check_document_text(document_of(GetParam()));
   std::vector<std::string> codes;
+  codes.reserve(findings.size());
   for (const DocumentFinding& finding : findings) codes.emplace_back(finding.code);
   ASSERT_THAT(codes, ElementsAreArray(GetParam().codes)) << told(findings);
   if (!findings.empty()) {

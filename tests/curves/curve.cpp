@@ -49,6 +49,7 @@ Complex by_coefficients(const std::vector<double>& coefficients, Complex at) {
 
 std::vector<double> values_of(const std::vector<Coefficient>& coefficients) {
   std::vector<double> values;
+  values.reserve(coefficients.size());
   for (const Coefficient& coefficient : coefficients) values.push_back(coefficient.value.value);
   return values;
 }

@@ -238,6 +238,7 @@ void read_back(std::uint64_t seed, FirForm form) {
   SCOPED_TRACE("FILES_SEED=" + std::to_string(seed));
   Random random(seed);
   std::vector<Put> puts;
+  puts.reserve(kChannels);
   for (int i = 0; i < kChannels; ++i) puts.push_back(random_put(random, i));
   FlatDatabase files;
   write(puts, files);

@@ -222,6 +222,7 @@ std::string subset_plainly(const std::vector<std::string>& names, const Conditio
 TEST_F(PseudoSubset, IsWhatAPlainScanGives) {
   std::mt19937 random(random_seed());
   std::vector<std::string> names;
+  names.reserve(60);
   for (int i = 0; i < 60; ++i) names.emplace_back(1, static_cast<char>('A' + random() % 5));
   const Dbptr db = channels(names);
   for (int round = 0; round < 10000; ++round) {
@@ -235,6 +236,7 @@ TEST_F(PseudoSubset, IsWhatAPlainScanGives) {
 TEST_F(Categories, AreWhatAPlainListingGives) {
   std::mt19937 random(random_seed());
   std::vector<std::string> names;
+  names.reserve(40);
   for (int i = 0; i < 40; ++i) names.push_back(std::string(random() % 3, '0') + std::to_string(random() % 120));
   const Dbptr db = channels(names);
   for (int round = 0; round < 3000; ++round) {

@@ -15,7 +15,6 @@ namespace {
 using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::EndsWith;
 using ::testing::ExitedWithCode;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;

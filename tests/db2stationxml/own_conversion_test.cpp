@@ -35,7 +35,7 @@ class OwnConversion : public Conversion {
   static std::string stage_alone() {
     return preamble("root") + definition("root", "Root", "", "stage - STAGE stage\n");
   }
-  void add_stage_with_file(Stations& stations, const std::string& file) {
+  static void add_stage_with_file(Stations& stations, const std::string& file) {
     add_channels(stations, {"BHZ"});
     stations.add_stage("AAK", "BHZ", 1, {{"dir", "resp"}, {"dfile", file}});
     stations.write_response("resp/" + file);
