@@ -112,7 +112,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   triglub_fuzz::edit(texts, &given);
 
   const Outcome actual = triglub_fuzz::convert(given);
-  if (!is_shipped && cells.at_end() && texts.at_end()) compare_with_plain_form(request, actual);
+  // What makes a table useless the plain form does not know.
+  const bool is_known = cells.at_end() || actual.end == "returned";
+  if (!is_shipped && texts.at_end() && is_known) compare_with_plain_form(request, actual);
   const bool is_edition2 = given.tree.starts_with("edition 2\n") || given.tree == tree;
   if (!is_edition2 || !actual.is_written()) return 0;
   triglub_fuzz::expect_well_formed(actual.document);
