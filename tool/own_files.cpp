@@ -47,8 +47,8 @@ bool begins_as_document(const std::string& path) { return std::ifstream(path).ge
 
 class OutputCheck {
  public:
-  OutputCheck(const ConvertOptions& options, Dbptr db)
-      : options_(options), db_(db), output_(*identity_of(options.output)) {}
+  OutputCheck(const ConvertOptions& options, Dbptr db, Identity output)
+      : options_(options), db_(db), output_(std::move(output)) {}
 
   void run(Pf* pf) const {
     for (const SourceFile& file : source_files(db_)) refuse(file.path, file.what + of_database());
@@ -112,7 +112,7 @@ class OutputCheck {
 void check_output(const ConvertOptions& options, Dbptr db, Pf* pf) {
   if (options.output.empty() || options.output == "-") return;
   // Of a folder that is not there, opening tells.
-  if (identity_of(options.output)) OutputCheck(options, db).run(pf);
+  if (auto output = identity_of(options.output)) OutputCheck(options, db, *std::move(output)).run(pf);
 }
 
 }  // namespace triglub::tool

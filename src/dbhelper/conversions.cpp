@@ -1,6 +1,7 @@
 // The platform's containers and texts as strings and standard containers.
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "dbhelper.h"
@@ -71,6 +72,7 @@ Tbl* arr2expr(rbtree* a) {
   while (maxtbl(keys) > 0) {  // NOLINT(clang-analyzer-unix.Malloc): the list keeps the texts
     const void* key = poptbl(keys);
     char* expression = cpcast(trimmed_key(key) + "=~" + value_at(a, key));
+    if (expression == nullptr) throw std::bad_alloc();
     pushtbl(expressions, expression);
   }
   freetbl(keys, nullptr);

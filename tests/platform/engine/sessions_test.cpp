@@ -62,6 +62,21 @@ TEST_F(Sessions, ReadTheFilesOnce) {
   EXPECT_EQ(dbclose(other), 0);
 }
 
+TEST_F(Sessions, KeepAHundredThousandExpressionsCompiled) {
+  const Dbptr site = table_of(db_, "site");
+  Expression* compiled = nullptr;
+  for (int i = 0; i < 100'000; ++i) {
+    ASSERT_EQ(dbex_compile(site, ("lat + " + std::to_string(i)).c_str(), &compiled, dbREAL), 0) << i;
+  }
+  EXPECT_EQ(dbex_compile(site, "lat + 7", &compiled, dbREAL), 0) << "which is known";
+  const CollectedLog log;
+  EXPECT_NE(dbex_compile(site, "lat + 100000", &compiled, dbREAL), 0);
+  EXPECT_THAT(log.lines(), ElementsAre("warning: more than 100000 expressions of one session"));
+  const Dbptr other = further_session(db_);
+  EXPECT_EQ(dbex_compile(table_of(other, "site"), "lat + 100000", &compiled, dbREAL), 0);
+  EXPECT_EQ(dbclose(other), 0);
+}
+
 TEST_F(Sessions, HaveViewsAndNamesOfTheirOwn) {
   const Dbptr other = further_session(db_);
   const Dbptr sorted = dbsort(table_of(db_, "site"), TextTbl({"sta"}).get(), 0, "mine");

@@ -14,7 +14,10 @@ constexpr std::size_t kStep = std::size_t{1} << 18;  // bytes read at once
 
 class Window {
  public:
-  Window(const SteadyFile& file, FileRange range) : file_(file), rest_(range) {}
+  Window(const SteadyFile& file, FileRange range)
+      : file_(file),
+        rest_(range),
+        bytes_(std::make_unique_for_overwrite<char[]>(std::min(kMaxLineBytes + kStep, range.end - range.begin))) {}
 
   bool at_end() const { return rest_.begin == rest_.end; }
 
@@ -54,8 +57,8 @@ class Window {
 
   const SteadyFile& file_;
   FileRange rest_;
-  // What is kept of a line that is not whole has no more than kMaxLineBytes.
-  std::unique_ptr<char[]> bytes_ = std::make_unique_for_overwrite<char[]>(kMaxLineBytes + kStep);
+  // What is kept of a line that is not whole has no more than kMaxLineBytes, and a small file needs less.
+  std::unique_ptr<char[]> bytes_;
   std::size_t size_ = 0;
   std::size_t used_ = 0;          // of these bytes, from the first on
   bool is_in_long_line_ = false;  // its beginning has been taken, its end has not been met
