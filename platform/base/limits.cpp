@@ -1,4 +1,4 @@
-// The usual limits are some ten times what the largest archives need, and what they allow takes less than 2 GB: of a
+// The usual limits are well beyond what the largest archives need, and what they allow takes less than 2 GB: of a
 // join, some 60 bytes a record where a view has ten tables.
 #include "platform/limits.h"
 
