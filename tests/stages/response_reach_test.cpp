@@ -80,8 +80,8 @@ TEST_F(ResponseReachOfDocuments, AFileThatTheMachineCannotReadEndsTheDocument) {
   for (const auto& rows : {chain_of("resp", "s.paz"), instrument_of("resp", "s.paz")}) {
     const MadeDatabase made(rows, {{"resp/s.paz", kGain}});
     EXPECT_TRUE(write_within(made, ResponseReach::anywhere).is_written);  // the tables are loaded by now
-    const NoMoreOpenFiles none;
     try {
+      const NoMoreOpenFiles none;
       write_within(made, ResponseReach::anywhere);
       ADD_FAILURE() << "a document without stages";
     } catch (const triglub::FatalFailure& failure) {
