@@ -49,6 +49,16 @@ TEST(Reading, ATagThatWouldKeepTheParserIsNotReadOn) {
   EXPECT_THAT(findings[0].text, HasSubstr("a tag of more than 65536 bytes"));
 }
 
+TEST(Reading, ATagDoesNotEndWithinAValue) {
+  for (const char* value : {"='>'", "='\">'", "=\"'>\""}) {
+    std::string attributes;
+    for (int i = 0; i < 10000; ++i) attributes.append(" a").append(std::to_string(i)).append(value);
+    const auto findings = check_document_text(kRoot + "<Network" + attributes + "/></FDSNStationXML>");
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_THAT(findings[0].text, HasSubstr("a tag of more than 65536 bytes")) << value;
+  }
+}
+
 TEST(Reading, WhatIsNoTagMayBeLong) {
   const std::string much(200000, 'x');
   for (const std::string& what : {"<!-- a > b's <i " + much + "- ->-->", "<![CDATA[ <a ' " + much + "]] ]]]>",

@@ -61,6 +61,7 @@ void try_all(const char* what, bool do_later_ones_too) {
     SCOPED_TRACE(kind.text());
     TrackedConversion conversion(kind);
     ASSERT_EQ(conversion.fault_of(plan.run(conversion.start(), 0, false)), "");
+    ASSERT_GT(plan.made(), kFew) << "allocations are not counted";
     for (const std::uint64_t number : triglub_test::sample(plan.made(), kFew)) {
       EXPECT_EQ(conversion.fault_of(plan.run(conversion.start(), number, do_later_ones_too)), "")
           << "allocation " << number;

@@ -135,12 +135,16 @@ TEST(Output, IsNoneOfTheFilesThatAreRead) {
                            "/examples/observatory/. .; "
                            "cp " TRIGLUB_SOURCE_DIR
                            "/data/*.pf .; rm observatory.affiliation; mkdir sub; "
+                           "cp resp/sensors/s13_5Hz.fap2 resp/sensors/own.fap; "
+                           "sed -i \"1s|- \\{64\\}-      |$(printf '%-64s' resp/sensors) own.fap|\" "
+                           "observatory.instrument; "
                            "ln -s observatory.site site-link; ln observatory.site site-name; ln -s no-such dangling; "
                            "ln -s $PWD/observatory.affiliation sub/absent; "
                            "find . -type f | sort | xargs md5sum > sub/before; ";
+  // cmp tells of a file more at standard error.
   const std::string end =
-      "; echo \"status $?\"; find . -type f | sort | grep -v sub/before | xargs md5sum > sub/after; "
-      "grep -v sub/before sub/before | cmp - sub/after; rm -r $PWD";
+      "; echo \"status $?\"; find . -type f | sort | grep -v -e sub/before -e sub/after | xargs md5sum > sub/after; "
+      "grep -v sub/before sub/before | cmp - sub/after 2>&1; rm -r $PWD";
   struct Case {
     std::string output;
     std::string what;
@@ -156,7 +160,8 @@ TEST(Output, IsNoneOfTheFilesThatAreRead) {
                                    {"stationxml.pf", "the parameter file of the conversion"},
                                    {"stationxml-edition1.pf", "the parameter file of the conversion"},
                                    {"site.pf", "a parameter file 'site'"},
-                                   {"resp/sensors/s13_5Hz.fap2", "a response file of the database observatory"}};
+                                   {"resp/sensors/s13_5Hz.fap2", "a response file of the database observatory"},
+                                   {"resp/sensors/own.fap", "a response file of the database observatory"}};
   for (const Case& tried : cases) {
     const std::string parameters = tried.output == "stationxml.pf" ? "stationxml" : "stationxml-edition1";
     for (const std::string level : {"network", "response"}) {

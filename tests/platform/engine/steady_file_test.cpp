@@ -22,6 +22,26 @@ constexpr const char* kChanged = "changed while it was read";
 
 void append(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::app) << text; }
 
+struct timespec status_time(const std::string& path) {
+  struct stat status {};
+  EXPECT_EQ(stat(path.c_str(), &status), 0);
+  return status.st_ctim;
+}
+
+// Written again as soon as the clock of the file system has moved on, and with the time of writing set back.
+void write_unnoticed(const std::string& path) {
+  const auto written = fs::last_write_time(path);
+  const struct timespec before = status_time(path);
+  const auto has_moved_on = [&] {
+    const struct timespec now = status_time(path);
+    return now.tv_sec != before.tv_sec || now.tv_nsec != before.tv_nsec;
+  };
+  do {
+    std::ofstream(path) << "9876543210";
+    fs::last_write_time(path, written);
+  } while (!has_moved_on());
+}
+
 TEST(SteadyFile, GivesTheBytesOfAnyRange) {
   const FlatDatabase files;
   std::string fault;
@@ -48,6 +68,7 @@ TEST(SteadyFile, TellsWhatHappenedToItMeanwhile) {
       {"emptied", [](const std::string& path) { fs::resize_file(path, 0); }, kChanged},
       {"a row more", [](const std::string& path) { append(path, "x"); }, kChanged},
       {"written again", [](const std::string& path) { std::ofstream(path) << "9876543210"; }, kChanged},
+      {"written again, at the same time by its words", write_unnoticed, kChanged},
       {"another in its place",
        [](const std::string& path) {
          std::ofstream(path + ".new") << "9876543210";
