@@ -60,6 +60,7 @@ const Refusal kRefusals[] = {
     {"snetsta.fsta", "A.*",
      ".snetsta:1: field snetsta.fsta: 'A.*' tells no category: expected no character that means "
      "something in a pattern"},
+    {"snetsta.fsta", "A/B", ".snetsta:1: field snetsta.fsta: 'A/B' tells no category"},
     {"stage.samprate", "1e308", ".stage:2 (AAA BHZ stage 2 resp/d.fir): no input rate can be worked out of samprate"},
 };
 
