@@ -1,5 +1,6 @@
 // Parameter files from disk.
 #include <cerrno>
+#include <memory>
 #include <string>
 
 #include "base/file_text.h"
@@ -31,8 +32,11 @@ Status read(const std::string& path, Pf** pf) {
   const std::size_t most = limit(Limit::parameter_bytes);
   const FileReading reading = read_file(path, most, &text);
   if (reading.fault != FileFault::none) return fail(path, reading, most);
-  if (pfparse(text, path.c_str(), pf) != 0) return kMalformed;
-  (*pf)->path = path;
+  Pf* parsed = nullptr;
+  if (pfparse(text, path.c_str(), &parsed) != 0) return kMalformed;
+  std::unique_ptr<Pf, decltype(&pffree)> whole(parsed, &pffree);
+  whole->path = path;
+  *pf = whole.release();
   return kRead;
 }
 

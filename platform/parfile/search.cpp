@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
+#include <memory>
 
 #include "base/words.h"
 
@@ -23,10 +24,8 @@ std::string data_folder_from(const std::string& library) {
 
 // The path behind symbolic links; the path itself where it cannot be followed.
 std::string resolved(const std::string& path) {
-  char* real = realpath(path.c_str(), nullptr);
-  std::string result = real == nullptr ? path : real;
-  std::free(real);
-  return result;
+  const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
+  return real == nullptr ? path : real.get();
 }
 
 // The data folder as seen from the library's own file, or from the one that a link to it stands for: an installed tree
