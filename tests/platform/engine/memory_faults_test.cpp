@@ -45,7 +45,9 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 }
 #ifdef __SANITIZE_ADDRESS__
 // RE2 loses what it has made so far when memory runs out in the middle of a pattern.
-extern "C" const char* __lsan_default_suppressions() { return "leak:libre2.so\n"; }
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
+  return "leak:libre2.so\n";
+}
 #endif
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
