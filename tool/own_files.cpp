@@ -112,7 +112,7 @@ class OutputCheck {
 void check_output(const ConvertOptions& options, Dbptr db, Pf* pf) {
   if (options.output.empty() || options.output == "-") return;
   // Of a folder that is not there, opening tells.
-  if (auto output = identity_of(options.output)) OutputCheck(options, db, *std::move(output)).run(pf);
+  if (const auto output = identity_of(options.output)) OutputCheck(options, db, *output).run(pf);
 }
 
 }  // namespace triglub::tool

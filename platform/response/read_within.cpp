@@ -29,7 +29,7 @@ std::string path_so_far(const std::string& path) {
 
 RealPath real_path(const std::string& path) {
   const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
-  if (real != nullptr) return {real.get()};
+  if (real != nullptr) return {std::string(real.get())};
   const int error = errno;
   return {path_so_far(path), error};
 }

@@ -22,7 +22,8 @@ struct SourceFile {
 };
 
 // The files that the database of a handle is read from, and those that would be if they were there: its descriptor, its
-// schema, each of its tables at each of its places. Empty for a handle of no open session, and where nothing is in files.
+// schema, each of its tables at each of its places. Empty for a handle of no open session, and where nothing is in
+// files.
 TRIGLUB_API std::vector<SourceFile> source_files(Dbptr db);
 
 // The flat-file databases that somebody may have meant by a text, as dbopen takes them, in the order of their names: of
