@@ -127,7 +127,7 @@ int open_scratch_file() {
   const HeldSignals held;
   std::string name = path + "/triglub.XXXXXX";
   const int descriptor = mkostemp(name.data(), O_CLOEXEC);
-  if (descriptor >= 0) unlink(name.c_str());
+  if (descriptor >= 0 && unlink(name.c_str()) != 0) remove_at_end(name);  // which tries again
   return descriptor;
 }
 
