@@ -164,8 +164,8 @@ bool is_fit(std::string_view row, std::size_t row_width) {
 // The faults of one file.
 class FaultFinder {
  public:
-  FaultFinder(const TableSchema& schema, const RowLayout& layout, std::uint64_t* line, const FaultTeller& tell)
-      : schema_(schema), layout_(layout), tell_(tell), line_(*line) {}
+  FaultFinder(const TableSchema& schema, const RowLayout& layout, std::uint64_t& line, const FaultTeller& tell)
+      : schema_(schema), layout_(layout), tell_(tell), line_(line) {}
 
   // False when there is no use in further lines.
   bool look_at(std::string_view line) {
@@ -335,7 +335,7 @@ bool RowReader::read(std::string_view lines) { return reading_->read(lines); }
 
 bool tell_faults(const TableSchema& schema, const RowLayout& layout, std::string_view lines, std::uint64_t* line,
                  const FaultTeller& tell) {
-  FaultFinder finder(schema, layout, line, tell);
+  FaultFinder finder(schema, layout, *line, tell);
   return for_each_line(lines, [&](std::string_view text) { return finder.look_at(text); });
 }
 
