@@ -83,6 +83,24 @@ TEST(HostileTables, AreWrittenByEdition1WhereTheTreeMakesThemSafe) {
   }
 }
 
+// Of trees of edition 1 whose one element has this value: together the texts are no XML, by themselves they may be.
+TEST(HostileTables, AreRefusedWhereTheTreePutsThemTogetherWrongly) {
+  const std::string values[] = {
+      "concat(site.staname, schanloc.fchan)",
+      R"(staname =~ /"/ ? "" : "<")",
+  };
+  const HostileTables tables(OtherValues{{"site.staname", "a]]"}, {"schanloc.fchan", ">b"}});
+  for (const std::string& value : values) {
+    const std::string tree = tables.files().write_file(
+        "tree.pf", "root_node root\nroot &Arr{\n name Texts\n attributes &Tbl{\n }\n elements &Tbl{\n  Text - string " +
+                       value + "\n }\n}\n");
+    const Outcome outcome = tables.convert(tree);
+    EXPECT_EQ(outcome.status, 1) << value;
+    EXPECT_THAT(outcome.output, HasSubstr("the document would be no XML (line ")) << value;
+    EXPECT_FALSE(std::filesystem::exists(tables.document())) << value;
+  }
+}
+
 TEST(HostileTables, LeaveNothingAtStandardOutputWhereTheyAreRefused) {
   const HostileTables tables(OtherValues{{"stage.ounits", "co\x01nts"}});
   const Outcome outcome =
