@@ -87,10 +87,10 @@ TEST(HostileTables, AreWrittenByEdition1WhereTheTreeMakesThemSafe) {
 TEST(HostileTables, AreRefusedWhereTheTreePutsThemTogetherWrongly) {
   const std::string values[] = {
       "concat(site.staname, schanloc.fchan)",
-      R"(staname =~ /"/ ? "" : "<")",
+      R"(staname =~ /x/ ? "" : concat("]]", ">"))",
   };
-  const HostileTables tables(OtherValues{{"site.staname", "a]]"}, {"schanloc.fchan", ">b"}});
   for (const std::string& value : values) {
+    const HostileTables tables(OtherValues{{"site.staname", "a]]"}, {"schanloc.fchan", ">b"}});
     const std::string tree = tables.files().write_file(
         "tree.pf", "root_node root\nroot &Arr{\n name Texts\n attributes &Tbl{\n }\n elements &Tbl{\n  Text - string " +
                        value + "\n }\n}\n");
