@@ -47,6 +47,8 @@ void become(const Start& start) {
   std::vector<char*> arguments;
   for (const std::string& argument : start.arguments) arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);
+  // Whoever runs the tests in the background has some of them ignored, and what is ignored stays so.
+  for (const int signal_number : {SIGINT, SIGHUP, SIGQUIT, SIGTERM}) std::signal(signal_number, SIG_DFL);
   if (start.prepare) start.prepare();
   execv(arguments[0], arguments.data());
   _exit(126);
